@@ -1,0 +1,136 @@
+#include "apps/cli/Commands.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <ostream>
+
+namespace cli {
+
+namespace {
+
+using Error = std::shared_ptr<tessaly::ParseError>;
+
+/// The first error of a deck that was judged when it was opened; none for a valid one.
+Error firstError(const Deck& deck) {
+    return deck.document->isValidXML() ? nullptr : deck.document->Tolmek()->lastError();
+}
+
+/// Deals with the decks one by one, so that a large folder costs no more memory than its largest
+/// deck.
+class Report {
+public:
+    virtual ~Report() = default;
+    virtual void deck(const Deck& deck) = 0;
+    virtual void end() = 0;
+
+    std::size_t decks = 0;
+    std::size_t invalid = 0;
+    std::size_t errors = 0;
+
+protected:
+    void count(const Deck& deck) {
+        ++decks;
+        invalid += deck.document->isValidXML() ? 0 : 1;
+        for (Error error = firstError(deck); error; error = error->next()) {
+            ++errors;
+        }
+    }
+};
+
+class TextReport : public Report {
+public:
+    explicit TextReport(const Printer& printer)
+        : m_printer(printer) {}
+
+    void deck(const Deck& deck) override {
+        count(deck);
+        for (Error error = firstError(deck); error; error = error->next()) {
+            line(deck.file, *error);
+        }
+    }
+
+    void end() override {
+        const std::string errorCount = counted(errors, "error");
+        const std::string verdict = invalid == 0 ? counted(decks, "deck") + " checked, no errors"
+                                                 : errorCount + " in " + std::to_string(invalid) +
+                                                       " of " + counted(decks, "deck");
+        m_printer.out() << m_printer.styled(Style::Strong, verdict) << '\n';
+    }
+
+private:
+    static std::string counted(std::size_t count, const std::string& what) {
+        return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+    }
+
+    void line(const std::string& file, tessaly::ParseError& error) const {
+        const std::string place =
+            file + ':' + std::to_string(error.line()) + ':' + std::to_string(error.column()) + ':';
+        m_printer.out() << m_printer.styled(Style::Strong, place) << ' '
+                        << m_printer.styled(Style::Error, "error:") << ' '
+                        << m_printer.styled(Style::Plain, utf8(error.reason())) << '\n';
+        if (m_printer.rich()) {
+            m_printer.snippet(error.sourceLine(), static_cast<std::size_t>(error.column()));
+        }
+    }
+
+    const Printer& m_printer;
+};
+
+class JsonReport : public Report {
+public:
+    explicit JsonReport(const Printer& printer)
+        : m_printer(printer) {}
+
+    void deck(const Deck& deck) override {
+        count(deck);
+        nlohmann::ordered_json errorList = nlohmann::ordered_json::array();
+        for (Error error = firstError(deck); error; error = error->next()) {
+            errorList.push_back({{"number", error->number()},
+                                 {"line", error->line()},
+                                 {"column", error->column()},
+                                 {"position", error->position()},
+                                 {"length", error->length()},
+                                 {"reason", utf8(error->reason())}});
+        }
+        m_decks.push_back({{"file", deck.file},
+                           {"valid", deck.document->isValidXML()},
+                           {"errors", std::move(errorList)}});
+    }
+
+    void end() override {
+        const nlohmann::ordered_json report = {
+            {"decks", std::move(m_decks)}, {"invalid", invalid}, {"errorCount", errors}};
+        m_printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+                        << '\n';
+    }
+
+private:
+    const Printer& m_printer;
+    nlohmann::ordered_json m_decks = nlohmann::ordered_json::array();
+};
+
+ExitStatus run(const std::vector<std::string>& paths, Report& report) {
+    Session session;
+    for (const std::string& path : paths) {
+        session.visitDecks(path, [&](const Deck& deck) { report.deck(deck); });
+    }
+    report.end();
+    if (report.invalid > 0) {
+        session.raiseStatus(ExitStatus::Invalid);
+    }
+    return session.status();
+}
+
+} // namespace
+
+ExitStatus check(const std::vector<std::string>& paths, bool json, const Printer& printer) {
+    if (json) {
+        JsonReport report(printer);
+        return run(paths, report);
+    }
+    TextReport report(printer);
+    return run(paths, report);
+}
+
+} // namespace cli

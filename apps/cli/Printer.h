@@ -1,0 +1,43 @@
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace cli {
+
+enum class Style { Plain, Strong, Error, Place, Faint };
+
+/// Text for the person in front of the terminal.
+class Printer {
+public:
+    /// `out` must outlive the printer. `rich` adds colours and the source line under an error.
+    Printer(std::ostream& out, bool rich, bool colours)
+        : m_out(out)
+        , m_rich(rich)
+        , m_colours(colours) {}
+
+    bool rich() const { return m_rich; }
+    std::ostream& out() const { return m_out; }
+
+    /// `text`, styled if colours are on, with everything that a terminal would act on made
+    /// harmless: a deck must not be able to write escape sequences.
+    std::string styled(Style style, std::string_view text) const;
+
+    /// One source line with a caret below the unit at `column`, from 1. A long line is cut around
+    /// the caret.
+    void snippet(const std::u16string& line, std::size_t column) const;
+
+private:
+    std::ostream& m_out;
+    bool m_rich;
+    bool m_colours;
+};
+
+/// UTF-8 for printing.
+std::string utf8(std::u16string_view text);
+
+/// `text` with control characters, save the line feed and the tab, shown as U+FFFD.
+std::string harmless(std::string_view text);
+
+} // namespace cli

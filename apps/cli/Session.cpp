@@ -1,0 +1,167 @@
+#include "apps/cli/Session.h"
+
+#include "platform/PathName.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <system_error>
+#include <utility>
+
+namespace cli {
+
+namespace fs = std::filesystem;
+using tessaly::toComponentPath;
+
+namespace {
+
+/// The folder that stands for AppPath: beside the command, as it is built and as it is installed.
+std::string dataFolder() {
+    std::error_code failed;
+    const fs::path command = fs::read_symlink("/proc/self/exe", failed);
+    return (command.parent_path().parent_path() / "share" / "tessaly").string();
+}
+
+std::string lowerExtension(const std::string& path) {
+    std::string extension = fs::path(path).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return extension;
+}
+
+/// The value of an attribute node, whose markup is its name and its quoted value.
+std::u16string attributeValue(const std::u16string& markup) {
+    const std::size_t quote = markup.find_first_of(u"\"'");
+    return quote == std::u16string::npos ? std::u16string()
+                                         : markup.substr(quote + 1, markup.size() - quote - 2);
+}
+
+} // namespace
+
+bool isProject(const std::string& path) {
+    return lowerExtension(path) == ".cvp";
+}
+
+std::int32_t cardCount(tessaly::WirelessDocument& document) {
+    return document.DOM()->selectNodes(u"//card")->length();
+}
+
+std::vector<std::string> cardIds(tessaly::WirelessDocument& document) {
+    std::vector<std::string> ids;
+    const auto cards = document.DOM()->selectNodes(u"//card");
+    for (std::int32_t i = 0; i < cards->length(); ++i) {
+        const auto id = cards->item(i)->selectNodes(u"@id")->item(0);
+        ids.push_back(id ? utf8(attributeValue(id->xml())) : std::string());
+    }
+    return ids;
+}
+
+Session::Session()
+    : m_files(tessaly::Platform::current()->newFileSystemObject())
+    , m_decks(newProject()) {}
+
+std::shared_ptr<tessaly::clProject> Session::newProject() const {
+    auto project = std::make_shared<tessaly::clProject>();
+    project->AppPath(toComponentPath(dataFolder()));
+    return project;
+}
+
+void Session::raiseStatus(ExitStatus status) {
+    m_status = std::max(m_status, status);
+}
+
+void Session::complain(ExitStatus status, const std::string& file, const std::string& what) {
+    std::cerr << "tessaly: " << harmless(file) << ": " << harmless(what) << '\n';
+    raiseStatus(status);
+}
+
+bool Session::readable(const std::string& file) {
+    const auto failed = tessaly::attempt([&] {
+        m_files->GetFile(toComponentPath(file))
+            ->OpenAsTextStream(tessaly::IOMode::ForReading, tessaly::formatAnsi);
+    });
+    if (failed) {
+        complain(ExitStatus::Unreadable, file, utf8(failed->description()));
+    }
+    return !failed;
+}
+
+std::shared_ptr<tessaly::clProject> Session::openProject(const std::string& file) {
+    if (!readable(file)) {
+        return nullptr;
+    }
+    auto project = newProject();
+    if (!project->init(toComponentPath(file))) {
+        const bool complete = !project->ProjectName().empty();
+        complain(complete ? ExitStatus::Unreadable : ExitStatus::Invalid, file,
+                 "the project could not be opened in full");
+    }
+    return project;
+}
+
+std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
+    const fs::path folder = tessaly::toPosixPath(project.ProjectPath());
+    std::vector<Deck> decks;
+    for (const auto& document : *project.Documents()->NewEnum()) {
+        decks.push_back({(folder / (utf8(document->Name()) + ".wml")).string(), document});
+    }
+    return decks;
+}
+
+void Session::visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit) {
+    std::u16string text;
+    const auto failed = tessaly::attempt([&] {
+        const auto stream =
+            m_files->GetFile(toComponentPath(file))
+                ->OpenAsTextStream(tessaly::IOMode::ForReading, tessaly::formatAnsi);
+        text = stream->AtEndOfStream() ? std::u16string() : stream->ReadAll();
+    });
+    if (failed) {
+        complain(ExitStatus::Unreadable, file, utf8(failed->description()));
+        return;
+    }
+    const std::u16string name = m_files->GetBaseName(toComponentPath(file));
+    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, text, nullptr, nullptr,
+                                              nullptr, m_decks->Ravik());
+    m_decks->Documents()->Clear();
+    visit({file, std::move(document)});
+}
+
+void Session::visitFolder(const std::string& folder,
+                          const std::function<void(const Deck&)>& visit) {
+    std::vector<std::string> files;
+    std::error_code failed;
+    for (fs::recursive_directory_iterator entry(folder, failed), end; !failed && entry != end;
+         entry.increment(failed)) {
+        const std::string path = entry->path().string();
+        std::error_code unknown;
+        if (lowerExtension(path) == ".wml" && entry->is_regular_file(unknown)) {
+            files.push_back(path);
+        }
+    }
+    if (failed) {
+        complain(ExitStatus::Unreadable, folder, failed.message());
+    }
+    std::sort(files.begin(), files.end());
+    for (const std::string& file : files) {
+        visitDeck(file, visit);
+    }
+}
+
+void Session::visitDecks(const std::string& path, const std::function<void(const Deck&)>& visit) {
+    std::error_code unknown;
+    if (fs::is_directory(path, unknown)) {
+        visitFolder(path, visit);
+    } else if (isProject(path)) {
+        if (const auto project = openProject(path)) {
+            for (const Deck& deck : decksOf(*project)) {
+                visit(deck);
+            }
+        }
+    } else {
+        visitDeck(path, visit);
+    }
+}
+
+} // namespace cli

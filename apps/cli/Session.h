@@ -1,0 +1,62 @@
+#pragma once
+
+#include "apps/cli/Printer.h"
+#include "tessaly.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace cli {
+
+/// In the order of their weight: the gravest one counts.
+enum class ExitStatus { Fine = 0, Invalid = 1, Usage = 2, Unreadable = 3 };
+
+/// A deck that has been opened.
+struct Deck {
+    std::string file; ///< as the person would name it
+    std::shared_ptr<tessaly::WirelessDocument> document;
+};
+
+/// The command as a host of the component: it opens what the person named, and remembers the
+/// gravest thing that happened on the way.
+class Session {
+public:
+    Session();
+
+    /// The project in `file`, with all decks that could be loaded; none if it could not be read.
+    /// What went wrong has been said on standard error.
+    std::shared_ptr<tessaly::clProject> openProject(const std::string& file);
+
+    /// Calls `visit` with each deck that `path` stands for: a deck, the decks of a project, or
+    /// every .wml file below a folder, in the order of their names.
+    void visitDecks(const std::string& path, const std::function<void(const Deck&)>& visit);
+
+    /// The decks of an opened project.
+    static std::vector<Deck> decksOf(tessaly::clProject& project);
+
+    /// Says on standard error what is wrong with `file`, and raises the status.
+    void complain(ExitStatus status, const std::string& file, const std::string& what);
+
+    void raiseStatus(ExitStatus status);
+    ExitStatus status() const { return m_status; }
+
+private:
+    std::shared_ptr<tessaly::clProject> newProject() const;
+    bool readable(const std::string& file);
+    void visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit);
+    void visitFolder(const std::string& folder, const std::function<void(const Deck&)>& visit);
+
+    std::shared_ptr<tessaly::FileSystemObject> m_files;
+    std::shared_ptr<tessaly::clProject> m_decks; ///< holds one deck at a time
+    ExitStatus m_status = ExitStatus::Fine;
+};
+
+bool isProject(const std::string& path);
+
+/// The `id` of each card of `document`, in order; empty where a card has none.
+std::vector<std::string> cardIds(tessaly::WirelessDocument& document);
+
+std::int32_t cardCount(tessaly::WirelessDocument& document);
+
+} // namespace cli

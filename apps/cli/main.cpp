@@ -1,0 +1,106 @@
+#include "apps/cli/Commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using cli::CardForm;
+using cli::ExitStatus;
+
+struct Options {
+    std::vector<std::string> paths;
+    std::string deck;
+    CardForm form = CardForm::Text;
+    std::string color = "auto";
+    bool json = false;
+};
+
+bool wantsColours(const std::string& color, bool terminal) {
+    if (color != "auto") {
+        return color == "always";
+    }
+    const char* noColor = std::getenv("NO_COLOR");
+    return terminal && (noColor == nullptr || *noColor == '\0');
+}
+
+void addJson(CLI::App* command, Options& options) {
+    command->add_flag("--json", options.json, "Print JSON instead of text");
+}
+
+int run(int argc, char** argv) {
+    Options options;
+    CLI::App app("Looks after projects and decks of WML from a terminal.", "tessaly");
+    app.set_version_flag("--version", "tessaly " TESSALY_VERSION);
+    app.add_option("--color", options.color, "Colours: auto, always or never; NO_COLOR is heeded")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.footer(
+        "Exit status: 0 fine, 1 something is invalid or was refused, 2 usage, 3 a file could "
+        "not be read.");
+
+    CLI::App* info = app.add_subcommand("info", "Tell what a project holds");
+    info->add_option("PROJECT", options.paths, "A project file (.cvp)")->required()->expected(1);
+    addJson(info, options);
+
+    CLI::App* check = app.add_subcommand("check", "Judge decks and name each error at its place");
+    check
+        ->add_option("PATH", options.paths,
+                     "Decks, project files (.cvp), or folders: every .wml file below them")
+        ->required();
+    addJson(check, options);
+
+    CLI::App* cards = app.add_subcommand("cards", "Walk the cards of decks");
+    cards->add_option("PATH", options.paths, "A deck, a project file (.cvp) or a folder")
+        ->required()
+        ->expected(1);
+    cards->add_option("--deck", options.deck, "Only the deck of this name");
+    const std::map<std::string, CardForm> forms = {
+        {"text", CardForm::Text}, {"plain", CardForm::Plain}, {"markup", CardForm::Markup}};
+    cards->add_option("--as", options.form, "text (what a reader sees), plain (HTML) or markup")
+        ->transform(CLI::CheckedTransformer(forms).description(""))
+        ->type_name("FORM");
+    addJson(cards, options);
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : static_cast<int>(ExitStatus::Usage);
+    }
+
+    const bool terminal = isatty(STDOUT_FILENO) == 1;
+    const bool colours = wantsColours(options.color, terminal);
+    const cli::Printer printer(std::cout, terminal || options.color == "always", colours);
+    ExitStatus status = ExitStatus::Fine;
+    if (info->parsed()) {
+        status = cli::info(options.paths.front(), options.json, printer);
+    } else if (check->parsed()) {
+        status = cli::check(options.paths, options.json, printer);
+    } else {
+        status =
+            cli::cards(options.paths.front(), options.deck, options.form, options.json, printer);
+    }
+    std::cout.flush();
+    return std::cout ? static_cast<int>(status) : static_cast<int>(ExitStatus::Unreadable);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::ios::sync_with_stdio(false);
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& failure) {
+        std::cerr << "tessaly: " << failure.what() << '\n';
+        return static_cast<int>(ExitStatus::Invalid);
+    }
+}

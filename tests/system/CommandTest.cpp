@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int status = 0;
+    std::string out;
+};
+
+/// Runs `arguments` behind the command as a shell would; standard error goes along if `errors`.
+Outcome run(const std::string& arguments, bool errors = false,
+            const std::string& program = TESSALY_COMMAND) {
+    const std::string line = "cd " TESSALY_SOURCE_DIR "/examples && " + program + ' ' + arguments +
+                             (errors ? " 2>&1" : " 2>/dev/null") + " </dev/null";
+    FILE* pipe = popen(line.c_str(), "r");
+    Outcome outcome;
+    std::array<char, 4096> buffer{};
+    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), pipe)) {
+        outcome.out.append(buffer.data(), count);
+    }
+    outcome.status = WEXITSTATUS(pclose(pipe));
+    return outcome;
+}
+
+bool holds(const Outcome& outcome, const std::string& text) {
+    return outcome.out.find(text) != std::string::npos;
+}
+
+class Command : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = "/tmp/tessaly-command-XXXXXX";
+        folder = mkdtemp(name.data());
+    }
+    void TearDown() override { fs::remove_all(folder); }
+
+    std::string write(const std::string& name, const std::string& bytes) const {
+        const fs::path path = folder / name;
+        std::ofstream(path, std::ios::binary) << bytes;
+        return path.string();
+    }
+
+    fs::path folder;
+};
+
+TEST_F(Command, WalksTheExampleProject) {
+    const Outcome info = run("info weather/Weather.cvp");
+    EXPECT_EQ(info.status, 0);
+    EXPECT_TRUE(holds(info, "Forecast decks for the small phones")) << info.out;
+    EXPECT_TRUE(holds(info, "forecast")) << info.out;
+
+    const Outcome check = run("check weather/Weather.cvp");
+    EXPECT_EQ(check.status, 0);
+    EXPECT_EQ(check.out, "3 decks checked, no errors\n");
+
+    const Outcome cards = run("cards weather/Weather.cvp --deck SETTINGS");
+    EXPECT_EQ(cards.status, 0);
+    EXPECT_TRUE(holds(cards, "1/2 town")) << cards.out;
+    EXPECT_TRUE(holds(cards, "2/2 thanks")) << cards.out;
+    EXPECT_TRUE(holds(cards, "Nothing < is sent > until you press Save.")) << cards.out;
+    EXPECT_FALSE(holds(cards, "splash")) << cards.out;
+
+    const Outcome markup = run("cards weather/index.wml --as markup --json");
+    EXPECT_EQ(nlohmann::json::parse(markup.out)[0]["cards"][1]["id"], "menu");
+    EXPECT_TRUE(holds(markup, "$(name:noesc)"));
+}
+
+TEST_F(Command, NamesEachFaultOfTheBrokenDecksAtItsPlace) {
+    const struct {
+        const char* deck;
+        const char* place;
+        const char* reason;
+    } faults[] = {
+        {"not-well-formed.wml", ":4:32:", "&amp;"},
+        {"not-well-formed.wml", ":5:", "`b`"},
+        {"not-well-formed.wml", ":6:14:", "quote"},
+        {"undeclared-element.wml", ":4:4:", "did you mean `card`?"},
+        {"undeclared-element.wml", ":8:6:", "did you mean `p`?"},
+        {"undeclared-element.wml", ":9:6:", "`center`"},
+        {"wrong-nesting.wml", ":5:5:", "text"},
+        {"wrong-nesting.wml", ":6:27:", "`a` may hold"},
+        {"wrong-nesting.wml", ":10:6:", "`timer`"},
+        {"bad-attribute.wml", ":4:20:", "`colour`"},
+        {"bad-attribute.wml", ":5:", "`center`"},
+        {"bad-attribute.wml", ":6:9:", "`alt`"},
+        {"bad-attribute.wml", ":7:25:", "did you mean `type`?"},
+        {"duplicate-id.wml", ":5:", "line 4"},
+        {"wrong-encoding.wml", ":1:", "`latin 1`"},
+        {"entity-bomb.wml", ":13:22:", "&h;"},
+    };
+    const Outcome check = run("check broken/*.wml");
+    EXPECT_EQ(check.status, 1);
+    for (const auto& fault : faults) {
+        const std::string start = std::string("broken/") + fault.deck + fault.place;
+        bool found = false;
+        for (std::size_t at = check.out.find(start); at != std::string::npos;
+             at = check.out.find(start, at + 1)) {
+            const std::string line = check.out.substr(at, check.out.find('\n', at) - at);
+            found = found || line.find(fault.reason) != std::string::npos;
+        }
+        EXPECT_TRUE(found) << start << ' ' << fault.reason << " is missing in\n" << check.out;
+    }
+    EXPECT_TRUE(holds(check, " in 7 of 7 decks\n"));
+
+    const auto report = nlohmann::json::parse(run("check --json broken").out);
+    EXPECT_EQ(report["invalid"], 7);
+    EXPECT_GE(report["errorCount"], 15);
+}
+
+TEST_F(Command, KeepsItsExitStatusesApart) {
+    EXPECT_EQ(run("").status, 2);
+    EXPECT_EQ(run("check").status, 2);
+    EXPECT_EQ(run("cards x.wml --as pictures").status, 2);
+    EXPECT_EQ(run("--help").status, 0);
+    EXPECT_EQ(run("--version").status, 0);
+    EXPECT_EQ(run("check /nowhere/deck.wml").status, 3);
+    EXPECT_EQ(run("check broken/duplicate-id.wml /nowhere/deck.wml").status, 3);
+    EXPECT_EQ(run("info /nowhere.cvp").status, 3);
+    EXPECT_EQ(run("cards weather/Weather.cvp --deck none").status, 3);
+    EXPECT_EQ(run("info " + write("empty.cvp", "")).status, 1);
+    const std::string gone = write("gone.cvp", "Site=Gone\r\nDocument=nowhere\r\n");
+    const Outcome missing = run("check " + gone, true);
+    EXPECT_EQ(missing.status, 3);
+    EXPECT_TRUE(holds(missing, "Error Opening Document")) << missing.out;
+    EXPECT_TRUE(holds(missing, "nowhere.wml")) << missing.out;
+}
+
+TEST_F(Command, LetsNoDeckWriteToTheTerminal) {
+    const std::string deck =
+        write("escape.wml", "<wml><card id='a'><p>\x1b]0;owned\x07 <x\x1b[31m/></p></card></wml>");
+    for (const std::string command : {"check --color always ", "cards --color never "}) {
+        const Outcome outcome = run(command + deck, true);
+        EXPECT_EQ(outcome.out.find("\x1b]"), std::string::npos) << command;
+        EXPECT_EQ(outcome.out.find('\x07'), std::string::npos) << command;
+    }
+    EXPECT_TRUE(holds(run("check --color always broken/bad-attribute.wml"), "\x1b[1;31m"));
+    EXPECT_FALSE(holds(run("check broken/bad-attribute.wml"), "\x1b["));
+}
+
+/// Whatever a project file lists or a deck holds, the command ends with a status of its own.
+TEST_F(Command, EndsOnHostileInput) {
+    const std::string deep = write("deep.wml", [] {
+        std::string text = "<wml><card><p>";
+        for (int i = 0; i < 10000; ++i) {
+            text += "<b>";
+        }
+        return text;
+    }());
+    std::string faults = "<wml>";
+    for (int i = 0; i < 20000; ++i) {
+        faults += "<card id='x'><p>&</q></card>\n";
+    }
+    const std::string many = write("many.wml", faults + "</wml>");
+    const std::string nul = write("nul.wml", std::string("<wml>\0<card/></wml>", 19));
+    EXPECT_EQ(run("check " + deep + ' ' + many + ' ' + nul).status, 1);
+    EXPECT_EQ(run("cards " + deep).status, 1);
+
+    const std::string line = write("line.cvp", "Site=" + std::string(50'000'000, '='));
+    EXPECT_EQ(run("info " + line).status, 1);
+    std::string names = "Site=Names\r\n";
+    for (const char* name : {"..\\..\\etc\\passwd", "C:\\deck", "Z:deck", "con", "a\tb", "\x01"}) {
+        const std::string project =
+            write("names.cvp", names + "Document=" + name + "\r\nOwner=me\r\n");
+        EXPECT_EQ(run("check " + project).status, 3) << name;
+    }
+    std::string listed = "Site=Many\r\n";
+    for (int i = 0; i < 10000; ++i) {
+        const std::string name = "deck" + std::to_string(i);
+        write(name + ".wml", "<wml><card><p>x</p></card></wml>");
+        listed += "Document=" + name + "\r\n";
+    }
+    const Outcome all = run("check " + write("many.cvp", listed));
+    EXPECT_EQ(all.status, 0);
+    EXPECT_EQ(all.out, "10000 decks checked, no errors\n");
+}
+
+TEST(Example, HostPrintsTheEventsOfItsProject) {
+    const Outcome outcome = run("weather/Weather.cvp", false, TESSALY_HOST);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "OnSetCurrentDocument\nOnClearErrors\nOnSetCurrentDocument\n"
+                           "OnClearErrors\nOnSetCurrentDocument\nOnClearErrors\n");
+}
+
+} // namespace
