@@ -1,0 +1,208 @@
+#pragma once
+
+#include "display/IDisplay.h"
+#include "document/DocumentType.h"
+#include "document/IValidate.h"
+#include "document/WirelessDocumentEvents.h"
+#include "document/clWMLEventProxy.h"
+#include "external/Controls.h"
+#include "external/Ravikit.h"
+#include "format/IFormat.h"
+#include "util/EventSource.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tessaly {
+
+/// One deck in memory: its text, the DOM built from it, the host's two controls that show it, and
+/// the services that its type chooses. It is usable once colDocuments::Add has built it.
+///
+/// Make one with std::make_shared. Failures of an outside object or a control reach the caller with
+/// the fields as the steps before the failure left them. A control that is needed and was not given
+/// fails with ObjectNotSet.
+class WirelessDocument final : public Object,
+                               public std::enable_shared_from_this<WirelessDocument>,
+                               private __clWMLEventProxy,
+                               private BrowserControlEvents {
+public:
+    WirelessDocument();
+    ~WirelessDocument() override;
+    WirelessDocument(const WirelessDocument&) = delete;
+    WirelessDocument& operator=(const WirelessDocument&) = delete;
+    WirelessDocument(WirelessDocument&&) = delete;
+    WirelessDocument& operator=(WirelessDocument&&) = delete;
+
+    /// True from the document's making until its project was loaded or it was saved.
+    void added(bool bAdded);
+    bool added() const;
+
+    /// Selects the whole deck in the markup view, or in the browser in any other state.
+    void selectAll();
+
+    /// These two are kept for the host and mean nothing to the document.
+    std::u16string CurrentElementID() const;
+    void CurrentElementID(const std::u16string& strID);
+    std::int16_t CurrentElementIndex() const;
+
+    /// The length of the deck in UTF-16 units. In the plain view the page is first converted into
+    /// the rich-text control.
+    std::int32_t size();
+
+    void CurrentElementIndex(std::int16_t Idx);
+
+    /// The name of the type, which serves as a file extension; empty for dcHTML and unknown types.
+    std::u16string DocumentTypeName() const;
+
+    /// Switches the view. If the text cannot be converted, OnParseError is raised and the document
+    /// stays in the view that it had. No value is refused: one that is no view hides both controls.
+    /// A value beyond 16 bits fails with Overflow when the formatter is told.
+    void view(enumView vView);
+    enumView view() const;
+
+    /// The setter leaves the display on the DOM that it has.
+    std::shared_ptr<IXMLDOMDocument2> DOM() const;
+    void DOM(const std::shared_ptr<IXMLDOMDocument2>& oDOM);
+
+    std::shared_ptr<tessaly::Tolmek> Tolmek() const;
+
+    std::shared_ptr<tessaly::Ravik> Ravik() const;
+    /// Takes a tessaly::Ravik; another object fails with TypeMismatch.
+    void Ravik(const ObjectRef& Ravik);
+
+    DocumentType DocType() const;
+    std::u16string DTDPath() const;
+
+    /// The verdict of the last checkValidity; False before.
+    bool isValidXML() const;
+
+    /// The host application's folder, without trailing `\`. For a dcWML document the DTD below it
+    /// is loaded.
+    void AppPath(const std::u16string& strPath);
+    std::u16string AppPath() const;
+
+    /// Replaces the services: dcWML makes new ones, every other type leaves none.
+    void DocType(DocumentType DT);
+
+    std::shared_ptr<RichTextControl> MuRtb() const;
+    /// Takes a RichTextControl and fills it with Content; another object fails with TypeMismatch.
+    /// Without a formatter the control is stored and ObjectNotSet follows.
+    void MuRtb(const ObjectRef& rtb);
+
+    /// Takes a BrowserControl, and fails like the setter of MuRtb.
+    void wbPlain(const ObjectRef& wb);
+    std::shared_ptr<BrowserControl> wbPlain() const;
+
+    /// Takes a ListBarControl; another object fails with TypeMismatch.
+    void Listbar(const ObjectRef& lb);
+
+    /// The deck's file name without folder and extension.
+    void Name(const std::u16string& strName);
+    std::u16string Name() const;
+
+    /// The services; none for every type but dcWML.
+    std::shared_ptr<IDisplay> Display() const;
+    std::shared_ptr<IFormat> Format() const;
+    std::shared_ptr<IValidate> validate() const;
+
+    /// The text as last taken over, which may be older than what the controls show. The setter
+    /// clears isDirty without an event and judges the text; it neither parses it nor writes it to a
+    /// control.
+    void Content(const std::u16string& strContent);
+    std::u16string Content() const;
+
+    /// The document has changes that are not saved. Setting True raises OnDocDirty every time.
+    void isDirty(bool bDirty);
+    bool isDirty() const;
+
+    /// Takes over a pending update, of which there is none as yet: nothing sets the flag.
+    void Update();
+
+    /// Takes the text over from the control that is shown, judges it, and if it is valid parses it
+    /// into a new DOM for the document and its display. Nothing happens without a rich-text
+    /// control.
+    void Refresh();
+
+    /// Judges Content and raises OnClearErrors or OnParseError.
+    void checkValidity();
+
+    /// Shows the DOM's text again in the rich-text control and, but for the markup view, in the
+    /// browser. Nothing happens while isValidXML is False.
+    void reloadViewfromDOM();
+
+    /// Raises OnUTag for each element whose name stands in `strElementList`, names joined by commas
+    /// and not trimmed. Searches the rich-text control's text in the markup view, the page in any
+    /// other state. No failure reaches the caller.
+    void validateSupportedTags(const std::u16string& strElementList);
+
+    /// Raises OnAdd2UndoStack.
+    void raise_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt, std::u16string& delText,
+                          std::int32_t& action);
+
+    EventSource<__WirelessDocument>& events() { return m_events; }
+
+private:
+    void OnAdd2Undo(std::int32_t& lStart, std::u16string& txt, std::u16string& delText,
+                    std::int32_t& action) override;
+    void OnDirty() override {} // a formatter's change is no unsaved change until the host says so
+    void BeforeNavigate2() override { m_wbPlain_BeforeNavigate2(); }
+    void NavigateComplete2() override { m_wbPlain_NavigateComplete2(); }
+
+    void m_Proxy_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt, std::u16string& delText,
+                            std::int32_t& action);
+    void m_wbPlain_BeforeNavigate2() { m_Navigating = true; }
+    void m_wbPlain_NavigateComplete2() { m_Navigating = false; }
+
+    /// A reference for members that go on after host code has run: that may drop the last one.
+    std::shared_ptr<WirelessDocument> keepAlive() { return weak_from_this().lock(); }
+
+    void makeServices();
+    void raiseParseError();
+
+    void syncViews();
+    bool plainToMarkup();
+    bool markupToPlain();
+    bool isBlankMarkup();
+    void wrapPlainBody();
+    void waitWhileNavigating();
+
+    /// The page in the browser control, and its body, fetched anew for each use: a navigation
+    /// replaces both.
+    std::shared_ptr<HTMLDocument> page() const;
+    std::shared_ptr<IHTMLElement> body() const;
+
+    void findTagInMarkup(const std::u16string& tagName);
+    void findTagInPage(const std::u16string& tagName);
+
+    std::shared_ptr<IDisplay> m_Display;
+    std::shared_ptr<IFormat> m_Format;
+    std::shared_ptr<IValidate> m_Validate;
+    std::u16string m_AppPath;
+    std::u16string m_DTDPath;
+    std::shared_ptr<IXMLDOMDocument2> m_DOM;
+    std::shared_ptr<tessaly::Tolmek> m_Tolmek;
+    std::shared_ptr<tessaly::Ravik> m_Ravik;
+    DocumentType m_DocType = dcWML;
+    std::shared_ptr<RichTextControl> m_MuRtb;
+    std::u16string m_Name;
+    std::int32_t m_View = 0;
+    std::int32_t m_PrevView = 0;
+    bool m_isValidXML = false;
+    std::u16string m_Content;
+    bool m_isDirty = false;
+    bool m_updatePending = false;
+    std::u16string m_CurrentElementID;
+    bool m_Navigating = false;
+    std::int16_t m_CurrentElementIndex = 0;
+    bool m_added = false;
+    std::shared_ptr<BrowserControl> m_wbPlain;
+    std::shared_ptr<ListBarControl> m_ListBar;
+    std::shared_ptr<clWMLEventProxy> m_Proxy;
+
+    EventSource<__WirelessDocument> m_events;
+    Subscription m_wbPlainEvents;
+    Subscription m_ProxyEvents;
+};
+
+} // namespace tessaly

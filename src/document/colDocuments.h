@@ -1,0 +1,41 @@
+#pragma once
+
+#include "document/WirelessDocument.h"
+#include "util/KeyedList.h"
+#include "util/Object.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tessaly {
+
+/// A project's documents in the order of their adding, each under its name as key, and the one
+/// place where documents are built. A project makes it; see KeyedList for the failures.
+class colDocuments final : public Object {
+public:
+    /// Builds a dcWML document from a deck's text and puts it in the list, under `sKey` if that is
+    /// not empty, else under `strDocName`. `strContent` comes back as the text that the document
+    /// holds. `wb` and `rtb` are not used: a document gets these controls from the host. `Listbar`
+    /// takes a ListBarControl, `Ravik` a tessaly::Ravik. A key that is taken fails with KeyInUse.
+    std::shared_ptr<WirelessDocument> Add(const std::u16string& strAppPath,
+                                          const std::u16string& strDocName,
+                                          std::u16string& strContent, const ObjectRef& wb,
+                                          const ObjectRef& rtb, const ObjectRef& Listbar,
+                                          const ObjectRef& Ravik, const std::u16string& sKey = {});
+
+    /// By position from 1 or by key.
+    std::shared_ptr<WirelessDocument> Item(const Value& vntIndexKey) const;
+    std::int32_t Count() const;
+    void Remove(const Value& vntIndexKey);
+    std::shared_ptr<Enumerator<WirelessDocument>> NewEnum() const;
+    void Clear();
+
+private:
+    friend class clProject;
+    colDocuments() = default;
+
+    KeyedList<WirelessDocument> m_Col;
+};
+
+} // namespace tessaly

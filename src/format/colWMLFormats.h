@@ -1,0 +1,30 @@
+#pragma once
+
+#include "format/clWMLFormat.h"
+#include "util/KeyedList.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tessaly {
+
+/// An ordered list of formatting commands with optional keys; see KeyedList for the failures.
+class colWMLFormats final : public Object {
+public:
+    /// Appends a new record, under `sKey` if that is not empty.
+    std::shared_ptr<clWMLFormat> Add(const std::u16string& Caption,
+                                     const std::u16string& ToolTiptext, const Value& iconRes,
+                                     const Value& iconResSmall, const std::u16string& sKey = {});
+
+    /// By position from 1 or by key.
+    std::shared_ptr<clWMLFormat> Item(const Value& vntIndexKey) const;
+    std::int32_t Count() const;
+    void Remove(const Value& vntIndexKey);
+    std::shared_ptr<Enumerator<clWMLFormat>> NewEnum() const;
+
+private:
+    KeyedList<clWMLFormat> m_Col;
+};
+
+} // namespace tessaly

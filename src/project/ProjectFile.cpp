@@ -1,0 +1,27 @@
+#include "project/ProjectFile.h"
+
+#include <algorithm>
+
+namespace tessaly {
+
+std::optional<ProjectRecord> splitRecord(std::u16string_view line) {
+    const std::size_t first = line.find(u'=');
+    if (first == line.npos) {
+        return std::nullopt;
+    }
+    const std::size_t second = std::min(line.find(u'=', first + 1), line.size());
+    return ProjectRecord{line.substr(0, first), line.substr(first + 1, second - first - 1)};
+}
+
+void writeRecord(TextStream& stream, std::u16string_view key, std::u16string_view value) {
+    std::u16string line(key);
+    line += u'=';
+    line += value;
+    stream.WriteLine(line);
+}
+
+void writeEndOfProjectFile(TextStream& stream) {
+    stream.WriteLine(endOfProjectFile);
+}
+
+} // namespace tessaly

@@ -1,0 +1,176 @@
+#pragma once
+
+#include "document/colDocuments.h"
+#include "external/Controls.h"
+#include "external/FileSystemObject.h"
+#include "external/Ravikit.h"
+#include "project/clProjectEvents.h"
+#include "util/EventSource.h"
+#include "util/clStringEx.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tessaly {
+
+struct ProjectRecord;
+
+/// This object represents a Corvane project. A project consists of a grouping of WML decks. other
+/// information associated with a project include the path, author etc.
+///
+/// Make one with std::make_shared; that fails if the platform cannot make its objects. Give it
+/// AppPath and the controls, then `init` it on a project file. There is no close operation: drop
+/// it.
+class clProject final : public Object,
+                        public std::enable_shared_from_this<clProject>,
+                        private __WirelessDocument {
+public:
+    clProject();
+    ~clProject() override;
+    clProject(const clProject&) = delete;
+    clProject& operator=(const clProject&) = delete;
+    clProject(clProject&&) = delete;
+    clProject& operator=(clProject&&) = delete;
+
+    void description(const std::u16string& strDesc);
+    std::u16string description() const;
+
+    void notes(const std::u16string& strNotes);
+    std::u16string notes() const;
+
+    /// The host application's folder, without trailing `\`; the DTD and the schema lie below it.
+    /// Documents that are there already are not told.
+    void AppPath(const std::u16string& strPath);
+    std::u16string AppPath() const;
+
+    /// The one markup object, which all documents share.
+    std::shared_ptr<tessaly::Ravik> Ravik() const;
+
+    /// The host's controls: a ListBarControl, a BrowserControl, a RichTextControl. Another object
+    /// fails with TypeMismatch.
+    void Listbar(const ObjectRef& lb);
+    void wbPlain(const ObjectRef& wb);
+    void MuRtb(const ObjectRef& rtb);
+
+    /// The document whose events are passed on; it need not be one of Documents. The first setter
+    /// takes none as well, and ignores a document with the name of the current one. The second
+    /// always takes the document and always raises OnSetCurrentDocument; none fails with
+    /// ObjectNotSet once the current document has become none.
+    void CurrentDocument(const std::shared_ptr<WirelessDocument>& vData);
+    void CurrentDocumentEx(const std::shared_ptr<WirelessDocument>& vData);
+    std::shared_ptr<WirelessDocument> CurrentDocument() const;
+
+    void Documents(const std::shared_ptr<colDocuments>& vData);
+    std::shared_ptr<colDocuments> Documents() const;
+
+    void CreationDate(Date vData);
+    Date CreationDate() const;
+
+    /// True if the project's path holds the word "templates" anywhere, in any case.
+    bool isTemplate() const;
+
+    /// True if the project or one of its documents has changes that are not saved. The setter is
+    /// there for hosts that call it and stores nothing: only the project's own operations count.
+    void NeedSave(bool bValue);
+    bool NeedSave() const;
+
+    void Owner(const std::u16string& vData);
+    std::u16string Owner() const;
+
+    /// The full path of the project file.
+    void projectFile(const std::u16string& vData);
+    std::u16string projectFile() const;
+
+    /// The project's folder. The getter takes trailing `\` off what is stored.
+    void ProjectPath(const std::u16string& vData);
+    std::u16string ProjectPath();
+
+    /// This is the name of the project as given by the user. The setter takes trailing `\` off.
+    void ProjectName(const std::u16string& vData);
+    std::u16string ProjectName() const;
+
+    /// Opens the project file at the full path `strProjectFilePath` with all its decks. False if
+    /// there is no such file, if a deck could not be loaded (the rest of the file is then not
+    /// read), or if the file gives no name or its path no folder, of which the user is told. What
+    /// was read until then stays. No failure reaches the caller, and no current document is chosen.
+    bool init(const std::u16string& strProjectFilePath);
+
+    /// Loads the deck `strName`, a file name without folder and extension, from the project's
+    /// folder into Documents. `bTellApp` True raises OnDocAdd. False if it could not be loaded; the
+    /// user is told of a missing file. No failure reaches the caller.
+    bool addDocument(const std::u16string& strName, const Value& bTellApp = {});
+
+    /// Takes a document, told by name or by position from 1, out of Documents. Its file stays. One
+    /// that is not there fails as colDocuments::Remove does.
+    void removeDocument(const Value& strDocName);
+
+    /// The name of the first document that the project file lists, empty if it lists none, and
+    /// "Cannot access document !" if it cannot be read. The file is not opened as a project.
+    std::u16string getFirstDocument(const std::u16string& strProjectFileName) const;
+
+    EventSource<__clProject>& events() { return m_events; }
+
+private:
+    void OnRefresh() override { mvarCurrentDocument_OnRefresh(); }
+    void OnViewChange() override { mvarCurrentDocument_OnViewChange(); }
+    void OnParseError(std::shared_ptr<ParseError>& err) override {
+        mvarCurrentDocument_OnParseError(err);
+    }
+    void OnClearErrors() override { mvarCurrentDocument_OnClearErrors(); }
+    void OnDocDirty() override { mvarCurrentDocument_OnDocDirty(); }
+    void OnUTag(std::u16string& strTagName) override { mvarCurrentDocument_OnUTag(strTagName); }
+    void OnAdd2UndoStack(std::int32_t& lStart, std::u16string& txt, std::u16string& delText,
+                         std::int32_t& action) override {
+        mvarCurrentDocument_OnAdd2UndoStack(lStart, txt, delText, action);
+    }
+
+    void mvarCurrentDocument_OnRefresh();
+    void mvarCurrentDocument_OnViewChange();
+    void mvarCurrentDocument_OnParseError(std::shared_ptr<ParseError>& err);
+    void mvarCurrentDocument_OnClearErrors();
+    void mvarCurrentDocument_OnDocDirty();
+    void mvarCurrentDocument_OnUTag(std::u16string& strTagName);
+    void mvarCurrentDocument_OnAdd2UndoStack(std::int32_t& lStart, std::u16string& txt,
+                                             std::u16string& delText, std::int32_t& action);
+
+    /// A reference for members that go on after host code has run: that may drop the last one.
+    std::shared_ptr<clProject> keepAlive() { return weak_from_this().lock(); }
+
+    void bindCurrentDocument(const std::shared_ptr<WirelessDocument>& document);
+
+    /// `path` without trailing `\`.
+    std::u16string withoutTrailingBackslash(std::u16string path) const;
+
+    /// Reads the lines of the project file to its end. False if a document could not be loaded.
+    bool readLines(const std::shared_ptr<FileSystemObject>& fso,
+                   const std::shared_ptr<TextStream>& stream,
+                   const std::u16string& strProjectFilePath);
+    bool applyRecord(const ProjectRecord& record);
+
+    /// Tells the user if name or path is blank. True if neither is.
+    bool hasNameAndPath(const std::u16string& strProjectFilePath);
+
+    std::u16string mvarProjectName;
+    std::u16string mvarProjectPath;
+    std::u16string mvarprojectFile;
+    std::u16string mvarOwner;
+    Date mvarCreationDate = 0;
+    bool m_NeedSave = false;
+    std::u16string m_notes;
+    std::u16string m_description;
+    std::shared_ptr<colDocuments> mvarDocuments;
+    std::shared_ptr<RichTextControl> m_MuRtb;
+    std::shared_ptr<BrowserControl> m_wbPlain;
+    std::shared_ptr<ListBarControl> m_ListBar;
+    std::u16string m_AppPath;
+    std::shared_ptr<tessaly::Ravik> m_Ravik;
+    std::unique_ptr<clStringEx> m_StringEx;
+    std::shared_ptr<FileSystemObject> m_fso;
+    std::shared_ptr<WirelessDocument> mvarCurrentDocument;
+
+    EventSource<__clProject> m_events;
+    Subscription m_currentDocumentEvents;
+};
+
+} // namespace tessaly

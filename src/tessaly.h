@@ -1,0 +1,33 @@
+#pragma once
+
+/// All that a host needs: the classes of the component, their events, and the interfaces of what a
+/// host lends to it.
+
+#include "display/IDisplay.h"
+#include "display/cWMLDisplay.h"
+#include "document/DocumentType.h"
+#include "document/IValidate.h"
+#include "document/WirelessDocument.h"
+#include "document/WirelessDocumentEvents.h"
+#include "document/cWMLValidate.h"
+#include "document/clWMLEventProxy.h"
+#include "document/colDocuments.h"
+#include "external/Controls.h"
+#include "external/DOM.h"
+#include "external/FileSystemObject.h"
+#include "external/HTMLDocument.h"
+#include "external/ModalForm.h"
+#include "external/ParseError.h"
+#include "external/PictureStore.h"
+#include "external/Platform.h"
+#include "external/Ravikit.h"
+#include "format/IFormat.h"
+#include "format/cWMLFormat.h"
+#include "format/clWMLFormat.h"
+#include "format/colWMLFormats.h"
+#include "project/clProject.h"
+#include "project/clProjectEvents.h"
+#include "util/EventSource.h"
+#include "util/Failure.h"
+#include "util/Object.h"
+#include "util/Value.h"
