@@ -8,10 +8,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 namespace ravikit {
 
 struct Declarations;
+class Tree;
 
 enum class NodeKind : std::uint8_t {
     Document,
@@ -48,13 +50,33 @@ struct Node {
 };
 static_assert(sizeof(Node) == 16);
 
+/// What a tree keeps of an entity that the text refers to.
+struct Entity {
+    /// The replacement text parsed as content; none if no reference in content needed it, or if
+    /// it is external or unknown.
+    std::shared_ptr<const Tree> content;
+    /// What a reference in an attribute's value stands for, all references in it resolved.
+    std::u16string attributeText;
+};
+
 /// The lossless tree of a text: every piece of the text belongs to exactly one place in the tree,
 /// so that the ranges copied back in order are the text. A tree never changes once it is parsed.
+///
+/// The children of the document, and those of an element between its two tags, stand one against
+/// the other. Attributes stand inside the start tag with blanks between them; in a Recovered
+/// element other things may stand there too. Inside an attribute only the references are nodes.
 class Tree {
 public:
     using Id = std::uint32_t;
     static constexpr Id document = 0;
     static constexpr Id none = 0xFFFFFFFF;
+
+    Tree() = default;
+    ~Tree();
+    Tree(const Tree&) = delete;
+    Tree& operator=(const Tree&) = delete;
+    Tree(Tree&&) = delete;
+    Tree& operator=(Tree&&) = delete;
 
     std::u16string_view text() const { return m_text; }
     std::uint32_t size() const { return m_nodes.size(); }
@@ -100,6 +122,16 @@ public:
     /// The element's attribute of this name, or `none`.
     Id attribute(Id element, std::u16string_view name) const;
 
+    /// The replacement text of the entity that `reference` (in content) names, parsed: a tree whose
+    /// document holds it as an element would. All references to one entity share it. None for a
+    /// character reference, a predefined, an external or an unknown entity.
+    const Tree* entityTree(Id reference) const;
+
+    /// The characters that `reference` stands for, in content or in an attribute's value: those of
+    /// an entity's text without its markup. Empty for an external or an unknown entity, and for a
+    /// reference that is not well-formed.
+    std::u16string referenceText(Id reference) const;
+
     /// What stands against the text being well-formed, in the order of places.
     const Problems& problems() const { return m_problems; }
     bool wellFormed() const { return m_problems.empty(); }
@@ -118,6 +150,7 @@ private:
     NameTable m_names;
     Problems m_problems;
     std::shared_ptr<const Declarations> m_declarations;
+    std::unordered_map<NameTable::Id, Entity> m_entities;
     Id m_documentElement = none;
 };
 
