@@ -1,0 +1,88 @@
+#include "ravikit/CardHtml.h"
+#include "ravikit/Parser.h"
+#include "ravikit/component/DtdCache.h"
+#include "ravikit/component/Kinds.h"
+#include "ravikit/component/Objects.h"
+#include "ravikit/component/ParseErrorObject.h"
+
+#include <utility>
+
+namespace tessaly {
+
+namespace {
+
+using ravikit::Problems;
+
+class TolmekObject : public Tolmek {
+public:
+    explicit TolmekObject(std::shared_ptr<FileSystemObject> files)
+        : m_files(std::move(files)) {}
+
+    bool convertText(std::int32_t fromKind, std::int32_t toKind, std::u16string& text,
+                     bool strict) override {
+        requireKind(fromKind);
+        requireKind(toKind);
+        if (fromKind == toKind) {
+            return true;
+        }
+        return fromKind == kindMarkup ? toPlain(text, strict) : toMarkup(text);
+    }
+
+    Value loadDtd(std::int32_t kind, const std::u16string& path) override {
+        requireMarkup(kind);
+        m_dtd = m_files ? dtdOfFile(*m_files, path) : nullptr;
+        const bool loaded = m_dtd != nullptr;
+        if (!loaded) {
+            m_dtd = ravikit::Dtd::builtIn();
+        }
+        return loaded;
+    }
+
+    std::shared_ptr<ParseError> lastError() override { return m_lastError; }
+
+    bool isValidText(const std::u16string& text) override {
+        const auto tree = ravikit::parse(text, &m_dtd->declarations());
+        Problems problems = tree->problems();
+        m_dtd->judge(*tree, problems);
+        return problems.empty() || refuse(text, std::move(problems));
+    }
+
+private:
+    bool toPlain(std::u16string& text, bool strict) {
+        const auto tree = ravikit::parse(text, &m_dtd->declarations());
+        Problems problems;
+        auto page = ravikit::cardHtml(*tree, strict, problems);
+        if (!page) {
+            return refuse(text, std::move(problems));
+        }
+        text = std::move(*page);
+        return true;
+    }
+
+    /// A page keeps what the author wrote in it only if it comes back whole. As long as that isn't
+    /// sure the page stays, and the reason is told.
+    bool toMarkup(const std::u16string& page) {
+        Problems problems;
+        problems.add(ravikit::ProblemKind::NotConvertible, 0, 0,
+                     u"a page cannot be turned into markup yet; edit the deck in the markup view");
+        return refuse(page, std::move(problems));
+    }
+
+    bool refuse(const std::u16string& text, Problems problems) {
+        problems.sort();
+        m_lastError = makeParseError(text, std::move(problems));
+        return false;
+    }
+
+    std::shared_ptr<FileSystemObject> m_files;
+    std::shared_ptr<const ravikit::Dtd> m_dtd = ravikit::Dtd::builtIn();
+    std::shared_ptr<ParseError> m_lastError;
+};
+
+} // namespace
+
+std::shared_ptr<Tolmek> makeTolmek(std::shared_ptr<FileSystemObject> files) {
+    return std::make_shared<TolmekObject>(std::move(files));
+}
+
+} // namespace tessaly
