@@ -1,5 +1,7 @@
 #include "ravikit/CardHtml.h"
 
+#include "ravikit/Wording.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -220,10 +222,8 @@ std::optional<std::u16string> cardHtml(const Tree& tree, bool strict, Problems& 
     }
     if (problems.empty() && name != u"wml" && name != u"card") {
         const Node& element = tree[root];
-        std::u16string reason = u"`";
-        reason += name;
-        reason += u"` is neither a deck (`wml`) nor a card (`card`), so it has no page";
-        problems.add(ProblemKind::NotConvertible, element.begin, element.end, std::move(reason));
+        problems.add(ProblemKind::NotConvertible, element.begin, element.end,
+                     quoted(name) + u" is neither a deck, `wml`, nor a card, `card`");
     }
     if (strict && !problems.empty()) {
         return std::nullopt;

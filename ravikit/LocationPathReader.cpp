@@ -1,6 +1,7 @@
 #include "ravikit/LocationPathReader.h"
 
 #include "ravikit/Chars.h"
+#include "ravikit/Wording.h"
 
 #include <limits>
 #include <utility>
@@ -152,13 +153,11 @@ bool LocationPathReader::take(std::u16string_view token) {
 
 bool LocationPathReader::fail(std::u16string_view expected) {
     if (m_reason.empty()) {
-        m_reason = u"In the location path `";
-        m_reason += m_text;
-        m_reason += u"`, ";
+        m_reason = u"In the location path " + quoted(m_text) + u", ";
         m_reason += expected;
-        m_reason += u" should stand in front of `";
-        m_reason += m_text.substr(m_at);
-        m_reason += u"`";
+        m_reason += m_at < m_text.size()
+                        ? u" should stand in front of " + quoted(m_text.substr(m_at))
+                        : u" should stand at the end";
     }
     return false;
 }

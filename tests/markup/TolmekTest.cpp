@@ -1,0 +1,134 @@
+#include "ravikit/Problem.h"
+#include "ravikit/component/Objects.h"
+#include "support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+using namespace tessaly;
+using ravikit::ProblemKind;
+
+std::int32_t numberOf(ProblemKind kind) {
+    return static_cast<std::int32_t>(kind);
+}
+
+std::vector<std::shared_ptr<ParseError>> allErrors(Tolmek& tolmek) {
+    std::vector<std::shared_ptr<ParseError>> errors;
+    for (auto error = tolmek.lastError(); error; error = error->next()) {
+        errors.push_back(error);
+    }
+    return errors;
+}
+
+TEST(Tolmek, NamesAllErrorsInTheOrderOfTheirPlaces) {
+    const auto tolmek = makeTolmek(nullptr);
+    EXPECT_EQ(tolmek->lastError(), nullptr);
+    EXPECT_TRUE(tolmek->isValidText(u"<wml><card><p>&nbsp;</p></card></wml>"));
+    EXPECT_EQ(tolmek->lastError(), nullptr);
+
+    // Lines end in CR LF, LF and CR; faults of both sorts, one at the very end.
+    const std::u16string text =
+        u"<wml>\r\n<card>\n<p>a<crad/></p>\r<p>&who;</p></card>\r\n\r\n</wml>";
+    EXPECT_FALSE(tolmek->isValidText(text + u"<"));
+    const auto errors = allErrors(*tolmek);
+    using Place = std::tuple<std::int32_t, std::int32_t, std::int32_t, std::u16string>;
+    std::vector<Place> places;
+    for (const auto& error : errors) {
+        places.emplace_back(error->number(), error->line(), error->column(), error->sourceLine());
+        EXPECT_EQ(error->position() >= 0 && error->length() >= 0, true);
+        EXPECT_FALSE(error->reason().empty());
+    }
+    ASSERT_EQ(places.size(), 3U);
+    EXPECT_EQ(places[0], Place(numberOf(ProblemKind::UnknownElement), 3, 5, u"<p>a<crad/></p>"));
+    EXPECT_EQ(places[1], Place(numberOf(ProblemKind::UnknownEntity), 4, 4, u"<p>&who;</p></card>"));
+    EXPECT_EQ(std::get<1>(places[2]), 6);
+    EXPECT_EQ(std::get<3>(places[2]), u"</wml><");
+    EXPECT_EQ(text.substr(static_cast<std::size_t>(errors[1]->position()),
+                          static_cast<std::size_t>(errors[1]->length())),
+              u"&who;");
+
+    // A verdict of True leaves the last error; the chain stays good without its maker.
+    EXPECT_TRUE(tolmek->isValidText(u"<wml><card/></wml>"));
+    EXPECT_EQ(tolmek->lastError()->line(), 3);
+    EXPECT_FALSE(tolmek->isValidText(u""));
+    EXPECT_EQ(tolmek->lastError()->line(), 1);
+    EXPECT_EQ(tolmek->lastError()->column(), 1);
+    EXPECT_EQ(tolmek->lastError()->sourceLine(), u"");
+    EXPECT_EQ(errors[0]->next()->line(), 4);
+}
+
+/// The page of `markup`, or the empty string if it was refused.
+std::u16string page(std::u16string markup, bool strict = true) {
+    return makeTolmek(nullptr)->convertText(kindMarkup, kindPlain, markup, strict) ? markup : u"";
+}
+
+TEST(Conversion, ShowsACardWithoutLosingText) {
+    EXPECT_EQ(page(u"<card id='a' title='A &lt; B'><p>1&nbsp;&lt;&#50;<br/><b>b</b><u>u</u>"
+                   u"<!--no--><![CDATA[<i>]]>$(v)</p></card>"),
+              u"<div class=\"card\"><h2>A &lt; B</h2><p>1\x00A0&lt;2<br><b>b</b><u>u</u>"
+              u"&lt;i&gt;$(v)</p></div>");
+    EXPECT_EQ(
+        page(u"<card><do type='accept' label='Go'><go href='#x'/></do><p><select>"
+             u"<option value='1'>One</option></select><input name='n' value='&quot;v'/>"
+             u"<img src='http://x/y.wbmp' alt='Sun'/></p><pre>\n a</pre></card>"),
+        u"<div class=\"card\"><button disabled><span>Go</span></button><p><select disabled>"
+        u"<option>One</option></select><input disabled value=\"&quot;v\"><img alt=\"Sun\"></p>"
+        u"<pre>\n\n a</pre></div>");
+    EXPECT_EQ(page(u"<wml><card><p>1</p></card><x>?</x><card/></wml>"),
+              u"<div class=\"card\"><p>1</p></div>?<div class=\"card\"></div>");
+}
+
+TEST(Conversion, GivesAPageThatLoadsAndRunsNothing) {
+    const std::u16string html =
+        page(u"<wml><card onenterforward='javascript:x()' onclick='x()'><script>alert(1)</script>"
+             u"<p><a href='javascript:x()' style='x'>t</a><iframe src='http://x/'/>"
+             u"<img src='http://x/' alt='\"&gt;&lt;script&gt;'/></p></card></wml>");
+    EXPECT_EQ(html, u"<div class=\"card\">alert(1)<p><a>t</a>"
+                    u"<img alt=\"&quot;&gt;&lt;script&gt;\"></p></div>");
+}
+
+TEST(Conversion, ResolvesEntitiesWithTheMarkupInThem) {
+    EXPECT_EQ(page(u"<!DOCTYPE wml [<!ENTITY a '<b>&c;</b>'><!ENTITY c '&#38;lt;'>]>"
+                   u"<wml><card title='&c;'><p>&a;</p></card></wml>"),
+              u"<div class=\"card\"><h2>&lt;</h2><p><b>&lt;</b></p></div>");
+    // A card alone does not carry the declarations of its deck.
+    EXPECT_EQ(page(u"<card><p>&mine;</p></card>"), u"<div class=\"card\"><p>&amp;mine;</p></div>");
+    EXPECT_EQ(page(u"<wml><card><p>&mine;</p></card></wml>"), u"");
+}
+
+TEST(Conversion, RefusesWhatIsNoDeckAndLeavesTheText) {
+    const auto tolmek = makeTolmek(nullptr);
+    std::u16string text = u"<wml>\n <card>\n</wml>";
+    const std::u16string broken = text;
+    EXPECT_FALSE(tolmek->convertText(kindMarkup, kindPlain, text, true));
+    EXPECT_EQ(text, broken);
+    EXPECT_GE(tolmek->lastError()->line(), 2);
+
+    text = u"\n<html/>";
+    EXPECT_FALSE(tolmek->convertText(kindMarkup, kindPlain, text, true));
+    EXPECT_EQ(tolmek->lastError()->number(), numberOf(ProblemKind::NotConvertible));
+    EXPECT_EQ(tolmek->lastError()->line(), 2);
+    EXPECT_EQ(page(u"plain <b>text</x>", false).find(u"plain"), 0U);
+
+    text = u"<BODY>typed</BODY>";
+    EXPECT_FALSE(tolmek->convertText(kindPlain, kindMarkup, text, false));
+    EXPECT_EQ(text, u"<BODY>typed</BODY>");
+    EXPECT_EQ(tolmek->lastError()->number(), numberOf(ProblemKind::NotConvertible));
+}
+
+TEST(Conversion, KnowsTwoKindsOfText) {
+    const auto tolmek = makeTolmek(nullptr);
+    std::u16string text = u"<not well-formed";
+    EXPECT_TRUE(tolmek->convertText(kindMarkup, kindMarkup, text, true));
+    EXPECT_TRUE(tolmek->convertText(kindPlain, kindPlain, text, true));
+    EXPECT_EQ(text, u"<not well-formed");
+    EXPECT_THROW(tolmek->convertText(2, kindPlain, text, true), Failure);
+    EXPECT_THROW(tolmek->convertText(kindPlain, -1, text, true), Failure);
+}
+
+} // namespace
