@@ -3,7 +3,9 @@
 #include "document/DocumentType.h"
 #include "external/Platform.h"
 #include "format/cWMLFormat.h"
+#include "util/Integers.h"
 
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -70,7 +72,7 @@ void cWMLFormat::execInMarkup(const FormatCommand& command) {
     txt += delText;
     txt += command.closeTag;
     require(m_MuRtb).SelText(txt);
-    require(m_MuRtb).SelStart(lStart + static_cast<std::int32_t>(command.openTag.size()));
+    require(m_MuRtb).SelStart(toInteger<std::int32_t>(lStart + std::ssize(command.openTag)));
     require(m_MuRtb).SelLength(length);
     std::int32_t action = undoAction;
     require(m_Proxy).raiseAdd2Undo(lStart, txt, delText, action);
@@ -127,10 +129,12 @@ void cWMLFormat::alignParagraph(const std::u16string& alignment) {
     // Elements are recognised by their identity: a page may hand out a new object at every call.
     const std::u16string uniqueID = selected->uniqueID();
     const auto paragraphs = require(page()).getElementsByTagName(u"P");
-    for (std::int32_t i = 0; i < require(paragraphs).length(); ++i) {
+    const std::int32_t paragraphCount = require(paragraphs).length();
+    for (std::int32_t i = 0; i < paragraphCount; ++i) {
         const std::shared_ptr<IHTMLElement> paragraph = paragraphs->item(i);
         const auto inside = require(paragraph).all();
-        for (std::int32_t j = 0; j < require(inside).length(); ++j) {
+        const std::int32_t insideCount = require(inside).length();
+        for (std::int32_t j = 0; j < insideCount; ++j) {
             if (require(inside->item(j)).uniqueID() == uniqueID) {
                 paragraph->setAttribute(u"align", alignment, 0);
             }

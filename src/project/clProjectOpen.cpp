@@ -14,6 +14,18 @@ bool isBlank(const std::u16string& text) {
     return text.find_first_not_of(u' ') == text.npos;
 }
 
+/// The next line. None at the end, and none where the stream cannot be read: it would fail the same
+/// way for ever.
+std::optional<std::u16string> nextLine(const std::shared_ptr<TextStream>& stream) {
+    std::optional<std::u16string> line;
+    attempt([&] {
+        if (!require(stream).AtEndOfStream()) {
+            line = stream->ReadLine();
+        }
+    });
+    return line;
+}
+
 } // namespace
 
 bool clProject::init(const std::u16string& strProjectFilePath) {
@@ -45,24 +57,10 @@ bool clProject::init(const std::u16string& strProjectFilePath) {
 bool clProject::readLines(const std::shared_ptr<FileSystemObject>& fso,
                           const std::shared_ptr<TextStream>& stream,
                           const std::u16string& strProjectFilePath) {
-    while (true) {
-        // A stream that cannot be read counts as ended: it would fail the same way for ever.
-        bool atEnd = true;
-        std::u16string line;
-        attempt([&] {
-            atEnd = require(stream).AtEndOfStream();
-            if (!atEnd) {
-                atEnd = true;
-                line = stream->ReadLine();
-                atEnd = false;
-            }
-        });
-        if (atEnd) {
-            return true;
-        }
+    while (const std::optional<std::u16string> line = nextLine(stream)) {
         bool loaded = true;
         attempt([&] {
-            if (const std::optional<ProjectRecord> record = splitRecord(line)) {
+            if (const std::optional<ProjectRecord> record = splitRecord(*line)) {
                 loaded = applyRecord(*record);
             }
         });
@@ -74,6 +72,7 @@ bool clProject::readLines(const std::shared_ptr<FileSystemObject>& fso,
                 withoutTrailingBackslash(require(fso).GetParentFolderName(strProjectFilePath)));
         });
     }
+    return true;
 }
 
 bool clProject::applyRecord(const ProjectRecord& record) {
@@ -98,7 +97,9 @@ bool clProject::applyRecord(const ProjectRecord& record) {
 }
 
 bool clProject::hasNameAndPath(const std::u16string& strProjectFilePath) {
-    if (!isBlank(ProjectName()) && !isBlank(ProjectPath())) {
+    const bool noName = isBlank(ProjectName());
+    const bool noPath = isBlank(ProjectPath()); // read in any case: the getter trims what is stored
+    if (!noName && !noPath) {
         return true;
     }
     attempt([&] {
