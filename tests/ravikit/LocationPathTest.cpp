@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
+#include <libxml/xpathInternals.h>
 
 #include <array>
 #include <memory>
@@ -36,7 +37,7 @@ Signs select(const Tree& tree, Tree::Id context, const std::string& pattern) {
             signs.push_back(ascii(tree.value(tree.attribute(id, u"n"))));
             break;
         case NodeKind::Attribute:
-            signs.push_back(ascii(tree.name(id)) + "=" + ascii(tree.value(id)));
+            signs.push_back(ascii(tree.name(id)).append("=").append(ascii(tree.value(id))));
             break;
         case NodeKind::Document:
             signs.emplace_back("/");
@@ -73,7 +74,8 @@ Signs selectByOracle(xmlDoc* document, xmlNode* context, const std::string& patt
             signs.emplace_back(reinterpret_cast<const char*>(number));
             xmlFree(number);
         } else if (node->type == XML_ATTRIBUTE_NODE) {
-            signs.push_back(reinterpret_cast<const char*>(node->name) + ("=" + content(node)));
+            signs.emplace_back(reinterpret_cast<const char*>(node->name));
+            signs.back().append("=").append(content(node));
         } else {
             signs.push_back(node->type == XML_DOCUMENT_NODE ? "/" : content(node));
         }
@@ -104,7 +106,7 @@ std::string randomDeck(Dice& dice) {
     unsigned number = 0;
     const auto start = [&] {
         const std::string name = dice.one(names);
-        text += "<" + name + " n='" + std::to_string(number++) + "'";
+        text.append("<").append(name).append(" n='").append(std::to_string(number++)).append("'");
         text += dice.below(3) == 0 ? " b='x'" : "";
         text += dice.below(3) == 0 ? " c='&#x79;'>" : ">";
         open.push_back(name);
@@ -114,12 +116,12 @@ std::string randomDeck(Dice& dice) {
         if (dice.below(2) == 0) {
             start();
         } else if (open.size() > 1) {
-            text += "</" + open.back() + ">t" + std::to_string(i);
+            text.append("</").append(open.back()).append(">t").append(std::to_string(i));
             open.pop_back();
         }
     }
     for (; !open.empty(); open.pop_back()) {
-        text += "</" + open.back() + ">";
+        text.append("</").append(open.back()).append(">");
     }
     return text;
 }
