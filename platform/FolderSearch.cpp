@@ -48,7 +48,7 @@ constexpr std::size_t largestIndex = 100'000;
 
 /// Change times tick in steps of up to two seconds. Within a step a folder may change again without
 /// showing it, so that an index is kept only of a folder that has been at rest for longer.
-constexpr std::time_t restSeconds = 3;
+constexpr std::time_t restSeconds = 2;
 
 bool stateOf(DIR* folder, FolderState& state) {
     struct stat status = {};
