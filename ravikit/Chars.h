@@ -49,4 +49,17 @@ constexpr std::uint32_t unitsOf(char32_t c) {
     return c >= 0x10000 ? 2 : 1;
 }
 
+/// Whether the whole of `text` is a Name.
+constexpr bool isName(std::u16string_view text) {
+    if (text.empty() || !isNameStart(codePointAt(text, 0))) {
+        return false;
+    }
+    for (std::size_t i = 0; i < text.size(); i += unitsOf(codePointAt(text, i))) {
+        if (!isNameChar(codePointAt(text, i))) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace ravikit

@@ -1,6 +1,7 @@
 #include "ravikit/Problem.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace ravikit {
@@ -15,6 +16,12 @@ void Problems::add(ProblemKind kind, std::uint32_t begin, std::uint32_t end,
         reason = u"there are more errors than can be listed; mend these first";
     }
     m_list.push_back({kind, begin, end, std::move(reason)});
+}
+
+void Problems::truncate(std::size_t size) {
+    if (size < m_list.size()) {
+        m_list.erase(m_list.begin() + static_cast<std::ptrdiff_t>(size), m_list.end());
+    }
 }
 
 void Problems::sort() {

@@ -68,6 +68,9 @@ public:
     bool full() const { return m_list.size() > limit; }
     const std::vector<Problem>& list() const { return m_list; }
 
+    /// Takes back all but the first `size`.
+    void truncate(std::size_t size);
+
     /// Brings them into the order of their places; of problems at one place the one found first
     /// stays first.
     void sort();

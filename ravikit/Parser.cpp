@@ -1,0 +1,283 @@
+#include "ravikit/Parser.h"
+
+#include "ravikit/ParserCore.h"
+#include "ravikit/Wording.h"
+
+namespace ravikit {
+
+std::shared_ptr<const Tree> parse(std::u16string text, const Declarations* known,
+                                  const Limits& limits) {
+    const auto tree = std::make_shared<Tree>();
+    Entities entities(known, limits);
+    Parser::parseDocument(*tree, std::move(text), entities, limits);
+    return tree;
+}
+
+void Parser::parseDocument(Tree& tree, std::u16string text, Entities& entities,
+                           const Limits& limits) {
+    tree.m_text = std::move(text);
+    Parser(tree, Kind::Document, entities, limits).run();
+}
+
+std::uint64_t Parser::parseReplacement(Tree& tree, std::u16string text, Entities& entities,
+                                       const Limits& limits) {
+    tree.m_text = std::move(text);
+    Parser parser(tree, Kind::Replacement, entities, limits);
+    parser.run();
+    return parser.m_expanded + tree.m_text.size();
+}
+
+Parser::Parser(Tree& tree, Kind kind, Entities& entities, const Limits& limits)
+    : m_tree(tree)
+    , m_kind(kind)
+    , m_entities(entities)
+    , m_limits(limits)
+    , m_begin(tree.m_text.data())
+    , m_end(m_begin + tree.m_text.size()) {}
+
+void Parser::run() {
+    push(NodeKind::Document, m_begin, m_begin);
+    if (m_tree.m_text.size() > m_limits.units) {
+        push(NodeKind::Junk, m_begin, m_begin);
+        m_tree.m_problems.add(ProblemKind::TooLarge, 0, 0,
+                              u"the text is longer than " + decimal(m_limits.units) +
+                                  u" characters");
+        finish();
+        return;
+    }
+    m_tree.m_nodes.reserve(static_cast<std::uint32_t>(m_tree.m_text.size() / 8 + 16));
+    m_open.push_back({Tree::document, NameTable::none, ~0U});
+    At at = m_begin;
+    if (m_kind == Kind::Document) {
+        if (*at == 0xFEFF) {
+            push(NodeKind::Blank, at, at + 1); // a byte-order mark
+            ++at;
+        }
+        at = xmlDeclaration(at);
+    }
+    while (at != m_end) {
+        if (*at == u'<') {
+            at = markup(at);
+        } else if (*at == u'&') {
+            at = reference(at);
+        } else {
+            at = text(at);
+        }
+    }
+    closeAtEnd();
+    finish();
+}
+
+void Parser::closeAtEnd() {
+    if (m_kind == Kind::Document && m_tree.m_documentElement == Tree::none &&
+        m_tree.m_problems.empty()) {
+        problem(ProblemKind::NoRoot, m_end, m_end, u"the text holds no element");
+    }
+    while (!atTop()) {
+        const Open& top = m_open.back();
+        const Node& element = node(top.element);
+        if (m_tooDeep == 0 && !m_swallowed) {
+            problem(ProblemKind::UnclosedElement, place(element.begin),
+                    place(element.begin + 1 + top.nameLength), [&] {
+                        const std::u16string_view name = m_tree.name(top.element);
+                        return quoted(name) + u" is never closed; write `</" +
+                               quoted(name).substr(1);
+                    });
+        }
+        mark(top.element, Recovered);
+        close(m_end);
+    }
+}
+
+void Parser::finish() {
+    const auto size = static_cast<std::uint32_t>(m_tree.m_text.size());
+    for (Id id = 0; id < m_tree.m_nodes.size() && id < 2; ++id) {
+        // The document, and the junk that all of an overlong text is.
+        if (id == 0 || size > m_limits.units) {
+            node(id).end = size;
+            node(id).next = m_tree.m_nodes.size();
+        }
+    }
+    m_tree.m_nodes.shrink();
+    m_tree.m_text.shrink_to_fit();
+    m_tree.m_problems.sort();
+}
+
+Parser::At Parser::markup(At at) {
+    const char16_t next = at[1];
+    if (next == u'/') {
+        return endTag(at);
+    }
+    if (startsName(at + 1)) {
+        return startTag(at);
+    }
+    if (next == u'!') {
+        return exclamation(at);
+    }
+    return next == u'?' ? instruction(at) : plainMark(at);
+}
+
+Parser::At Parser::exclamation(At at) {
+    if (startsWith(at, u"<!--")) {
+        return comment(at);
+    }
+    if (startsWith(at, u"<![CDATA[")) {
+        return cdata(at);
+    }
+    if (startsWith(at, u"<!DOCTYPE") || startsWith(at, u"<!doctype")) {
+        return doctype(at);
+    }
+    return junk(at, ProblemKind::BadTag,
+                u"`<!` begins a comment as `<!--`, or a CDATA section as `<![CDATA[`");
+}
+
+Parser::At Parser::text(At at) {
+    At const begin = at;
+    at = skipBlanks(at);
+    if (at != m_end && *at != u'<' && *at != u'&') {
+        return textRun(begin, at);
+    }
+    const Id last = m_tree.m_nodes.size() - 1;
+    if (m_tree.kind(last) == NodeKind::Text && node(last).end == offset(begin)) {
+        node(last).end = offset(at);
+    } else {
+        push(NodeKind::Blank, begin, at);
+    }
+    return at;
+}
+
+// Text from `begin` on, of which all before `at` has been looked at.
+Parser::At Parser::textRun(At begin, At at) {
+    for (;;) {
+        at = scan::find(at, m_end, scan::TextStop());
+        if (at == m_end || *at == u'<' || *at == u'&') {
+            break;
+        }
+        if (*at != u']') {
+            at = character(at);
+            continue;
+        }
+        if (at[1] == u']' && at[2] == u'>') {
+            problem(ProblemKind::BadCharacter, at, at + 3,
+                    u"`]]>` cannot stand in text; write `]]&gt;`");
+        }
+        ++at;
+    }
+    const Id last = m_tree.m_nodes.size() - 1;
+    if (m_tree.kind(last) == NodeKind::Text && node(last).end == offset(begin)) {
+        node(last).end = offset(at); // so that a text full of errors does not fill the memory
+    } else {
+        push(NodeKind::Text, begin, at);
+    }
+    if (outsideRoot()) {
+        outside(begin, at);
+    }
+    return at;
+}
+
+// A < that begins nothing.
+Parser::At Parser::plainMark(At at) {
+    problem(ProblemKind::BadTag, at, at + 1,
+            u"`<` begins a tag; write `&lt;` for the character itself");
+    return textRun(at, at + 1);
+}
+
+// One unit that looked unusual, or the two of a pair.
+Parser::At Parser::character(At at) {
+    const char32_t c = codePointAt(between(at, m_end), 0);
+    if (isChar(c)) {
+        return at + unitsOf(c);
+    }
+    At end = at + 1;
+    while (end != m_end && *end == *at) {
+        ++end;
+    }
+    // Of several lone first halves the last may begin a pair.
+    if (c >= 0xD800 && c <= 0xDBFF && end != at + 1) {
+        --end;
+    }
+    problem(ProblemKind::BadCharacter, at, end, [&] {
+        return c >= 0xD800 && c <= 0xDFFF
+                   ? u"half of a character (" + codePointName(c) + u") stands alone"
+                   : u"the character " + codePointName(c) + u" cannot stand in a text";
+    });
+    return end;
+}
+
+void Parser::characters(At begin, At end) {
+    At at = begin;
+    while ((at = scan::find(at, end, scan::Unusual())) != end) {
+        at = character(at);
+    }
+}
+
+// Something that stands where only comments, instructions and blanks may.
+void Parser::outside(At begin, At end) {
+    if (m_outsideEnd != begin) {
+        const bool ahead = m_tree.m_documentElement == Tree::none;
+        problem(ProblemKind::TextOutsideRoot, begin, end,
+                ahead ? u"text stands ahead of the first element; it belongs inside"
+                      : u"text stands behind the end of the outermost element; it belongs inside");
+    }
+    m_outsideEnd = end;
+}
+
+// The place of `close` at or behind `at`, or the end of the text.
+Parser::At Parser::findClose(At at, std::u16string_view close) const {
+    struct Mark {
+        char16_t first;
+        bool operator()(char16_t c) const { return c == first; }
+#if defined(__SSE2__)
+        scan::Units operator()(scan::Units u) const {
+            return scan::equals(u, first);
+        }
+#endif
+    };
+    for (;; ++at) {
+        at = scan::find(at, m_end, Mark{close[0]});
+        if (at == m_end || startsWith(at, close)) {
+            return at;
+        }
+    }
+}
+
+Parser::Name Parser::readName(At at) {
+    const scan::ShortName word = scan::shortName(at, m_end);
+    Name name{at + word.length, NameTable::none};
+    if (word.isWhole) {
+        name.id = m_tree.m_names.intern(between(at, name.end), word.key);
+    } else {
+        name.end = nameEnd(name.end);
+        name.id = m_tree.m_names.intern(between(at, name.end));
+    }
+    if (name.id >= m_nameStates.size()) {
+        if (name.id == NameTable::none && !m_namesFull) {
+            m_namesFull = true;
+            problem(ProblemKind::TooLarge, at, name.end, u"the text holds too many names");
+        }
+        m_nameStates.resize(name.id == NameTable::none ? std::size_t{NameTable::none} + 1
+                                                       : m_nameStates.size() + 64);
+    }
+    return name;
+}
+
+// The end of a name of which all before `at` has been looked at.
+Parser::At Parser::nameEnd(At at) const {
+    while (at != m_end) {
+        const char32_t c = codePointAt(between(at, m_end), 0);
+        if (!isNameChar(c)) {
+            break;
+        }
+        at += unitsOf(c);
+    }
+    return at;
+}
+
+std::uint32_t Parser::lineOf(std::uint32_t offset) {
+    if (!m_lines) {
+        m_lines.emplace(m_tree.text());
+    }
+    return m_lines->at(offset).line;
+}
+
+} // namespace ravikit
