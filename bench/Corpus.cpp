@@ -13,7 +13,7 @@ namespace bench {
 namespace {
 
 constexpr char publicDoctype[] =
-    "PUBLIC \"-//WAPFORUM//DTD WML 1.3//EN\" \"http://www.wapforum.org/DTD/wml13.dtd\"";
+    R"(PUBLIC "-//WAPFORUM//DTD WML 1.3//EN" "http://www.wapforum.org/DTD/wml13.dtd")";
 
 DeckText inBothForms(std::string utf8) {
     std::u16string utf16 = tessaly::decodeUtf8(utf8).value();

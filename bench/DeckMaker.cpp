@@ -122,7 +122,7 @@ private:
             add(chance(2) ? "<br/>\n      " : " ");
         }
         if (chance(6)) {
-            add("<img src=\"images/logo.wbmp\" alt=\""), prose(2), add("\"/>");
+            add(R"(<img src="images/logo.wbmp" alt=")"), prose(2), add("\"/>");
         }
         if (chance(15)) {
             add("<![CDATA[a < b & c]]>");
@@ -171,7 +171,7 @@ private:
             addNumber(number + i);
             add("\" title=\"Go\">"), prose(2), add("</a><br/>\n");
         }
-        add("      <anchor>"), prose(2), add("<go href=\"#c0\"/></anchor>\n    </p>\n");
+        add("      <anchor>"), prose(2), add(R"(<go href="#c0"/></anchor>)"), add("\n    </p>\n");
     }
 
     std::mt19937 m_random;

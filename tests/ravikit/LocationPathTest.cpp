@@ -162,7 +162,8 @@ TEST(LocationPath, SelectsWhatTheOracleSelects) {
         xmlNode* oracleInner = xmlDocGetRootElement(document)->children;
         for (int i = 0; i < 30; ++i) {
             const std::string pattern = randomPattern(dice);
-            SCOPED_TRACE(pattern + "\n" + text);
+            SCOPED_TRACE(text);
+            SCOPED_TRACE(pattern);
             const Signs signs = select(*tree, Tree::document, pattern);
             selected += signs.size();
             ASSERT_EQ(signs,
