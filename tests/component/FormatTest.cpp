@@ -1,0 +1,156 @@
+#include "Fakes.h"
+
+using namespace fakes;
+
+namespace {
+
+class Format : public Component {
+protected:
+    Log exec(const std::u16string& key) {
+        world.take();
+        format->exec(key);
+        return world.take();
+    }
+    std::shared_ptr<WirelessDocument> doc = build(u"<wml>t</wml>");
+    std::shared_ptr<IFormat> format = doc->Format();
+    FakePage& page = *browser->page;
+};
+
+} // namespace
+
+TEST_F(Format, PublishesEightCommandsWithTheirPictures) {
+    const auto formats = format->formats();
+    ASSERT_EQ(formats->Count(), 8);
+    for (std::int32_t i = 1; i <= 8; ++i) {
+        const auto row = formats->Item(i);
+        EXPECT_EQ(formats->Item(row->Caption()), row);
+        call("row", row->Caption(), row->ToolTiptext());
+        format->icon(i);
+        format->iconSmall(row->Caption());
+    }
+    EXPECT_EQ(world.take(), (Log{"row Bold Bold current selection",
+                                 "picture BOLD 1",
+                                 "picture BOLDS 0",
+                                 "row Italic Italicise current selection",
+                                 "picture ITALIC 1",
+                                 "picture ITALICS 0",
+                                 "row Underline Underline current selection",
+                                 "picture UNDERLINE 1",
+                                 "picture UNDERLINES 0",
+                                 "row Align Left Align current selection to the left",
+                                 "picture ALIGNL 1",
+                                 "picture ALIGNLS 0",
+                                 "row Align Center Align current selection to the center",
+                                 "picture ALIGNC 1",
+                                 "picture ALIGNCS 0",
+                                 "row Align Right Align current selection to the right",
+                                 "picture ALIGNR 1",
+                                 "picture ALIGNRS 0",
+                                 "row Big Font Change selection to BIG font",
+                                 "picture BIG 1",
+                                 "picture BIGS 0",
+                                 "row Small Font Change selection to SMALL font",
+                                 "picture SMALL 1",
+                                 "picture SMALLS 0"}));
+}
+
+TEST_F(Format, TheCatalogueIsLiveAndApartFromTheCommands) {
+    const auto formats = format->formats();
+    EXPECT_EQ(codeOf([&] { format->icon(u"Normal Font"); }), FailureCode::InvalidArgument);
+    EXPECT_EQ(codeOf([&] { formats->Add(u"x", u"", u"", u"", u"BOLD"); }), FailureCode::KeyInUse);
+    formats->Remove(u"bold");
+    EXPECT_EQ(codeOf([&] { format->icon(u"Bold"); }), FailureCode::InvalidArgument);
+    EXPECT_EQ(exec(u"Bold").size(), 4U);
+
+    formats->Add(u"same", u"", u"NORMAL", u"NORMALS");
+    const auto second = formats->Add(u"same", u"", ObjectRef(rtb), {});
+    EXPECT_EQ(formats->Count(), 9);
+    format->icon(8);
+    EXPECT_EQ(world.take(), Log{"picture NORMAL 1"});
+    EXPECT_EQ(second->iconRes(), Value(ObjectRef(rtb)));
+}
+
+TEST_F(Format, InTheMarkupViewACommandWrapsTheSelection) {
+    const std::vector<std::pair<const char16_t*, std::string>> openTags{
+        {u"Bold", "<b>"},
+        {u"Italic", "<i>"},
+        {u"Underline", "<u>"},
+        {u"Align Left", "<p align=\"left\">"},
+        {u"Align Center", "<p align=\"center\">"},
+        {u"Align Right", "<p align=\"right\">"},
+        {u"Big Font", "<big>"},
+        {u"Small Font", "<small>"},
+    };
+    for (const auto& [key, open] : openTags) {
+        rtb->text = u"hello world";
+        rtb->start = 6;
+        rtb->length = 5;
+        const std::string name = open.substr(1, open.find_first_of(" >") - 1);
+        const std::string txt = open + "world</" + name + ">";
+        EXPECT_EQ(exec(key),
+                  (Log{"rtb.SelText= " + txt, "rtb.SelStart= " + std::to_string(6 + open.size()),
+                       "rtb.SelLength= 5", "OnAdd2UndoStack 6 [" + txt + "] [world] 2"}));
+    }
+    EXPECT_EQ(rtb->SelText(), u"world");
+    for (const char16_t* unknown : {u"bold", u"BOLD", u" Bold", u"Bold ", u"Bol", u""}) {
+        EXPECT_EQ(exec(unknown), Log{});
+    }
+    EXPECT_EQ(exec(u"Normal Font"),
+              Log{"MsgBox 48 [\"Font Normal\" not supported in WML View] This function is only "
+                  "available in PLAIN View. To revert back to \nnormal font size please remove any "
+                  "<big> or <small> tags manually."});
+}
+
+TEST_F(Format, AFailureStaysWithTheCallerAndUndoesNothing) {
+    EXPECT_EQ(codeOf([&] { format->browser(rtb); }), FailureCode::TypeMismatch);
+    rtb->text.clear();
+    format->init(nullptr);
+    EXPECT_EQ(codeOf([&] { format->exec(u"Bold"); }), FailureCode::ObjectNotSet);
+    EXPECT_EQ(rtb->text, u"<b></b>");
+    format->MuRtb(nullptr);
+    EXPECT_EQ(codeOf([&] { format->exec(u"Bold"); }), FailureCode::ObjectNotSet);
+    format->view(vPLain);
+    format->browser(nullptr);
+    EXPECT_EQ(codeOf([&] { format->exec(u"Bold"); }), FailureCode::ObjectNotSet);
+}
+
+TEST_F(Format, InThePageItUsesTheBrowsersCommandsAndPastes) {
+    format->view(vPLain);
+    for (const std::u16string key : {u"Bold", u"Italic", u"Underline"}) {
+        EXPECT_EQ(exec(key), Log{"execCommand " + ascii(key)});
+    }
+    EXPECT_EQ(exec(u"Normal Font"), Log{"execCommand FontSize False 3"});
+    EXPECT_EQ(exec(u"Big Font"), Log{}); // no selection
+    EXPECT_EQ(exec(u"Align Left"), Log{});
+    page.theSelection = std::make_shared<FakeSelection>();
+    page.theSelection->range->selected = u"a<b";
+    EXPECT_EQ(exec(u"Big Font"), Log{"pasteHTML <big>a<b</big>"});
+    EXPECT_EQ(exec(u"Small Font"), Log{"pasteHTML <small>a<b</small>"});
+    page.theSelection->kind = u"Control";
+    EXPECT_EQ(exec(u"Big Font"), Log{});
+}
+
+TEST_F(Format, InThePageAlignmentFindsTheParagraphAround) {
+    format->view(vPLain);
+    const auto element = [](const std::u16string& tag, const std::u16string& id) {
+        return std::make_shared<FakeElement>(tag, id);
+    };
+    const auto first = element(u"P", u"p1");
+    const auto second = element(u"P", u"p2");
+    second->inside = {element(u"B", u"b0"), element(u"B", u"b1")};
+    page.elements = {first, second};
+    page.theSelection = std::make_shared<FakeSelection>();
+    FakeRange& range = *page.theSelection->range;
+
+    range.element = first;
+    EXPECT_EQ(exec(u"Align Left"), Log{"setAttribute p1 align left 0"});
+    range.element = element(u"B", u"b1"); // another object for the element in the paragraph
+    EXPECT_EQ(exec(u"Align Center"),
+              (Log{"getElementsByTagName P", "setAttribute p2 align center 0"}));
+    range.element = element(u"I", u"outside");
+    EXPECT_EQ(exec(u"Align Right"), Log{"getElementsByTagName P"});
+    page.theSelection->kind = u"Control";
+    range.control = element(u"IMG", u"img");
+    range.control->parent = first;
+    EXPECT_EQ(exec(u"Align Right"), Log{"setAttribute p1 align right 0"});
+}

@@ -1,0 +1,281 @@
+#include "Fakes.h"
+
+#include "project/ProjectFile.h"
+
+using namespace fakes;
+
+namespace {
+
+using Texts = std::vector<std::u16string>;
+
+class Project : public Component {
+protected:
+    Project() {
+        subscription = project->events().advise(sink);
+        project->ProjectPath(u"D:\\p");
+        world.take();
+    }
+
+    /// Opens a project file of these lines, with these decks beside it.
+    bool open(const Texts& lines, const Texts& decks = {}) {
+        std::u16string& text = world.files[file];
+        text.clear();
+        for (const std::u16string& line : lines) {
+            text += line + u"\r\n";
+        }
+        for (const std::u16string& name : decks) {
+            world.files[u"D:\\p\\" + name + u".wml"] = u"<wml>" + name + u"</wml>";
+        }
+        world.take();
+        return project->init(file);
+    }
+    static Log takeMessages() {
+        Log log = world.take();
+        std::erase_if(log, [](const std::string& line) { return !line.starts_with("MsgBox"); });
+        return log;
+    }
+
+    const std::u16string file = u"D:\\p\\p.cvp";
+};
+
+} // namespace
+
+TEST_F(Project, KeepsWhatItIsGiven) {
+    EXPECT_FALSE(project->NeedSave() || project->isTemplate() || project->CurrentDocument());
+    project->AppPath(u"C:\\App");
+    EXPECT_EQ(world.take(),
+              (Log{"setDtdPath 1 C:\\App\\DTD\\wml.dtd", "setSchemaPath 1 C:\\App\\DTD\\wml.xdr"}));
+    project->ProjectName(u"Weather\\\\");
+    EXPECT_EQ(project->ProjectName(), u"Weather");
+    project->ProjectPath(u"C:\\");
+    EXPECT_EQ(project->ProjectPath(), u"C:");
+    project->projectFile(u"x\\");
+    EXPECT_EQ(project->projectFile(), u"x\\");
+    project->NeedSave(true);
+    EXPECT_FALSE(project->NeedSave());
+    project->ProjectPath(u"C:\\myTemPlates2\\x");
+    EXPECT_TRUE(project->isTemplate());
+    project->ProjectPath(u"C:\\Template");
+    EXPECT_FALSE(project->isTemplate());
+    EXPECT_EQ(codeOf([&] { project->wbPlain(project); }), FailureCode::TypeMismatch);
+    EXPECT_EQ(codeOf([&] { project->MuRtb(project); }), FailureCode::TypeMismatch);
+    EXPECT_EQ(codeOf([&] { project->Listbar(project); }), FailureCode::TypeMismatch);
+    world.fails["newRavik"] = FailureCode::DeviceError;
+    EXPECT_EQ(codeOf([] { std::make_shared<clProject>(); }), FailureCode::DeviceError);
+}
+
+TEST_F(Project, TheCurrentDocumentIsTheOneHeard) {
+    ASSERT_TRUE(open({u"Site=S", u"Document=a", u"Document=b"}, {u"a", u"b"}));
+    const auto a = project->Documents()->Item(u"a");
+    const auto b = project->Documents()->Item(u"b");
+    world.take();
+    project->CurrentDocument(a);
+    project->CurrentDocument(a);
+    EXPECT_EQ(world.take(), Log{"OnSetCurrentDocument"});
+    project->CurrentDocumentEx(a);
+    b->isDirty(true);
+    EXPECT_EQ(world.take(), Log{"OnSetCurrentDocument"});
+    EXPECT_TRUE(project->NeedSave());
+    b->isDirty(false);
+    EXPECT_FALSE(project->NeedSave());
+
+    a->isDirty(true);
+    a->Content(u"fine");
+    a->Content(u"REFUSED");
+    std::int32_t number = 3;
+    std::u16string text = u"t";
+    a->raise_OnAdd2Undo(number, text, text, number);
+    EXPECT_EQ(world.take(),
+              (Log{"OnDocDirty", "isValidText fine", "OnClearErrors", "isValidText REFUSED",
+                   "lastError", "OnParseError refused", "OnAdd2UndoStack 3 [t] [t] 3"}));
+    browser->page->elements = {std::make_shared<FakeElement>(u"B")};
+    a->wbPlain(browser);
+    a->validateSupportedTags(u"b");
+    EXPECT_EQ(world.take().back(), "OnUTag b");
+
+    project->CurrentDocument(b);
+    project->CurrentDocument(nullptr);
+    b->isDirty(true);
+    EXPECT_EQ(world.take(), Log{"OnSetCurrentDocument"});
+    EXPECT_EQ(codeOf([&] { project->CurrentDocumentEx(nullptr); }), FailureCode::ObjectNotSet);
+}
+
+TEST_F(Project, SurvivesHandlersThatDropIt) {
+    ASSERT_TRUE(open({u"Site=S", u"Document=a"}, {u"a"}));
+    const auto a = project->Documents()->Item(1);
+    project->CurrentDocument(a);
+    Sink second;
+    const Subscription alsoHeard = project->events().advise(second);
+    sink.hooks["OnDocDirty"] = sink.hooks["OnDocAdd"] = [&] { project.reset(); };
+    world.take();
+    a->isDirty(true);
+    a->isDirty(true); // nobody is left to hear it
+    EXPECT_EQ(world.take(), (Log{"OnDocDirty", "OnDocDirty"}));
+
+    project = std::make_shared<clProject>();
+    subscription = project->events().advise(sink);
+    project->ProjectPath(u"D:\\p");
+    EXPECT_TRUE(project->addDocument(u"a", true));
+    EXPECT_EQ(project, nullptr);
+}
+
+TEST_F(Project, OpensInTheOrderOfTheFile) {
+    project->AppPath(u"C:\\App");
+    EXPECT_TRUE(open({u"Site=S\\", u"Document=a"}, {u"a"}));
+    EXPECT_EQ(world.take(), (Log{"newFileSystemObject",
+                                 "GetFile D:\\p\\p.cvp",
+                                 "OpenAsTextStream 1 0",
+                                 "AtEndOfStream",
+                                 "ReadLine",
+                                 "AtEndOfStream",
+                                 "ReadLine",
+                                 "newFileSystemObject",
+                                 "GetFile D:\\p\\a.wml",
+                                 "OpenAsTextStream 1 0",
+                                 "AtEndOfStream",
+                                 "ReadAll",
+                                 "newDOMDocument",
+                                 "newTolmek",
+                                 "importBareText",
+                                 "parseMarkup <wml>a</wml> True False",
+                                 "selectNodes //card",
+                                 "loadDtd 1 C:\\App\\DTD\\wml.dtd",
+                                 "isValidText <wml>a</wml>",
+                                 "stream gone",
+                                 "AtEndOfStream",
+                                 "Close",
+                                 "DateCreated",
+                                 "stream gone"}));
+    EXPECT_EQ(project->ProjectName(), u"S");
+    EXPECT_EQ(project->ProjectPath(), u"D:\\p");
+    EXPECT_EQ(project->projectFile(), file);
+    EXPECT_EQ(project->CreationDate(), 36526.5);
+    EXPECT_FALSE(project->NeedSave() || project->Documents()->Item(1)->added());
+    EXPECT_EQ(project->Documents()->Item(1)->Ravik(), project->Ravik());
+}
+
+TEST_F(Project, TakesAProjectFileAsItComes) {
+    project->notes(u"old notes");
+    EXPECT_TRUE(open({u"", endOfProjectFile, u"Description=a=b=c", u" Owner=no", u"owner=no", u"=x",
+                      u"Path=Z:\\gone", u"Site=first", u"Owner= who ", u"Document=a", u"Site=last"},
+                     {u"a"}));
+    EXPECT_EQ(project->description(), u"a");
+    EXPECT_EQ(project->Owner(), u" who ");
+    EXPECT_EQ(project->ProjectName(), u"last");
+    EXPECT_EQ(project->notes(), u"old notes");
+    const auto old = project->Documents()->Item(1);
+    project->CurrentDocument(old);
+
+    EXPECT_TRUE(open({})); // the name of before still stands
+    EXPECT_EQ(project->Documents()->Count(), 0);
+    EXPECT_EQ(project->CurrentDocument(), old);
+    EXPECT_FALSE(open({u"Document=a", u"Site=  "}));
+    EXPECT_EQ(
+        takeMessages(),
+        Log{"MsgBox 16 [Project Initialisation Failed!] The project file D:\\p\\p.cvp appears "
+            "to be corrupt. Cannot initialise project"});
+    EXPECT_FALSE(project->init(u"D:\\p\\none.cvp"));
+    EXPECT_EQ(project->projectFile(), file);
+    EXPECT_EQ(project->Documents()->Count(), 1); // what was read stays
+
+    world.files[u"bare.cvp"] = u"Site=S\r\n";
+    EXPECT_FALSE(project->init(u"bare.cvp"));
+    EXPECT_EQ(project->ProjectPath(), u"");
+}
+
+TEST_F(Project, ADocumentThatCannotBeLoadedEndsTheRead) {
+    EXPECT_FALSE(open({u"Site=S", u"Document=a", u"Document=A", u"Site=T"}, {u"a", u"A"}));
+    EXPECT_EQ(takeMessages(), Log{});
+    EXPECT_EQ(project->Documents()->Count(), 1);
+    EXPECT_EQ(project->ProjectName(), u"S");
+    EXPECT_TRUE(project->NeedSave());
+    EXPECT_FALSE(open({u"Site=S", u"Document="}));
+    EXPECT_EQ(takeMessages(), Log{});
+    world.files[u"D:\\p\\empty.wml"];
+    EXPECT_TRUE(open({u"Site=S", u"Document=empty"}));
+    EXPECT_EQ(project->Documents()->Count(), 1);
+
+    project->ProjectPath(u""); // a document on the first line is sought in the folder of before
+    EXPECT_FALSE(open({u"Document=a"}, {u"a"}));
+    EXPECT_EQ(takeMessages(), Log{"MsgBox 16 [Error Opening Document] An error occurred while "
+                                  "accessing the document \\a.wml\nPlease verify that the project "
+                                  "file is not corrupt"});
+}
+
+TEST_F(Project, FailedStepsOfAReadAreDroppedAndTheLoopsEnd) {
+    project->ProjectName(u"kept");
+    for (const char* step : {"OpenAsTextStream", "AtEndOfStream", "ReadLine", "DateCreated"}) {
+        world.fails = {{step, FailureCode::PermissionDenied}};
+        project->CreationDate(0);
+        EXPECT_TRUE(open({u"Site=kept"})) << step;
+        EXPECT_EQ(project->CreationDate(), std::string(step) == "DateCreated" ? 0 : 36526.5);
+    }
+    world.fails = {{"newFileSystemObject", FailureCode::DeviceError}};
+    EXPECT_TRUE(project->init(file));
+    EXPECT_FALSE(project->addDocument(u"a"));
+}
+
+TEST_F(Project, AddsADeckForTheHost) {
+    open({}, {u"a", u"b"});
+    EXPECT_FALSE(project->addDocument(u""));
+    world.fails = {{"OpenAsTextStream", FailureCode::PermissionDenied}};
+    EXPECT_FALSE(project->addDocument(u"a", true));
+    EXPECT_FALSE(project->NeedSave());
+    world.fails = {{"ReadAll", FailureCode::DeviceError}};
+    EXPECT_FALSE(project->addDocument(u"a", true));
+    EXPECT_EQ(project->Documents()->Count(), 0);
+    world.fails.clear();
+
+    EXPECT_TRUE(project->addDocument(u"a", false));
+    EXPECT_EQ(world.takeCount("OnDocAdd a"), 0);
+    EXPECT_TRUE(project->addDocument(u"b", true));
+    EXPECT_EQ(world.takeCount("OnDocAdd b"), 1);
+    EXPECT_TRUE(project->NeedSave() && project->Documents()->Item(u"B")->added());
+    EXPECT_FALSE(project->addDocument(u"b", true)); // told, though it was there already
+    EXPECT_EQ(world.takeCount("OnDocAdd b"), 1);
+
+    project->removeDocument(u"A");
+    EXPECT_EQ(project->Documents()->Item(1)->Name(), u"b");
+    EXPECT_EQ(codeOf([&] { project->removeDocument(2); }), FailureCode::OutOfRange);
+}
+
+TEST_F(Project, FindsTheFirstDocumentWithoutOpening) {
+    open({u"Site=S", u"Document=index=2", u"Document=b"});
+    world.take();
+    EXPECT_EQ(project->getFirstDocument(file), u"index");
+    EXPECT_EQ(world.take(), (Log{"newFileSystemObject", "GetFile D:\\p\\p.cvp",
+                                 "OpenAsTextStream 1 0", "AtEndOfStream", "DoEvents", "ReadLine",
+                                 "AtEndOfStream", "DoEvents", "ReadLine", "stream gone"}));
+    open({u"Site=S"});
+    EXPECT_EQ(project->getFirstDocument(file), u"");
+    EXPECT_EQ(project->getFirstDocument(u"D:\\none.cvp"), u"Cannot access document !");
+    world.fails["ReadLine"] = FailureCode::DeviceError;
+    EXPECT_EQ(project->getFirstDocument(file), u"Cannot access document !");
+}
+
+TEST_F(Project, RecordsAreWrittenAndReadBack) {
+    std::u16string text;
+    FakeStream stream(text);
+    writeRecord(stream, keyDocument, u" index ");
+    writeEndOfProjectFile(stream);
+    EXPECT_EQ(text, u"Document= index \r\n-------------- END OF FILE ----------\r\n");
+    const std::u16string line = stream.ReadLine();
+    ASSERT_TRUE(splitRecord(line));
+    EXPECT_EQ(splitRecord(line)->key, keyDocument);
+    EXPECT_EQ(splitRecord(line)->value, u" index ");
+    EXPECT_FALSE(splitRecord(stream.ReadLine()));
+}
+
+TEST_F(Project, OpensTenThousandDecksAndAVeryLongLine) {
+    Texts lines{u"Site=S"};
+    Texts decks;
+    for (int i = 0; i < 10000; ++i) {
+        decks.push_back(u16("deck" + std::to_string(i)));
+        lines.push_back(u"Document=" + decks.back());
+    }
+    EXPECT_TRUE(open(lines, decks));
+    EXPECT_EQ(project->Documents()->Item(u"DECK9999"), project->Documents()->Item(10000));
+    EXPECT_TRUE(open({u"Owner=" + std::u16string(5'000'000, u'='), u"Site=T"}));
+    EXPECT_EQ(project->Documents()->Count(), 0);
+    EXPECT_EQ(project->Owner(), u"");
+}
