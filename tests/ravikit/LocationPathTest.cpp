@@ -60,14 +60,14 @@ Signs selectByOracle(xmlDoc* document, xmlNode* context, const std::string& patt
     Signs signs;
     xmlXPathContext* evaluation = xmlXPathNewContext(document);
     evaluation->node = context;
+    // In brackets, since libxml2 evaluates a bare path by streaming, and then loses nodes of `//.`.
+    const std::string whole = std::string("(").append(pattern).append(")");
     xmlXPathObject* found =
-        xmlXPathEval(reinterpret_cast<const xmlChar*>(pattern.c_str()), evaluation);
-    if (found == nullptr || found->nodesetval == nullptr) {
-        ADD_FAILURE() << pattern;
-        return signs;
-    }
+        xmlXPathEval(reinterpret_cast<const xmlChar*>(whole.c_str()), evaluation);
+    EXPECT_NE(found, nullptr) << pattern;
+    const int count = found->nodesetval == nullptr ? 0 : found->nodesetval->nodeNr;
     xmlXPathNodeSetSort(found->nodesetval);
-    for (int i = 0; i < found->nodesetval->nodeNr; ++i) {
+    for (int i = 0; i < count; ++i) {
         xmlNode* node = found->nodesetval->nodeTab[i];
         if (node->type == XML_ELEMENT_NODE) {
             xmlChar* number = xmlGetProp(node, reinterpret_cast<const xmlChar*>("n"));
