@@ -64,9 +64,16 @@ struct Declarations {
     std::vector<AttributeDeclaration> attributes;
     std::unordered_map<std::u16string, EntityDeclaration> entities;
     std::vector<std::u16string> notations;
-    /// True if a parameter entity that could not be read, or an external subset, may declare more:
-    /// then an undeclared entity is no breach of well-formedness as such.
+    /// True if there is a reference to a parameter entity. More may then be declared than stands
+    /// here, so that an undeclared entity is no breach of well-formedness as such.
     bool incomplete = false;
+};
+
+/// What a document says ahead of its internal subset, and what its reader knows besides.
+struct SubsetContext {
+    bool external = false;   ///< the DOCTYPE names an external subset as well
+    bool standalone = false; ///< the XML declaration says that nothing else matters
+    const Declarations* known = nullptr;
 };
 
 /// Reads the declarations of `text[begin, end)`.
@@ -76,7 +83,8 @@ struct Declarations {
 /// well-formed goes to `problems` with offsets in `text`. External entities are never fetched.
 /// Limits on entity nesting and size are kept with a problem, never by running on.
 Declarations readDeclarations(std::u16string_view text, std::uint32_t begin, std::uint32_t end,
-                              bool internalSubset, Problems& problems);
+                              bool internalSubset, Problems& problems,
+                              const SubsetContext& context = {});
 
 /// In a DOCTYPE: the offset of the `]` that ends the internal subset which begins at `begin`, or
 /// `text.size()` if none does. Literals, comments and instructions are stepped over.
