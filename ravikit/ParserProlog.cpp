@@ -195,7 +195,8 @@ Parser::At Parser::internalSubset(At at, bool inForce, bool external) {
     }
     if (inForce) {
         const auto declarations = std::make_shared<Declarations>(
-            readDeclarations(m_tree.text(), offset(begin), offset(end), true, m_tree.m_problems));
+            readDeclarations(m_tree.text(), offset(begin), offset(end), true, m_tree.m_problems,
+                             {.external = external, .standalone = m_standalone, .known = nullptr}));
         m_tree.m_declarations = declarations;
         m_entities.declare(declarations.get(),
                            (!external && !declarations->incomplete) || m_standalone);
