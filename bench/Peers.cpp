@@ -72,16 +72,11 @@ std::string LibXml::version() {
     return LIBXML_DOTTED_VERSION;
 }
 
-bool Pugi::parse(std::string_view text) {
-    pugi::xml_document document;
-    return static_cast<bool>(
-        document.load_buffer(text.data(), text.size(), pugi::parse_full, pugi::encoding_utf8));
-}
-
-std::shared_ptr<void> Pugi::keep(std::string_view text) {
+std::shared_ptr<void> Pugi::parse(std::string_view text, Kept kept) {
+    const unsigned blanks = kept == Kept::FullAndBlanks ? pugi::parse_ws_pcdata : 0;
     auto document = std::make_shared<pugi::xml_document>();
     const bool parsed = static_cast<bool>(document->load_buffer(
-        text.data(), text.size(), pugi::parse_full | pugi::parse_ws_pcdata, pugi::encoding_utf8));
+        text.data(), text.size(), pugi::parse_full | blanks, pugi::encoding_utf8));
     return parsed ? document : nullptr;
 }
 

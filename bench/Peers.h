@@ -36,12 +36,12 @@ private:
 /// pugixml, which parses and does not judge.
 class Pugi {
 public:
-    /// Parses `text` in UTF-8 with all of comments, instructions, CDATA, declaration and DOCTYPE
-    /// kept, and drops the tree: true if it took the text.
-    static bool parse(std::string_view text);
+    /// How much of the text the tree keeps: all but white space between tags (`parse_full`), or
+    /// that as well, as the lossless tree does.
+    enum class Kept { Full, FullAndBlanks };
 
-    /// The same, with white space kept too, as the lossless tree does; none if it is refused.
-    static std::shared_ptr<void> keep(std::string_view text);
+    /// Parses `text` in UTF-8: a tree of an opaque type, or none if it is refused.
+    static std::shared_ptr<void> parse(std::string_view text, Kept kept);
 
     static std::string version();
 };

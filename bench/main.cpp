@@ -33,7 +33,8 @@ constexpr std::size_t megabyte = 1024 * kilobyte;
 /// What is behind `|` in the name of a measurement.
 constexpr char ours[] = "|tessaly";
 constexpr char byLibXml[] = "|libxml2";
-constexpr char byPugi[] = "|pugixml";
+constexpr char byPugi[] = "|pugixml, white space kept";
+constexpr char byPugiFull[] = "|pugixml, white space dropped";
 
 benchmark::internal::Benchmark* measure(const std::string& name,
                                         const std::function<void(benchmark::State&)>& run) {
@@ -61,7 +62,7 @@ void checkInput(const LibXml& libXml, tessaly::Tolmek& tolmek, const DeckText& d
                            reason + '\n' + deck.utf8.substr(0, 4000));
     }
     require(libXml.parseAndJudge(deck.utf8), "libxml2 refuses a deck");
-    require(Pugi::parse(deck.utf8), "pugixml refuses a deck");
+    require(Pugi::parse(deck.utf8, Pugi::Kept::Full) != nullptr, "pugixml refuses a deck");
 }
 
 void measureJudging(const Corpus& corpus, const LibXml& libXml, tessaly::Tolmek& tolmek) {
@@ -81,7 +82,11 @@ void measureJudging(const Corpus& corpus, const LibXml& libXml, tessaly::Tolmek&
             overAll([&](const DeckText& deck) { return tolmek.isValidText(deck.utf16); }));
     measure(name + byLibXml,
             overAll([&](const DeckText& deck) { return libXml.parseAndJudge(deck.utf8); }));
-    measure(name + byPugi, overAll([](const DeckText& deck) { return Pugi::parse(deck.utf8); }));
+    measure(name + byPugi, overAll([](const DeckText& deck) {
+                return Pugi::parse(deck.utf8, Pugi::Kept::FullAndBlanks);
+            }));
+    measure(name + byPugiFull,
+            overAll([](const DeckText& deck) { return Pugi::parse(deck.utf8, Pugi::Kept::Full); }));
 }
 
 /// A new DOM a round: it remembers its answers.
@@ -177,7 +182,8 @@ void addMemory(Table& table, const DeckText& deck) {
     const std::size_t bytes = deck.utf8.size();
     const double tree = heapHeld(bytes, [&] { return ravikit::parse(deck.utf16); });
     const double libXml = heapHeld(bytes, [&] { return LibXml::parse(deck.utf8); });
-    const double pugi = heapHeld(bytes, [&] { return Pugi::keep(deck.utf8); });
+    const double pugi =
+        heapHeld(bytes, [&] { return Pugi::parse(deck.utf8, Pugi::Kept::FullAndBlanks); });
     table.add("bytes held for a byte of a 16 MB deck (libxml2)", asNumber(tree), asNumber(libXml),
               tree, 6, true);
     table.add("  (pugixml with white space)", asNumber(tree), asNumber(pugi), tree, 6, true);
@@ -237,6 +243,7 @@ void run() {
     for (const Corpus& corpus : corpora) {
         addSpeed(table, medians, "judge " + corpus.name, byLibXml, 8);
         addSpeed(table, medians, "judge " + corpus.name, byPugi, 1);
+        addSpeed(table, medians, "judge " + corpus.name, byPugiFull, 1);
     }
     addSpeed(table, medians, "cards of " + corpora[0].name, byLibXml, 6);
     addSpeed(table, medians, "cards of " + corpora[1].name, byLibXml, 6);
