@@ -40,6 +40,8 @@ public:
     /// `closed`: nothing that was not read can declare any more.
     void declare(const Declarations* own, bool closed);
 
+    const Declarations* known() const { return m_known; }
+
     /// Of a reference to `name` in content: the replacement text must be content by itself.
     Expansion& inContent(std::u16string_view name);
 

@@ -38,7 +38,7 @@ NameKey NameKey::of(std::u16string_view name) {
 }
 
 NameTable::Id NameTable::find(std::u16string_view name) const {
-    return m_slots.empty() ? none : m_slots[slotOf(name, NameKey::of(name))].id;
+    return m_slots[slotOf(name, NameKey::of(name))].id;
 }
 
 std::size_t NameTable::memoryUse() const {
@@ -59,7 +59,8 @@ std::size_t NameTable::slotOf(std::u16string_view name, const NameKey& key) cons
     return at;
 }
 
-NameTable::Id NameTable::internSlowly(std::u16string_view name, const NameKey& key) {
+NameTable::Id NameTable::intern(std::u16string_view name) {
+    const NameKey key = NameKey::of(name);
     if (m_names.size() * 2 >= m_slots.size()) {
         grow();
     }
@@ -73,7 +74,7 @@ NameTable::Id NameTable::internSlowly(std::u16string_view name, const NameKey& k
 }
 
 void NameTable::grow() {
-    const std::size_t size = m_slots.empty() ? 128 : m_slots.size() * 2;
+    const std::size_t size = std::max(std::size_t{128}, m_slots.size() * 2);
     std::vector<Slot> old = std::move(m_slots);
     m_slots = std::vector<Slot>(size);
     m_seed = processSeed();

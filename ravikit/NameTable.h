@@ -30,17 +30,15 @@ public:
 
     /// The number of `name`, which is added if it is new; `none` when the table holds as many names
     /// as there are numbers.
-    Id intern(std::u16string_view name) { return intern(name, NameKey::of(name)); }
+    Id intern(std::u16string_view name);
 
-    /// The same for one who has the key of `name` already.
-    Id intern(std::u16string_view name, const NameKey& key) {
-        if (!m_slots.empty()) {
-            const Slot& first = m_slots[place(key)];
-            if (first.id != none && first.key == key && key.isShort()) {
-                return first.id;
-            }
+    /// The number of the short name that `key` is the key of, or `none`.
+    Id find(const NameKey& key) const {
+        std::size_t at = place(key);
+        while (m_slots[at].key != key && m_slots[at].id != none) {
+            at = (at + 1) & (m_slots.size() - 1);
         }
-        return internSlowly(name, key);
+        return m_slots[at].id;
     }
 
     /// The number of `name`, or `none`.
@@ -59,23 +57,23 @@ private:
     };
 
     std::size_t place(const NameKey& key) const {
-        std::uint64_t hash = (key.low ^ m_seed) * 0x9E3779B97F4A7C15U;
-        hash = (hash ^ (hash >> 32) ^ key.high) * 0xC2B2AE3D27D4EB4FU;
+        const std::uint64_t hash = ((key.low ^ m_seed) * 0x9E3779B97F4A7C15U) ^
+                                   ((key.high + m_seed) * 0xC2B2AE3D27D4EB4FU);
         return static_cast<std::size_t>(hash >> m_shift);
     }
-    Id internSlowly(std::u16string_view name, const NameKey& key);
     std::size_t slotOf(std::u16string_view name, const NameKey& key) const;
     void grow();
     std::u16string_view store(std::u16string_view name);
 
     std::vector<std::u16string_view> m_names;
-    std::vector<Slot> m_slots; // open addressing; at most half of them are taken
+    std::vector<Slot> m_slots =
+        std::vector<Slot>(2); // open addressing; at most half of them are taken
     std::vector<std::unique_ptr<char16_t[]>> m_chunks;
     std::size_t m_chunkUsed = 0;
     std::size_t m_chunkSize = 0;
     std::size_t m_storedUnits = 0;
-    std::uint64_t m_seed = 0; // differs from process to process: no text can provoke collisions
-    std::uint32_t m_shift = 63;
+    std::uint64_t m_seed = 0;   // differs from process to process: no text can provoke collisions
+    std::uint32_t m_shift = 63; // leaves as many bits of a hash as number the slots
 };
 
 } // namespace ravikit

@@ -133,17 +133,14 @@ Parser::At Parser::exclamation(At at) {
 
 Parser::At Parser::text(At at) {
     At const begin = at;
-    at = skipBlanks(at);
-    if (at != m_end && *at != u'<' && *at != u'&') {
-        return textRun(begin, at);
+    if (isBlank(*at)) {
+        at = scan::skipManyBlanks(at, m_end);
+        if (at == m_end || *at == u'<' || *at == u'&') {
+            pushText(NodeKind::Blank, begin, at);
+            return at;
+        }
     }
-    const Id last = m_tree.m_nodes.size() - 1;
-    if (m_tree.kind(last) == NodeKind::Text && node(last).end == offset(begin)) {
-        node(last).end = offset(at);
-    } else {
-        push(NodeKind::Blank, begin, at);
-    }
-    return at;
+    return textRun(begin, at);
 }
 
 // Text from `begin` on, of which all before `at` has been looked at.
@@ -153,26 +150,34 @@ Parser::At Parser::textRun(At begin, At at) {
         if (at == m_end || *at == u'<' || *at == u'&') {
             break;
         }
-        if (*at != u']') {
+        if (isBlank(*at)) {
+            at = scan::skipManyBlanks(at, m_end);
+        } else if (*at != u']') {
             at = character(at);
-            continue;
+        } else {
+            if (at[1] == u']' && at[2] == u'>') {
+                problem(ProblemKind::BadCharacter, at, at + 3,
+                        u"`]]>` cannot stand in text; write `]]&gt;`");
+            }
+            ++at;
         }
-        if (at[1] == u']' && at[2] == u'>') {
-            problem(ProblemKind::BadCharacter, at, at + 3,
-                    u"`]]>` cannot stand in text; write `]]&gt;`");
-        }
-        ++at;
     }
-    const Id last = m_tree.m_nodes.size() - 1;
-    if (m_tree.kind(last) == NodeKind::Text && node(last).end == offset(begin)) {
-        node(last).end = offset(at); // so that a text full of errors does not fill the memory
-    } else {
-        push(NodeKind::Text, begin, at);
-    }
+    pushText(NodeKind::Text, begin, at);
     if (outsideRoot()) {
         outside(begin, at);
     }
     return at;
+}
+
+// Characters and blanks that follow on text belong to it: that happens behind a mark that is no
+// markup, and keeps a text full of those from filling the memory with nodes.
+void Parser::pushText(NodeKind kind, At begin, At end) {
+    const Id last = m_tree.m_nodes.size() - 1;
+    if (m_tree.kind(last) == NodeKind::Text && node(last).end == offset(begin)) {
+        node(last).end = offset(end);
+    } else {
+        push(kind, begin, end);
+    }
 }
 
 // A < that begins nothing.
@@ -182,11 +187,14 @@ Parser::At Parser::plainMark(At at) {
     return textRun(at, at + 1);
 }
 
-// One unit that looked unusual, or the two of a pair.
+// One unit that needs a closer look, and those like it behind it.
 Parser::At Parser::character(At at) {
-    const char32_t c = codePointAt(between(at, m_end), 0);
+    while (at != m_end && *at >= 0x8000 && *at < 0xD800) {
+        ++at;
+    }
+    const char32_t c = at == m_end ? U' ' : codePointAt(between(at, m_end), 0);
     if (isChar(c)) {
-        return at + unitsOf(c);
+        return at == m_end ? at : at + unitsOf(c);
     }
     At end = at + 1;
     while (end != m_end && *end == *at) {
@@ -206,7 +214,7 @@ Parser::At Parser::character(At at) {
 
 void Parser::characters(At begin, At end) {
     At at = begin;
-    while ((at = scan::find(at, end, scan::Unusual())) != end) {
+    while ((at = scan::find(at, end, scan::Control())) < end) {
         at = character(at);
     }
 }
@@ -228,8 +236,8 @@ Parser::At Parser::findClose(At at, std::u16string_view close) const {
         char16_t first;
         bool operator()(char16_t c) const { return c == first; }
 #if defined(__SSE2__)
-        scan::Units operator()(scan::Units u) const {
-            return scan::equals(u, first);
+        scan::Bytes operator()(scan::Bytes b) const {
+            return scan::equals(b, first);
         }
 #endif
     };
@@ -241,27 +249,20 @@ Parser::At Parser::findClose(At at, std::u16string_view close) const {
     }
 }
 
-Parser::Name Parser::readName(At at) {
-    const scan::ShortName word = scan::shortName(at, m_end);
-    Name name{at + word.length, NameTable::none};
-    if (word.isWhole) {
-        name.id = m_tree.m_names.intern(between(at, name.end), word.key);
-    } else {
-        name.end = nameEnd(name.end);
-        name.id = m_tree.m_names.intern(between(at, name.end));
-    }
+Parser::Name Parser::readAnyName(At at) {
+    Name name{nameEnd(at), NameTable::none};
+    name.id = m_tree.m_names.intern(between(at, name.end));
     if (name.id >= m_nameStates.size()) {
         if (name.id == NameTable::none && !m_namesFull) {
             m_namesFull = true;
             problem(ProblemKind::TooLarge, at, name.end, u"the text holds too many names");
         }
         m_nameStates.resize(name.id == NameTable::none ? std::size_t{NameTable::none} + 1
-                                                       : m_nameStates.size() + 64);
+                                                       : m_nameStates.size() * 2 + 64);
     }
     return name;
 }
 
-// The end of a name of which all before `at` has been looked at.
 Parser::At Parser::nameEnd(At at) const {
     while (at != m_end) {
         const char32_t c = codePointAt(between(at, m_end), 0);

@@ -80,6 +80,7 @@ private:
     At exclamation(At at);
     At text(At at);
     At textRun(At begin, At at);
+    void pushText(NodeKind kind, At begin, At end);
     At plainMark(At at);
     At character(At at);
     void characters(At begin, At end);
@@ -152,7 +153,17 @@ private:
     }
     At skipBlanks(At at) const { return scan::skipBlanks(at, m_end); }
     At findClose(At at, std::u16string_view close) const;
-    Name readName(At at);
+    Name readName(At at) {
+        const scan::ShortName name = scan::shortName(at, m_end);
+        if (name.length != 0) {
+            const NameTable::Id id = m_tree.m_names.find(name.key);
+            if (id != NameTable::none) {
+                return {at + name.length, id};
+            }
+        }
+        return readAnyName(at);
+    }
+    Name readAnyName(At at);
     At nameEnd(At at) const;
 
     Id push(NodeKind kind, At begin, At end, NameTable::Id name = NameTable::none,

@@ -116,9 +116,7 @@ Parser::At Parser::endTag(At at) {
     const Open& top = m_open.back();
     if (m_tooDeep == 0 && static_cast<std::size_t>(m_end - name) > top.nameLength &&
         name[top.nameLength] == u'>' &&
-        between(name, name + top.nameLength) ==
-            between(place(node(top.element).begin + 1),
-                    place(node(top.element).begin + 1) + top.nameLength)) {
+        scan::sameUnits(name, place(node(top.element).begin + 1), top.nameLength, m_end)) {
         At const end = name + top.nameLength + 1;
         close(end);
         return end;

@@ -10,46 +10,48 @@
 #include <emmintrin.h>
 #endif
 
-/// Finding the next unit that matters, eight units a step where the machine can.
+/// Finding the next unit that matters, sixteen units a step where the machine can.
 ///
-/// Each condition says of one unit whether to stop there, and the same of eight units at once.
+/// A condition says of one unit whether to stop there, and the same of sixteen units at once. For
+/// that the units are narrowed to bytes: one of 0x100 and up becomes 0xFF, one of 0x8000 and up
+/// becomes 0. So a condition must hold for all controls and for all units from 0x8000 on, among
+/// which are those that are no characters; whoever stops there looks closer.
 namespace ravikit::scan {
 
-#if defined(__SSE2__)
-using Units = __m128i; ///< eight UTF-16 units, or the answer for each: all ones or all zeros
+inline constexpr std::ptrdiff_t stride = 16; ///< units a step
 
-inline Units equals(Units units, char16_t c) {
-    return _mm_cmpeq_epi16(units, _mm_set1_epi16(static_cast<short>(c)));
+#if defined(__SSE2__)
+using Bytes = __m128i; ///< sixteen units as bytes, or the answer for each: all ones or all zeros
+
+inline Bytes narrowed(const char16_t* at) {
+    const auto* const units = reinterpret_cast<const __m128i*>(at);
+    return _mm_packus_epi16(_mm_loadu_si128(units), _mm_loadu_si128(units + 1));
 }
-inline Units upTo(Units units, char16_t c) {
-    return _mm_cmpeq_epi16(_mm_subs_epu16(units, _mm_set1_epi16(static_cast<short>(c))),
-                           _mm_setzero_si128());
+inline Bytes equals(Bytes bytes, char16_t c) {
+    return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(c)));
 }
-inline Units either(Units a, Units b) {
+inline Bytes upTo(Bytes bytes, char c) {
+    return _mm_cmpeq_epi8(_mm_min_epu8(bytes, _mm_set1_epi8(c)), bytes);
+}
+inline Bytes either(Bytes a, Bytes b) {
     return _mm_or_si128(a, b);
 }
-inline Units but(Units a, Units b) {
-    return _mm_andnot_si128(b, a);
-}
-inline Units blanks(Units units) {
-    return either(either(equals(units, u' '), equals(units, u'\n')),
-                  either(equals(units, u'\t'), equals(units, u'\r')));
-}
-inline Units all() {
-    return _mm_set1_epi16(-1);
+inline unsigned maskOf(Bytes answers) {
+    return static_cast<unsigned>(_mm_movemask_epi8(answers));
 }
 #endif
 
-/// A unit that may not be a Char by itself: a control, a surrogate, or one above.
-inline bool isUnusual(char16_t c) {
-    return (c < 0x20 && !isBlank(c)) || c >= 0xD800;
+/// A control, a blank other than the space among them, or a unit that may be no character by
+/// itself.
+inline bool needsLook(char16_t c) {
+    return c < 0x20 || c >= 0x8000;
 }
 
-struct Unusual {
-    bool operator()(char16_t c) const { return isUnusual(c); }
+struct Control {
+    bool operator()(char16_t c) const { return needsLook(c); }
 #if defined(__SSE2__)
-    Units operator()(Units u) const {
-        return either(but(upTo(u, 0x1F), blanks(u)), but(all(), upTo(u, 0xD7FF)));
+    Bytes operator()(Bytes b) const {
+        return upTo(b, 0x1F);
     }
 #endif
 };
@@ -57,48 +59,37 @@ struct Unusual {
 /// What character data stops at.
 struct TextStop {
     bool operator()(char16_t c) const {
-        return c == u'<' || c == u'&' || c == u']' || isUnusual(c);
+        return c == u'<' || c == u'&' || c == u']' || needsLook(c);
     }
 #if defined(__SSE2__)
-    Units operator()(Units u) const {
-        return either(either(equals(u, u'<'), equals(u, u'&')),
-                      either(equals(u, u']'), Unusual()(u)));
+    Bytes operator()(Bytes b) const {
+        return either(either(equals(b, u'<'), equals(b, u'&')),
+                      either(equals(b, u']'), upTo(b, 0x1F)));
     }
 #endif
 };
 
-/// What an attribute's value stops at; of the blanks only the space is plain there.
+/// What an attribute's value stops at.
 struct ValueStop {
     char16_t quote;
     bool operator()(char16_t c) const {
-        return c == quote || c == u'<' || c == u'&' || c < 0x20 || c >= 0xD800;
+        return c == quote || c == u'<' || c == u'&' || needsLook(c);
     }
 #if defined(__SSE2__)
-    Units operator()(Units u) const {
-        return either(either(equals(u, quote), either(equals(u, u'<'), equals(u, u'&'))),
-                      either(upTo(u, 0x1F), but(all(), upTo(u, 0xD7FF))));
-    }
-#endif
-};
-
-struct NoBlank {
-    bool operator()(char16_t c) const { return !isBlank(c); }
-#if defined(__SSE2__)
-    Units operator()(Units u) const {
-        return but(all(), blanks(u));
+    Bytes operator()(Bytes b) const {
+        return either(either(equals(b, u'<'), equals(b, u'&')),
+                      either(equals(b, quote), upTo(b, 0x1F)));
     }
 #endif
 };
 
 /// The first unit of [at, end) that `stop` holds for, or `end`.
 template <class Stop>
-const char16_t* find(const char16_t* at, const char16_t* end, const Stop& stop) {
+inline const char16_t* find(const char16_t* at, const char16_t* end, const Stop& stop) {
 #if defined(__SSE2__)
-    for (; end - at >= 8; at += 8) {
-        const Units units = _mm_loadu_si128(reinterpret_cast<const Units*>(at));
-        const auto mask = static_cast<unsigned>(_mm_movemask_epi8(stop(units)));
-        if (mask != 0) {
-            return at + (__builtin_ctz(mask) >> 1);
+    for (; end - at >= stride; at += stride) {
+        if (const unsigned mask = maskOf(stop(narrowed(at))); mask != 0) {
+            return at + __builtin_ctz(mask);
         }
     }
 #endif
@@ -109,66 +100,78 @@ const char16_t* find(const char16_t* at, const char16_t* end, const Stop& stop) 
 }
 
 inline const char16_t* skipBlanks(const char16_t* at, const char16_t* end) {
-    // Most often there is none, or one.
-    for (int i = 0; i < 2; ++i, ++at) {
-        if (at == end || !isBlank(*at)) {
-            return at;
-        }
+    while (at != end && isBlank(*at)) {
+        ++at;
     }
-    return find(at, end, NoBlank());
+    return at;
 }
 
-/// The ASCII name characters from `at` on: how many, and their key. `isWhole` is false if the name
-/// may go on behind them or does not fit in a key; then it is to be read in another way.
+/// The same where many are to be expected, as in indentation.
+inline const char16_t* skipManyBlanks(const char16_t* at, const char16_t* end) {
+#if defined(__SSE2__)
+    for (; end - at >= stride; at += stride) {
+        const Bytes b = narrowed(at);
+        const unsigned mask = maskOf(either(either(equals(b, u' '), equals(b, u'\n')),
+                                            either(equals(b, u'\t'), equals(b, u'\r'))));
+        if (mask != 0xFFFF) {
+            return at + __builtin_ctz(~mask);
+        }
+    }
+#endif
+    return skipBlanks(at, end);
+}
+
+/// A name of ASCII characters that is short enough to be its own key.
 struct ShortName {
-    std::uint32_t length = 0;
-    bool isWhole = false;
+    std::uint32_t length = 0; ///< 0 if the name at hand is another
     NameKey key;
 };
 
+/// Reads such a name; where the text nears its end it may say that there is none.
 inline ShortName shortName(const char16_t* at, const char16_t* end) {
-    ShortName name;
 #if defined(__SSE2__)
-    if (end - at > NameKey::shortLength) {
-        const __m128i bytes =
-            _mm_packus_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)),
-                             _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 8)));
-        const auto within = [bytes](char bit, char first, char count) {
-            const __m128i offset =
-                _mm_sub_epi8(_mm_or_si128(bytes, _mm_set1_epi8(bit)), _mm_set1_epi8(first));
-            return _mm_cmpeq_epi8(_mm_min_epu8(offset, _mm_set1_epi8(count)), offset);
-        };
-        const __m128i letters = within(0x20, 'a', 25);
-        const __m128i digits = within(0, '-', 13); // - . / 0 to 9 :
-        const __m128i slash = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('/'));
-        const __m128i line = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('_'));
-        const __m128i good = either(either(letters, line), but(digits, slash));
-        const auto mask = static_cast<unsigned>(_mm_movemask_epi8(good));
-        name.length = static_cast<std::uint32_t>(__builtin_ctz(~mask));
-        alignas(16) static constexpr unsigned char keep[32] = {
-            0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
-            0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0,    0,    0,    0,    0,    0,
-            0,    0,    0,    0,    0,    0,    0,    0,    0,    0};
-        const __m128i kept = _mm_and_si128(
-            bytes, _mm_loadu_si128(reinterpret_cast<const __m128i*>(keep + 16 - name.length)));
-        name.key.low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(kept));
-        name.key.high =
-            static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(kept, kept)));
-        name.isWhole = name.length < NameKey::shortLength && at[name.length] < 0x80;
-        return name;
+    if (end - at <= stride) {
+        return {};
+    }
+    const Bytes bytes = narrowed(at);
+    const auto within = [](Bytes b, char first, char last) {
+        return upTo(_mm_sub_epi8(b, _mm_set1_epi8(first)), static_cast<char>(last - first));
+    };
+    const Bytes letters = within(either(bytes, _mm_set1_epi8(0x20)), 'a', 'z');
+    const Bytes others = _mm_andnot_si128(equals(bytes, u'/'), within(bytes, '-', ':'));
+    const unsigned mask = maskOf(either(either(letters, others), equals(bytes, u'_')));
+    const auto length = static_cast<std::uint32_t>(__builtin_ctz(~mask));
+    if (length == stride || at[length] >= 0x80) {
+        return {};
+    }
+    alignas(16) static constexpr unsigned char keep[32] = {
+        0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF,
+        0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0,    0,    0,    0,    0,    0,
+        0,    0,    0,    0,    0,    0,    0,    0,    0,    0};
+    const Bytes kept = _mm_and_si128(
+        bytes, _mm_loadu_si128(reinterpret_cast<const __m128i*>(keep + stride - length)));
+    return {length,
+            {static_cast<std::uint64_t>(_mm_cvtsi128_si64(kept)),
+             static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(kept, kept)))}};
+#else
+    static_cast<void>(at);
+    static_cast<void>(end);
+    return {};
+#endif
+}
+
+/// Whether `length` units are the same here and there. `end` ends both texts.
+inline bool sameUnits(const char16_t* here, const char16_t* there, std::uint32_t length,
+                      const char16_t* end) {
+#if defined(__SSE2__)
+    if (length <= 8 && end - here >= 8 && end - there >= 8) {
+        const Bytes same =
+            _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(here)),
+                            _mm_loadu_si128(reinterpret_cast<const __m128i*>(there)));
+        return ((~maskOf(same)) & ((1U << (2 * length)) - 1)) == 0;
     }
 #endif
-    for (; at + name.length != end && name.length < NameKey::shortLength; ++name.length) {
-        const char16_t c = at[name.length];
-        if (c >= 0x80 || !isNameChar(c)) {
-            break;
-        }
-        (name.length < 8 ? name.key.low : name.key.high) |= std::uint64_t{c}
-                                                            << (name.length % 8 * 8);
-    }
-    name.isWhole =
-        name.length < NameKey::shortLength && (at + name.length == end || at[name.length] < 0x80);
-    return name;
+    return std::u16string_view(here, length) == std::u16string_view(there, length);
 }
 
 } // namespace ravikit::scan
