@@ -1,6 +1,9 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/PageText.h"
 
+#include "platform/TextCodec.h"
+#include "util/LetterCase.h"
+
 #include <nlohmann/json.hpp>
 
 #include <ostream>
@@ -105,7 +108,7 @@ ExitStatus cards(const std::string& path, const std::string& deckName, CardForm 
     bool found = false;
     session.visitDecks(path, [&](const Deck& deck) {
         if (deckName.empty() ||
-            tessaly::equalIgnoringCase(deck.document->Name(), tessaly::decodeUtf8(deckName))) {
+            tessaly::equalIgnoringCase(deck.document->Name(), tessaly::decodeText(deckName))) {
             found = true;
             walk.deck(deck);
         }

@@ -31,7 +31,9 @@ public:
 protected:
     void count(const Deck& deck) {
         ++decks;
-        invalid += deck.document->isValidXML() ? 0 : 1;
+        if (!deck.document->isValidXML()) {
+            ++invalid;
+        }
         for (Error error = firstError(deck); error; error = error->next()) {
             ++errors;
         }

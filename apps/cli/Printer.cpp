@@ -42,7 +42,8 @@ std::size_t cells(std::u16string_view text) {
             (unit >= 0x1100 && unit <= 0x115F) || (unit >= 0x2E80 && unit <= 0xA4CF) ||
             (unit >= 0xAC00 && unit <= 0xD7A3) || (unit >= 0xF900 && unit <= 0xFAFF) ||
             (unit >= 0xFF00 && unit <= 0xFF60) || (unit >= 0xD83C && unit <= 0xD83E);
-        count += combining || isLowSurrogate(unit) ? 0 : (wide ? 2 : 1);
+        const std::size_t width = wide ? 2 : 1;
+        count += combining || isLowSurrogate(unit) ? 0 : width;
     }
     return count;
 }

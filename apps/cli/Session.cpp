@@ -1,6 +1,7 @@
 #include "apps/cli/Session.h"
 
 #include "platform/PathName.h"
+#include "util/Attempt.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -104,7 +105,8 @@ std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
     const fs::path folder = tessaly::toPosixPath(project.ProjectPath());
     std::vector<Deck> decks;
     for (const auto& document : *project.Documents()->NewEnum()) {
-        decks.push_back({(folder / (utf8(document->Name()) + ".wml")).string(), document});
+        decks.push_back(
+            {(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(), document});
     }
     return decks;
 }
