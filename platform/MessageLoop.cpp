@@ -36,9 +36,11 @@ void MessageLoop::DoEvents() {
     if (m_depth == deepest) {
         return;
     }
+    if (m_depth == 0) {
+        m_left = m_tasks.size() + mostPostedMeanwhile;
+    }
     const Nested nested(m_depth);
-    const std::size_t most = m_tasks.size() + mostPostedMeanwhile;
-    for (std::size_t i = 0; i < most && !m_tasks.empty(); ++i) {
+    for (bool first = true; !m_tasks.empty() && (first || m_left > 0); first = false) {
         runNext();
     }
 }
@@ -46,6 +48,7 @@ void MessageLoop::DoEvents() {
 void MessageLoop::runNext() {
     const std::function<void()> task = std::move(m_tasks.front());
     m_tasks.pop_front();
+    m_left -= m_left > 0 ? 1 : 0;
     task();
 }
 

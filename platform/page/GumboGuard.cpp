@@ -1,0 +1,133 @@
+#include "platform/page/GumboGuard.h"
+
+#include "util/Failure.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace tessaly::page {
+
+namespace {
+
+// A page of 20 levels costs some 20 units of work a byte at most, a pathological one its depth.
+constexpr std::size_t workForAll = 1'000'000'000;
+constexpr std::size_t workPerByte = 1'000;
+
+// A tag of three letters becomes a node of some two hundred bytes.
+constexpr std::size_t bytesForAll = 64 << 20;
+constexpr std::size_t bytesPerByte = 300;
+
+// Often enough for a good estimate, seldom enough to cost nothing beside the parser's own walks.
+constexpr std::size_t nodesBetweenMeasures = 32;
+
+} // namespace
+
+/// Stands in front of each piece of memory that the parser has.
+struct alignas(std::max_align_t) GumboGuard::Block {
+    Block* previous;
+    Block* next;
+    std::size_t size;
+};
+
+GumboGuard::GumboGuard(std::string_view html, GumboTag context, GumboNamespaceEnum contextNamespace)
+    : m_workAllowed(workForAll + workPerByte * html.size())
+    , m_bytesAllowed(bytesForAll + bytesPerByte * html.size()) {
+    GumboOptions options = kGumboDefaultOptions;
+    options.allocator = allocate;
+    options.deallocator = release;
+    options.userdata = this;
+    options.max_errors = 0;
+    options.fragment_context = context;
+    options.fragment_namespace = contextNamespace;
+    try {
+        // The parser holds nothing but this memory, so that a failure may pass through it.
+        m_output = gumbo_parse_with_options(&options, html.data(), html.size());
+    } catch (...) {
+        freeAll();
+        throw;
+    }
+}
+
+GumboGuard::~GumboGuard() {
+    freeAll();
+}
+
+void GumboGuard::freeAll() {
+    while (m_blocks != nullptr) {
+        Block* const block = m_blocks;
+        m_blocks = block->next;
+        std::free(block);
+    }
+}
+
+void GumboGuard::measureDepth() {
+    ++m_unmeasured;
+    if (m_newest == nullptr || m_unmeasured < nodesBetweenMeasures) {
+        return;
+    }
+    const auto& node = *static_cast<const GumboNode*>(m_newest);
+    if (node.type != GUMBO_NODE_ELEMENT || node.parent == nullptr) {
+        return; // a text, or a table of pointers of the same size
+    }
+    m_unmeasured = 0;
+    m_depth = 0;
+    for (const GumboNode* at = &node; at != nullptr; at = at->parent) {
+        ++m_depth;
+    }
+}
+
+void GumboGuard::charge(std::size_t size) {
+    if (size == sizeof(GumboNode)) {
+        // By now the element before has its place in the tree.
+        measureDepth();
+        m_attributes = 0;
+    } else if (size == sizeof(GumboAttribute)) {
+        ++m_attributes;
+    }
+    m_work += m_depth + m_attributes;
+    m_bytes += size;
+    if (m_work > m_workAllowed) {
+        throw Failure(FailureCode::InvalidArgument, u"The page is nested too deeply");
+    }
+    if (m_bytes > m_bytesAllowed) {
+        throw Failure(FailureCode::OutOfMemory);
+    }
+}
+
+void* GumboGuard::allocate(void* guard, std::size_t size) {
+    auto& self = *static_cast<GumboGuard*>(guard);
+    self.charge(size);
+    // Zeros, so that a block can be looked at before the parser has filled it.
+    void* const memory = std::calloc(1, sizeof(Block) + size);
+    if (memory == nullptr) {
+        throw Failure(FailureCode::OutOfMemory);
+    }
+    auto* const block = new (memory) Block{nullptr, self.m_blocks, size};
+    if (self.m_blocks != nullptr) {
+        self.m_blocks->previous = block;
+    }
+    self.m_blocks = block;
+    if (size == sizeof(GumboNode)) {
+        self.m_newest = block + 1;
+    }
+    return block + 1;
+}
+
+void GumboGuard::release(void* guard, void* memory) {
+    if (memory == nullptr) {
+        return;
+    }
+    auto& self = *static_cast<GumboGuard*>(guard);
+    Block* const block = static_cast<Block*>(memory) - 1;
+    if (memory == self.m_newest) {
+        self.m_newest = nullptr;
+    }
+    self.m_bytes -= block->size;
+    (block->previous != nullptr ? block->previous->next : self.m_blocks) = block->next;
+    if (block->next != nullptr) {
+        block->next->previous = block->previous;
+    }
+    std::free(block);
+}
+
+} // namespace tessaly::page

@@ -1,0 +1,50 @@
+#include "platform/DefaultPlatform.h"
+#include "platform/LocalDate.h"
+#include "tests/platform/TempFolder.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+
+using namespace tessaly;
+
+TEST(DefaultPlatform, IsThereWithoutAsking) {
+    const auto platform = Platform::current();
+    EXPECT_TRUE(platform->newFileSystemObject()->FolderExists(u"\\"));
+    EXPECT_EQ(platform->newDOMDocument()->xml(), u"");
+    EXPECT_TRUE(platform->newRavik() && platform->newTolmek());
+    EXPECT_EQ(support::failureOf([&] {
+                  platform->pictures()->picture(std::u16string(u"Bold"), PictureKind::Bitmap);
+              }),
+              326);
+    EXPECT_EQ(platform->textWidth(0, u"ab\xD83D\xDE00"), 24);
+    EXPECT_NEAR(platform->now(), localDate(std::time(nullptr)), 5 / 86400.0);
+}
+
+TEST(DefaultPlatform, AHostOverridesWhatItDoesBetter) {
+    struct Host : DefaultPlatform {
+        MsgBoxAnswer MsgBox(const std::u16string&, MsgBoxFlags, const std::u16string&) override {
+            return MsgBoxAnswer::Yes;
+        }
+    };
+    const auto host = std::make_shared<Host>();
+    Platform::install(host);
+    EXPECT_EQ(Platform::current()->MsgBox(u"?", MsgBoxFlags::ExclamationYesNo, u""),
+              MsgBoxAnswer::Yes);
+    bool ran = false;
+    host->messageLoop()->post([&] { ran = true; });
+    Platform::current()->DoEvents();
+    EXPECT_TRUE(ran);
+}
+
+TEST(DefaultPlatform, TheTemporaryFolderEndsInASeparator) {
+    DefaultPlatform platform;
+    unsetenv("TMPDIR");
+    EXPECT_EQ(platform.temporaryFolder(), u"\\tmp\\");
+    setenv("TMPDIR", "/var/tmp/", 1);
+    EXPECT_EQ(platform.temporaryFolder(), u"\\var\\tmp\\");
+    setenv("TMPDIR", "/a\\b", 1);
+    EXPECT_EQ(platform.temporaryFolder(), u"");
+    unsetenv("TMPDIR");
+}
