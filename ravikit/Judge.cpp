@@ -1,0 +1,165 @@
+#include "ravikit/Judge.h"
+
+#include "ravikit/NearMiss.h"
+#include "ravikit/Reference.h"
+
+#include <algorithm>
+
+namespace ravikit {
+
+Judge::Judge(const DtdTables& dtd, const Tree& tree, Problems& problems)
+    : m_dtd(dtd)
+    , m_tree(tree)
+    , m_problems(problems) {}
+
+void Judge::run() {
+    if (m_tree.documentElement() == Tree::none) {
+        return; // which is no matter of validity
+    }
+    const Source& source = sourceOf(m_tree);
+    judgeRoot({source, m_tree, nullptr});
+    checkReferredIds();
+}
+
+// The numbers that the DTD gives to the names of `tree`. They are looked up once.
+const Judge::Source& Judge::sourceOf(const Tree& tree) {
+    Source* source = &m_deck;
+    if (&tree != &m_tree) {
+        auto& known = m_entities[&tree];
+        if (known) {
+            return *known;
+        }
+        known = std::make_unique<Source>();
+        source = known.get();
+    }
+    const NameTable& names = tree.names();
+    for (NameTable::Id name = 0; name < names.size(); ++name) {
+        const NameTable::Id element = m_dtd.elementNames.find(names.text(name));
+        const bool declared = element != NameTable::none && m_dtd.elements[element].declared;
+        source->elements.push_back(declared ? static_cast<Symbol>(element) : unknown);
+        const NameTable::Id attribute = m_dtd.attributeNames.find(names.text(name));
+        source->attributes.push_back(
+            attribute == NameTable::none ? noAttribute : static_cast<std::uint16_t>(attribute));
+    }
+    return *source;
+}
+
+void Judge::judgeRoot(const Walk& walk) {
+    const Id root = walk.tree.documentElement();
+    const Symbol symbol = walk.source.element(walk.tree[root]);
+    if (std::find(m_dtd.roots.begin(), m_dtd.roots.end(), symbol) == m_dtd.roots.end()) {
+        tellWrongRoot(walk, root);
+        NearMiss near(walk.tree.name(root));
+        for (const Symbol candidate : m_dtd.roots) {
+            near.offer(m_dtd.elements[candidate].name);
+        }
+        if (symbol == unknown && near.best().empty()) {
+            return; // it is another language, of which every element would be told
+        }
+    }
+    // The document is like an element in which anything can stand.
+    m_open.push_back({&m_dtd.anything, Tree::document, Tree::none, 0, true, true});
+    walkContent(walk, root, walk.tree[root].next);
+}
+
+void Judge::walkContent(const Walk& walk, Id from, Id behind) {
+    const Tree& tree = walk.tree;
+    const std::size_t outside = m_open.size();
+    for (Id id = from; id < behind && !m_problems.full();) {
+        while (m_open.size() > outside && m_open.back().behind == id) {
+            closeElement(walk);
+        }
+        const NodeKind kind = tree.kind(id);
+        if (kind == NodeKind::Element) {
+            id = openElement(walk, id);
+        } else {
+            content(walk, id, kind);
+            id = tree[id].next;
+        }
+    }
+    while (m_open.size() > outside) {
+        closeElement(walk);
+    }
+}
+
+// Gives where the element's content begins.
+Judge::Id Judge::openElement(const Walk& walk, Id id) {
+    const Node& node = walk.tree[id];
+    const Symbol symbol = walk.source.element(node);
+    placeElement(walk, id, symbol);
+    const ElementRules& rules = symbol == unknown ? m_dtd.anything : m_dtd.elements[symbol];
+    const Id inside = symbol == unknown ? walk.tree.firstContent(id) : attributes(walk, id, rules);
+    const bool mended = (node.flags & Recovered) != 0;
+    const Open open = {&rules, id, node.next, 0, mended, mended};
+    m_open.push_back(open);
+    if (inside == node.next) {
+        closeElement(walk);
+    }
+    return inside;
+}
+
+void Judge::placeElement(const Walk& walk, Id id, Symbol symbol) {
+    Open& parent = m_open.back();
+    if (symbol == unknown) {
+        parent.loose = true;
+        if (parent.element != Tree::document) { // whose only child is judged by then
+            tellUnknownElement(walk, id);
+        }
+        return;
+    }
+    const std::uint16_t next = parent.rules->content.step(parent.state, symbol);
+    if (next != ContentTable::dead) {
+        parent.state = next;
+        return;
+    }
+    if (!parent.mended && !(parent.loose && parent.rules->holdsNothing)) {
+        tellMisplacedElement(walk, id, symbol);
+    }
+    parent.loose = true;
+}
+
+void Judge::closeElement(const Walk& walk) {
+    const Open open = m_open.back();
+    m_open.pop_back();
+    if (!open.loose && open.rules->content.missing[open.state] != 0) {
+        tellIncomplete(walk, open);
+    }
+}
+
+// Anything in an element but another element.
+void Judge::content(const Walk& walk, Id id, NodeKind kind) {
+    Open& open = m_open.back();
+    if (kind == NodeKind::Junk) {
+        return;
+    }
+    if (open.rules->holdsNothing) {
+        if (!open.loose) {
+            tellNotEmpty(walk, id);
+        }
+        open.loose = true;
+    } else if (kind == NodeKind::Reference) {
+        reference(walk, id);
+    } else if ((kind == NodeKind::Text || kind == NodeKind::CData) && !open.rules->holdsText &&
+               !open.mended) {
+        tellMisplacedText(walk, id);
+    }
+}
+
+// Blanks between elements must be written as such: a reference to one is text. But an entity
+// stands for all that it holds.
+void Judge::reference(const Walk& walk, Id id) {
+    const Tree* const entity = walk.tree.entityTree(id);
+    if (entity != nullptr) {
+        const Node* const place = walk.reference != nullptr ? walk.reference : &walk.tree[id];
+        const Walk inner = {sourceOf(*entity), *entity, place};
+        walkContent(inner, Tree::document + 1, entity->size());
+        return;
+    }
+    const bool isText =
+        walk.tree.source(id).starts_with(u"&#") || predefinedEntity(walk.tree.name(id)) != 0;
+    if (isText && !m_open.back().rules->holdsText && !m_open.back().mended) {
+        tellMisplacedText(walk, id);
+    }
+}
+
+} // namespace ravikit
