@@ -108,6 +108,7 @@ private:
     static Place namePlace(const Walk& walk, Id id);
     static Place valuePlace(const Walk& walk, Id attribute);
     std::u16string_view nearElement(std::u16string_view written);
+    std::vector<Symbol> childrenOf(const ElementRules& rules) const;
     std::u16string mayHold(const ElementRules& rules) const;
     std::vector<std::u16string_view> nextIn(const Open& open, bool onlyMissing) const;
 

@@ -120,19 +120,25 @@ std::u16string_view Judge::nearElement(std::u16string_view written) {
     return near.best();
 }
 
+// What a model holds, in the order in which the DTD puts it.
+std::vector<Symbol> Judge::childrenOf(const ElementRules& rules) const {
+    std::vector<Symbol> children(rules.content.width - 1);
+    for (std::size_t symbol = 0; symbol < m_dtd.elements.size(); ++symbol) {
+        if (rules.content.holds(static_cast<Symbol>(symbol))) {
+            children[rules.content.columns[symbol] - 1U] = static_cast<Symbol>(symbol);
+        }
+    }
+    return children;
+}
+
 // "`a` may hold text, `br` and `img`"
 std::u16string Judge::mayHold(const ElementRules& rules) const {
     std::vector<std::u16string_view> names;
-    for (std::size_t symbol = 0; symbol < m_dtd.elements.size(); ++symbol) {
-        if (rules.content.holds(static_cast<Symbol>(symbol))) {
-            names.push_back(m_dtd.elements[symbol].name);
-        }
-    }
-    if (rules.holdsNothing || (names.empty() && !rules.holdsText)) {
-        return quoted(rules.name) + u" must be empty";
+    for (const Symbol child : childrenOf(rules)) {
+        names.push_back(m_dtd.elements[child].name);
     }
     if (names.empty()) {
-        return quoted(rules.name) + u" may hold text only";
+        return quoted(rules.name) + (rules.holdsText ? u" may hold text only" : u" must be empty");
     }
     return quoted(rules.name) + u" may hold " + listed(names, u"and", rules.holdsText);
 }
@@ -141,14 +147,11 @@ std::u16string Judge::mayHold(const ElementRules& rules) const {
 std::vector<std::u16string_view> Judge::nextIn(const Open& open, bool onlyMissing) const {
     const ContentTable& content = open.rules->content;
     std::vector<std::u16string_view> names;
-    for (std::size_t symbol = 0; symbol < m_dtd.elements.size(); ++symbol) {
-        if (!content.holds(static_cast<Symbol>(symbol))) {
-            continue;
-        }
-        const std::uint16_t next = content.step(open.state, static_cast<Symbol>(symbol));
+    for (const Symbol child : childrenOf(*open.rules)) {
+        const std::uint16_t next = content.step(open.state, child);
         if (next != ContentTable::dead &&
             (!onlyMissing || content.missing[next] < content.missing[open.state])) {
-            names.push_back(m_dtd.elements[symbol].name);
+            names.push_back(m_dtd.elements[child].name);
         }
     }
     return names;
