@@ -17,7 +17,8 @@ void markReached(Node& root) {
 
 } // namespace
 
-Dom::Dom() : m_root(&make(NodeKind::Element, u"html")) {
+Dom::Dom()
+    : m_root(&make(NodeKind::Element, u"html")) {
     m_selection = {Place::atEndOf(*m_root), Place::atEndOf(*m_root)};
 }
 

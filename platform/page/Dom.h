@@ -90,7 +90,9 @@ private:
 /// A node that someone outside the Dom holds, with the Dom that it lives in.
 class Pin {
 public:
-    Pin(std::shared_ptr<Dom> dom, Node& node) : m_dom(std::move(dom)), m_node(&node) {
+    Pin(std::shared_ptr<Dom> dom, Node& node)
+        : m_dom(std::move(dom))
+        , m_node(&node) {
         ++m_node->pins;
     }
     Pin(const Pin&) = delete;

@@ -9,9 +9,10 @@ namespace tessaly::page {
 
 namespace {
 
-// A page of 20 levels costs some 20 units of work a byte at most, a pathological one its depth.
-constexpr std::size_t workForAll = 1'000'000'000;
-constexpr std::size_t workPerByte = 1'000;
+// A tag costs a few units for each level that it stands at, so that a page of 50 levels stays below
+// 50 units a byte.
+constexpr std::size_t workForAll = 300'000'000;
+constexpr std::size_t workPerByte = 50;
 
 // A tag of three letters becomes a node of some two hundred bytes.
 constexpr std::size_t bytesForAll = 64 << 20;

@@ -79,8 +79,7 @@ void copyChildren(Dom& dom, const GumboNode& from, Node& to) {
             parent = parent->parent;
             continue;
         }
-        const auto& child =
-            *static_cast<const GumboNode*>(at->v.element.children.data[position++]);
+        const auto& child = *static_cast<const GumboNode*>(at->v.element.children.data[position++]);
         if (child.type == GUMBO_NODE_ELEMENT || child.type == GUMBO_NODE_TEMPLATE) {
             Node& element = elementFrom(dom, child.v.element);
             dom.put(element, *parent, nullptr);

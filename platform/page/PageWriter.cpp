@@ -11,7 +11,8 @@ namespace {
 
 class Writer {
 public:
-    explicit Writer(Writing writing) : m_older(writing == Writing::Older) {}
+    explicit Writer(Writing writing)
+        : m_older(writing == Writing::Older) {}
 
     /// Writes `root`, or only what stands inside it.
     void write(const Node& root, bool withRoot) {
@@ -110,8 +111,8 @@ private:
     static bool standsWithoutQuotes(const std::u16string& text) {
         return !text.empty() && std::all_of(text.begin(), text.end(), [](char16_t unit) {
             return (unit >= u'0' && unit <= u'9') || (unit >= u'A' && unit <= u'Z') ||
-                   (unit >= u'a' && unit <= u'z') || unit == u'#' || unit == u'%' ||
-                   unit == u'-' || unit == u'_' || unit == u'.';
+                   (unit >= u'a' && unit <= u'z') || unit == u'#' || unit == u'%' || unit == u'-' ||
+                   unit == u'_' || unit == u'.';
         });
     }
 

@@ -37,9 +37,9 @@ bool isInOrder(const Place& a, const Place& b) {
 bool isEmpty(const Span& span) {
     if (span.start.kind == Place::Kind::InText) {
         const Node& text = *span.start.node;
-        const std::size_t end =
-            span.end.kind == Place::Kind::InText && span.end.node == &text ? span.end.offset
-                                                                           : text.text.size();
+        const std::size_t end = span.end.kind == Place::Kind::InText && span.end.node == &text
+                                    ? span.end.offset
+                                    : text.text.size();
         if (span.start.offset < end) {
             return false;
         }

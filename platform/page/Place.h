@@ -10,9 +10,9 @@ namespace tessaly::page {
 /// it stays right while nodes come, go and move elsewhere, and costs nothing to keep.
 struct Place {
     enum class Kind : std::uint8_t {
-        InText,   ///< inside the text `node`, behind `offset` units of it
-        Before,   ///< in front of `node`
-        AtEndOf,  ///< behind the last child of the element `node`
+        InText,  ///< inside the text `node`, behind `offset` units of it
+        Before,  ///< in front of `node`
+        AtEndOf, ///< behind the last child of the element `node`
     };
 
     Kind kind = Kind::AtEndOf;

@@ -185,18 +185,30 @@ std::u16string allCharacters(const Node& element) {
     return all;
 }
 
-/// Feeds what stands from `at` to `goal` and leaves the elements that end on the way. `last` is a
-/// text that is taken only up to `units`.
-void render(Renderer& renderer, const Node* at, const Node* goal, const Node& root,
-            const Node* last, std::size_t units) {
-    while (at != nullptr && at != goal && at != &root) {
-        if (at->isText()) {
-            const std::u16string_view characters = at->text;
-            renderer.text(at == last ? characters.substr(0, units) : characters);
-            if (at == last) {
-                return;
-            }
+/// Where the feeding of a renderer starts and ends: a text that is taken only from `from` on, one
+/// that is taken only up to `to`, and the first node that has no part in it.
+struct Limits {
+    const Node* firstText = nullptr;
+    std::size_t from = 0;
+    const Node* lastText = nullptr;
+    std::size_t to = 0;
+    const Node* goal = nullptr;
+};
+
+/// The node behind `at` inside `root`, having left the elements that end in between.
+const Node* stepPast(Renderer& renderer, const Node* at, const Node* root) {
+    while (at->next == nullptr) {
+        at = at->parent;
+        if (at == nullptr || at == root) {
+            return nullptr;
         }
+        renderer.leave();
+    }
+    return at->next;
+}
+
+void feed(Renderer& renderer, const Node* at, const Limits& limits, const Node* root) {
+    while (at != nullptr && at != limits.goal) {
         if (at->isElement()) {
             renderer.enter(*at);
             if (at->first != nullptr) {
@@ -204,15 +216,15 @@ void render(Renderer& renderer, const Node* at, const Node* goal, const Node& ro
                 continue;
             }
             renderer.leave();
-        }
-        while (at != &root && at->next == nullptr) {
-            at = at->parent;
-            if (at == nullptr || at == &root) {
+        } else if (at->isText()) {
+            const std::size_t from = at == limits.firstText ? limits.from : 0;
+            const std::size_t to = at == limits.lastText ? limits.to : at->text.size();
+            renderer.text(std::u16string_view(at->text).substr(from, to - from));
+            if (at == limits.lastText) {
                 return;
             }
-            renderer.leave();
         }
-        at = at->next;
+        at = stepPast(renderer, at, root);
     }
 }
 
@@ -225,7 +237,7 @@ std::u16string renderedText(const Node& element) {
         return allCharacters(element);
     }
     if (element.first != nullptr) {
-        render(renderer, element.first, nullptr, element, nullptr, 0);
+        feed(renderer, element.first, {}, &element);
     }
     return renderer.take();
 }
@@ -233,20 +245,22 @@ std::u16string renderedText(const Node& element) {
 std::u16string renderedText(const Span& span) {
     Renderer renderer;
     renderer.startIn(span.start.element());
-    const bool cut = span.end.kind == Place::Kind::InText;
-    const Node* last = cut ? span.end.node : nullptr;
-    const Node* at = nodeFrom(span.start);
-    if (span.start.kind == Place::Kind::InText && span.start.offset > 0) {
-        const Node& text = *span.start.node;
-        const bool within = last == &text;
-        const std::size_t end = within ? span.end.offset : text.text.size();
-        renderer.text(
-            std::u16string_view(text.text).substr(span.start.offset, end - span.start.offset));
-        if (within) {
-            return renderer.take();
-        }
+    Limits limits;
+    const Node* at = span.start.node;
+    if (span.start.kind == Place::Kind::InText) {
+        limits.firstText = span.start.node;
+        limits.from = span.start.offset;
+    } else if (span.start.kind == Place::Kind::AtEndOf) {
+        renderer.leave();
+        at = stepPast(renderer, at, nullptr);
     }
-    // TODO leave ancestors
+    if (span.end.kind == Place::Kind::InText) {
+        limits.lastText = span.end.node;
+        limits.to = span.end.offset;
+    } else {
+        limits.goal = nodeFrom(span.end);
+    }
+    feed(renderer, at, limits, nullptr);
     return renderer.take();
 }
 

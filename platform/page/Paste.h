@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/page/Dom.h"
+
+#include <string>
+
+namespace tessaly::page {
+
+/// Puts the parsed `html` in the place of what `range` holds; behind it, `range` is the place
+/// behind what was put in. An inline element that the range held from end to end is gone with its
+/// content; where the range went from one paragraph into another, the rest of the second joins the
+/// first. `range` is tracked by `dom`. A fragment that cannot be parsed fails, and nothing has
+/// changed.
+void paste(Dom& dom, Span& range, const std::u16string& html);
+
+} // namespace tessaly::page
