@@ -58,15 +58,15 @@ void Judge::judgeRoot(const Walk& walk) {
         }
     }
     // The document is like an element in which anything can stand.
-    m_open.push_back({&m_dtd.anything, Tree::document, Tree::none, 0, true, true});
+    push().rules = &m_dtd.anything;
     walkContent(walk, root, walk.tree[root].next);
 }
 
 void Judge::walkContent(const Walk& walk, Id from, Id behind) {
     const Tree& tree = walk.tree;
-    const std::size_t outside = m_open.size();
+    const std::size_t outside = m_depth;
     for (Id id = from; id < behind && !m_problems.full();) {
-        while (m_open.size() > outside && m_open.back().behind == id) {
+        while (m_depth > outside && top().behind == id) {
             closeElement(walk);
         }
         const NodeKind kind = tree.kind(id);
@@ -77,7 +77,7 @@ void Judge::walkContent(const Walk& walk, Id from, Id behind) {
             id = tree[id].next;
         }
     }
-    while (m_open.size() > outside) {
+    while (m_depth > outside) {
         closeElement(walk);
     }
 }
@@ -89,17 +89,29 @@ Judge::Id Judge::openElement(const Walk& walk, Id id) {
     placeElement(walk, id, symbol);
     const ElementRules& rules = symbol == unknown ? m_dtd.anything : m_dtd.elements[symbol];
     const Id inside = symbol == unknown ? walk.tree.firstContent(id) : attributes(walk, id, rules);
-    const bool mended = (node.flags & Recovered) != 0;
-    const Open open = {&rules, id, node.next, 0, mended, mended};
-    m_open.push_back(open);
+    // Field by field: copying the whole would wait for the stores of its parts.
+    Open& open = push();
+    open.rules = &rules;
+    open.element = id;
+    open.behind = node.next;
+    open.state = 0;
+    open.mended = (node.flags & Recovered) != 0;
+    open.loose = open.mended;
     if (inside == node.next) {
         closeElement(walk);
     }
     return inside;
 }
 
+Judge::Open& Judge::push() {
+    if (m_depth == m_open.size()) {
+        m_open.resize(2 * m_depth + 16);
+    }
+    return m_open[m_depth++];
+}
+
 void Judge::placeElement(const Walk& walk, Id id, Symbol symbol) {
-    Open& parent = m_open.back();
+    Open& parent = top();
     if (symbol == unknown) {
         parent.loose = true;
         if (parent.element != Tree::document) { // whose only child is judged by then
@@ -119,16 +131,16 @@ void Judge::placeElement(const Walk& walk, Id id, Symbol symbol) {
 }
 
 void Judge::closeElement(const Walk& walk) {
-    const Open open = m_open.back();
-    m_open.pop_back();
+    const Open& open = top();
     if (!open.loose && open.rules->content.missing[open.state] != 0) {
         tellIncomplete(walk, open);
     }
+    --m_depth;
 }
 
 // Anything in an element but another element.
 void Judge::content(const Walk& walk, Id id, NodeKind kind) {
-    Open& open = m_open.back();
+    Open& open = top();
     if (kind == NodeKind::Junk) {
         return;
     }
@@ -157,7 +169,7 @@ void Judge::reference(const Walk& walk, Id id) {
     }
     const bool isText =
         walk.tree.source(id).starts_with(u"&#") || predefinedEntity(walk.tree.name(id)) != 0;
-    if (isText && !m_open.back().rules->holdsText && !m_open.back().mended) {
+    if (isText && !top().rules->holdsText && !top().mended) {
         tellMisplacedText(walk, id);
     }
 }

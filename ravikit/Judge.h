@@ -53,13 +53,14 @@ private:
     };
     /// An element whose end has not come yet.
     struct Open {
-        const ElementRules* rules;
-        Id element;
-        Id behind;
-        std::uint16_t state;
-        bool mended; // recovery had a part in it, so that it may hold what was never meant to be in
-                     // it
-        bool loose;  // something is amiss in it, so that it is not asked whether it is complete
+        const ElementRules* rules = nullptr;
+        Id element = Tree::document;
+        Id behind = Tree::none;
+        std::uint16_t state = 0;
+        /// Recovery had a part in it: it may hold what was never meant to be in it.
+        bool mended = true;
+        /// Something is amiss in it, so that it is not asked whether it is complete.
+        bool loose = true;
     };
     struct Place {
         std::uint32_t begin;
@@ -77,6 +78,8 @@ private:
     Id openElement(const Walk& walk, Id id);
     void placeElement(const Walk& walk, Id id, Symbol symbol);
     void closeElement(const Walk& walk);
+    Open& top() { return m_open[m_depth - 1]; }
+    Open& push();
     void content(const Walk& walk, Id id, NodeKind kind);
     void reference(const Walk& walk, Id id);
 
@@ -115,7 +118,8 @@ private:
     const DtdTables& m_dtd;
     const Tree& m_tree;
     Problems& m_problems;
-    std::vector<Open> m_open;
+    std::vector<Open> m_open; // the first m_depth of them count
+    std::size_t m_depth = 0;
     Source m_deck;
     std::unordered_map<const Tree*, std::unique_ptr<Source>> m_entities;
 

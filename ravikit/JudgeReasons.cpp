@@ -108,7 +108,7 @@ std::u16string_view Judge::nearElement(std::u16string_view written) {
         return {};
     }
     NearMiss near(written);
-    for (const std::u16string_view name : nextIn(m_open.back(), false)) {
+    for (const std::u16string_view name : nextIn(top(), false)) {
         near.offer(name);
     }
     for (const ElementRules& rules : m_dtd.elements) {
@@ -173,14 +173,14 @@ void Judge::tellUnknownElement(const Walk& walk, Id id) {
     std::u16string reason = quoted(name) + u" is no " + m_dtd.kindOfElement;
     if (!near.empty()) {
         reason += didYouMean(near);
-    } else if (m_open.back().rules != &m_dtd.anything) {
-        reason += u"; " + mayHold(*m_open.back().rules);
+    } else if (top().rules != &m_dtd.anything) {
+        reason += u"; " + mayHold(*top().rules);
     }
     add(ProblemKind::UnknownElement, namePlace(walk, id), std::move(reason));
 }
 
 void Judge::tellMisplacedElement(const Walk& walk, Id id, Symbol symbol) {
-    const Open& parent = m_open.back();
+    const Open& parent = top();
     std::u16string reason = quoted(m_dtd.elements[symbol].name) + u" cannot stand ";
     if (parent.rules->content.holds(symbol)) {
         const auto names = nextIn(parent, false);
@@ -194,7 +194,7 @@ void Judge::tellMisplacedElement(const Walk& walk, Id id, Symbol symbol) {
 }
 
 void Judge::tellMisplacedText(const Walk& walk, Id id) {
-    const ElementRules& rules = *m_open.back().rules;
+    const ElementRules& rules = *top().rules;
     const bool isReference = walk.tree.kind(id) == NodeKind::Reference;
     const std::u16string what = isReference ? quoted(walk.tree.source(id)) : u"text";
     Place place = placeOf(walk, id);
@@ -209,7 +209,7 @@ void Judge::tellMisplacedText(const Walk& walk, Id id) {
 }
 
 void Judge::tellNotEmpty(const Walk& walk, Id id) {
-    const std::u16string_view name = m_open.back().rules->name;
+    const std::u16string_view name = top().rules->name;
     add(ProblemKind::MisplacedText, placeOf(walk, id),
         quoted(name) + u" must be empty: between its tags not even a blank may stand");
 }
