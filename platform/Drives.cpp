@@ -24,7 +24,7 @@ std::string& entryOf(char16_t letter) {
 
 } // namespace
 
-void mountDrive(char16_t letter, std::string folder) {
+void mountDrive(char16_t letter, const std::string& folder) {
     std::string& entry = entryOf(letter);
     if (folder.empty()) {
         throw Failure(FailureCode::InvalidArgument);

@@ -8,7 +8,7 @@ namespace tessaly {
 /// of an earlier one. A relative folder is taken from where the process stands now. The folder is
 /// looked at when the drive is used. Anything but a letter A to Z, of either case, and an empty
 /// folder fail with InvalidArgument.
-void mountDrive(char16_t letter, std::string folder);
+void mountDrive(char16_t letter, const std::string& folder);
 
 /// Takes the drive away; one that is not mounted stays so.
 void unmountDrive(char16_t letter);

@@ -2,6 +2,7 @@
 
 #include "platform/FileErrors.h"
 #include "platform/FileLookup.h"
+#include "platform/FolderSearch.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -67,10 +68,14 @@ FileHandle FileHandle::forWriting(const std::string& path, bool mustBeNew) {
     } else if (!isThere) {
         requireWritableFolderOf(path);
     }
+    const NewEntry entry(path);
     const int flags = O_WRONLY | O_CREAT | (mustBeNew ? O_EXCL : 0) | neverWait;
     FileHandle file(open(path.c_str(), flags, 0666));
     if (!file.isOpen()) {
         failByErrno(FailureCode::PathNotFound);
+    }
+    if (!isThere) {
+        entry.made();
     }
     requireFile(file.status(), S_IWUSR, FailureCode::PermissionDenied);
     return file;

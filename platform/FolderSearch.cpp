@@ -6,6 +6,9 @@
 #include <dirent.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <array>
+#include <chrono>
 #include <cstddef>
 #include <ctime>
 #include <memory>
@@ -37,30 +40,73 @@ struct FolderState {
 /// The entries of one folder by their names in small letters.
 using Index = std::unordered_map<std::u16string, std::string>;
 
-/// The index of the folder that was searched last. Without it, looking for each of n decks whose
+using Clock = std::chrono::steady_clock;
+
+/// The index of a folder that was searched. Without it, looking for each of n decks whose
 /// names differ in case from those on disk would read n entries n times.
 struct KnownFolder {
     FolderState state;
     Index index;
+    Clock::time_point readAt;
+    Clock::duration readingTook = {};
+    bool wasAtRest = false;
+
+    bool describes(const FolderState& now) const;
 };
 
 constexpr std::size_t largestIndex = 100'000;
 
-/// Change times tick in steps of up to two seconds. Within a step a folder may change again without
-/// showing it, so that an index is kept only of a folder that has been at rest for longer.
-constexpr std::time_t restSeconds = 2;
+/// Change times tick in steps, and within a step a folder can change again without showing it. So
+/// an index holds for as long as the state only if the folder had been at rest for more than a step
+/// when it was read: 20 ms cover every system that counts parts of seconds, 2 s the others.
+constexpr std::chrono::milliseconds fineStep(20);
+constexpr std::chrono::milliseconds coarseStep(2000);
 
-bool stateOf(DIR* folder, FolderState& state) {
-    struct stat status = {};
-    if (fstat(dirfd(folder), &status) != 0) {
-        return false;
+/// Where reading is slow, an index read too early is used all the same for a little longer than
+/// the reading took. Otherwise making n entries one after the other would read n times n.
+constexpr std::chrono::milliseconds slowReading(1);
+constexpr int youngFor = 20;
+
+/// The folders that were searched last: a path can lead through several that are written in
+/// another case.
+std::array<KnownFolder, 8>& knownFolders() {
+    thread_local std::array<KnownFolder, 8> folders;
+    return folders;
+}
+
+/// What is known of the folder, or else the place of what is known longest.
+KnownFolder& placeOf(const FolderState& state) {
+    auto& folders = knownFolders();
+    const auto same = std::find_if(folders.begin(), folders.end(), [&](const KnownFolder& folder) {
+        return folder.state.device == state.device && folder.state.inode == state.inode;
+    });
+    if (same != folders.end()) {
+        return *same;
     }
-    state = {status.st_dev, status.st_ino, status.st_ctim};
-    return true;
+    return *std::min_element(
+        folders.begin(), folders.end(),
+        [](const KnownFolder& a, const KnownFolder& b) { return a.readAt < b.readAt; });
+}
+
+bool KnownFolder::describes(const FolderState& now) const {
+    const bool isYoung =
+        readingTook >= slowReading && Clock::now() - readAt < youngFor * readingTook;
+    return now == state && (wasAtRest || isYoung);
+}
+
+std::optional<FolderState> stateOf(const std::string& folder) {
+    struct stat status = {};
+    if (stat(folder.empty() ? "." : folder.c_str(), &status) != 0) {
+        return std::nullopt;
+    }
+    return FolderState{status.st_dev, status.st_ino, status.st_ctim};
 }
 
 bool atRest(const FolderState& state) {
-    return std::time(nullptr) - state.changed.tv_sec > restSeconds;
+    using namespace std::chrono;
+    const auto changed = seconds(state.changed.tv_sec) + nanoseconds(state.changed.tv_nsec);
+    const auto elapsed = system_clock::now().time_since_epoch() - changed;
+    return elapsed > (state.changed.tv_nsec == 0 ? coarseStep : fineStep);
 }
 
 template <class Visit>
@@ -105,34 +151,53 @@ std::string findInIndex(const Index& index, std::u16string_view name) {
     return found == index.end() ? std::string() : found->second;
 }
 
-std::string find(DIR* folder, std::u16string_view name) {
-    thread_local KnownFolder known;
-    FolderState state;
-    if (!stateOf(folder, state) || !atRest(state)) {
-        return findByReading(folder, name);
-    }
-    if (!(state == known.state)) {
-        known = {state, makeIndex(folder)};
-    }
-    if (known.index.size() > largestIndex) {
-        rewinddir(folder);
-        return findByReading(folder, name);
-    }
-    return findInIndex(known.index, name);
+KnownFolder readFolder(DIR* folder, const FolderState& state) {
+    const Clock::time_point start = Clock::now();
+    KnownFolder known = {state, makeIndex(folder), start, {}, atRest(state)};
+    known.readingTook = Clock::now() - start;
+    return known;
 }
 
 } // namespace
 
 std::optional<std::string> findIgnoringCase(const std::string& folder, std::u16string_view name) {
-    const OpenFolder open(opendir(folder.empty() ? "." : folder.c_str()));
+    // The state is taken first: a change that comes while the entries are read then shows.
+    const auto state = stateOf(folder);
+    const OpenFolder open(state ? opendir(folder.empty() ? "." : folder.c_str()) : nullptr);
     if (!open) {
         return std::nullopt;
     }
-    std::string found = find(open.get(), name);
-    if (found.empty()) {
-        return std::nullopt;
+    KnownFolder& known = placeOf(*state);
+    if (!known.describes(*state)) {
+        known = readFolder(open.get(), *state);
     }
-    return found;
+    std::string found;
+    if (known.index.size() <= largestIndex) {
+        found = findInIndex(known.index, name);
+    } else {
+        rewinddir(open.get());
+        found = findByReading(open.get(), name);
+    }
+    return found.empty() ? std::nullopt : std::optional(std::move(found));
+}
+
+NewEntry::NewEntry(const std::string& path)
+    : m_folder(path, 0, path.rfind('/') + 1)
+    , m_name(path, path.rfind('/') + 1)
+    , m_wasKnown(false) {
+    const auto state = stateOf(m_folder);
+    m_wasKnown = state && placeOf(*state).describes(*state);
+}
+
+void NewEntry::made() const {
+    const auto state = stateOf(m_folder);
+    const auto text = decodeUtf8(m_name);
+    if (m_wasKnown && state && text) {
+        KnownFolder& known = placeOf(*state);
+        keepFirst(known.index[toLower(*text)], m_name);
+        known.state = *state;
+        known.wasAtRest = false;
+    }
 }
 
 } // namespace tessaly

@@ -11,4 +11,18 @@ namespace tessaly {
 /// here. A folder that cannot be listed has no entries.
 std::optional<std::string> findIgnoringCase(const std::string& folder, std::u16string_view name);
 
+/// Keeps the search fast while this process makes one entry after the other in a folder: to be made
+/// before the entry at `path`, a path of the system, and told once the entry is there.
+class NewEntry {
+public:
+    explicit NewEntry(const std::string& path);
+
+    void made() const;
+
+private:
+    std::string m_folder;
+    std::string m_name;
+    bool m_wasKnown; ///< the folder had been searched and was unchanged since
+};
+
 } // namespace tessaly

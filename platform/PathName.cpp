@@ -56,11 +56,10 @@ void addName(PathParts& parts, std::u16string_view name) {
     if (name.empty() || name == u".") {
         return;
     }
-    if (name != u"..") {
-        parts.names.emplace_back(name);
-    } else if (!parts.names.empty() && parts.names.back() != u"..") {
+    const bool isUp = name == u"..";
+    if (isUp && !parts.names.empty() && parts.names.back() != u"..") {
         parts.names.pop_back();
-    } else if (!parts.rooted) {
+    } else if (!isUp || !parts.rooted) {
         parts.names.emplace_back(name);
     }
 }

@@ -4,6 +4,7 @@
 #include "platform/FileHandle.h"
 #include "platform/FileLookup.h"
 #include "platform/FolderRemoval.h"
+#include "platform/FolderSearch.h"
 #include "platform/PathName.h"
 #include "platform/PosixFile.h"
 #include "platform/TextStreams.h"
@@ -124,9 +125,11 @@ void PosixFileSystem::CreateFolder(const std::u16string& path) {
         throw Failure(FailureCode::PathNotFound);
     }
     requireWritableFolderOf(found.path);
+    const NewEntry entry(found.path);
     if (mkdir(found.path.c_str(), 0777) != 0) {
         failByErrno(FailureCode::PathNotFound);
     }
+    entry.made();
 }
 
 void PosixFileSystem::DeleteFolder(const std::u16string& path, bool force) {

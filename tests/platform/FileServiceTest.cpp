@@ -173,13 +173,32 @@ TEST_F(FileService, NamesAreFoundWithoutRegardToCase) {
 TEST_F(FileService, AnIndexedFolderIsNeverStale) {
     temp.write("Old.wml", "");
     const std::string folder = std::filesystem::path(temp.posix("")).parent_path();
-    std::this_thread::sleep_for(std::chrono::milliseconds(3100)); // now the index is kept
+    std::this_thread::sleep_for(std::chrono::milliseconds(50)); // so that the index is kept
     ASSERT_EQ(findIgnoringCase(folder, u"OLD.WML"), "Old.wml");
     ASSERT_EQ(findIgnoringCase(folder, u"NEW.WML"), std::nullopt);
     temp.write("new.wml", "");
     std::filesystem::rename(temp.posix("Old.wml"), temp.posix("gone"));
     EXPECT_EQ(findIgnoringCase(folder, u"NEW.WML"), "new.wml");
     EXPECT_EQ(findIgnoringCase(folder, u"OLD.WML"), std::nullopt);
+}
+
+TEST_F(FileService, ManyDecksInOneFolderCostTimeInLineWithTheirNumber) {
+    const auto secondsFor = [&](int count) {
+        const std::string folder = "decks" + std::to_string(count);
+        temp.folder(folder);
+        const auto start = std::chrono::steady_clock::now();
+        for (int i = 0; i < count; ++i) {
+            const auto path = temp.path(folder + "/deck" + std::to_string(i));
+            files.CreateTextFile(path, false, false);
+        }
+        for (int i = 0; i < count; ++i) {
+            EXPECT_TRUE(files.FileExists(temp.path(folder + "/DECK" + std::to_string(i))));
+        }
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    secondsFor(100);
+    const double few = secondsFor(1'000);
+    EXPECT_LT(secondsFor(8'000), few * 8 * 3);
 }
 
 TEST_F(FileService, DrivesAreMountedFolders) {
