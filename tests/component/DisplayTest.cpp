@@ -4,9 +4,9 @@ using namespace fakes;
 
 namespace {
 
-const std::u16string one = u"html:<card>1</card>";
-const std::u16string two = u"html:<card>2</card>";
-const std::u16string noCard = u"No Document Element";
+constexpr char16_t one[] = u"html:<card>1</card>";
+constexpr char16_t two[] = u"html:<card>2</card>";
+constexpr char16_t noCard[] = u"No Document Element";
 constexpr char16_t twoCards[] = u"<wml><card>1</card><CARD>x</CARD><p><card>2</card></p></wml>";
 
 using Display = Component;

@@ -195,7 +195,7 @@ TEST_F(Document, SurvivesAHandlerThatDropsTheLastReference) {
         sink.hooks["OnParseError"] = sink.hooks["OnAdd2UndoStack"] = [&] { doc.reset(); };
         if (refused) {
             rtb->text = u"<wml>REFUSED</wml>";
-            doc.get()->view(vPLain);
+            doc->view(vPLain);
             EXPECT_TRUE(rtb->visible); // the switch was finished all the same
         } else {
             doc->Format()->exec(u"Bold");

@@ -85,8 +85,8 @@ TEST_F(Format, InTheMarkupViewACommandWrapsTheSelection) {
         rtb->text = u"hello world";
         rtb->start = 6;
         rtb->length = 5;
-        const std::string name = open.substr(1, open.find_first_of(" >") - 1);
-        const std::string txt = open + "world</" + name + ">";
+        std::string txt = open + "world</";
+        txt += open.substr(1, open.find_first_of(" >") - 1) + ">";
         EXPECT_EQ(exec(key),
                   (Log{"rtb.SelText= " + txt, "rtb.SelStart= " + std::to_string(6 + open.size()),
                        "rtb.SelLength= 5", "OnAdd2UndoStack 6 [" + txt + "] [world] 2"}));

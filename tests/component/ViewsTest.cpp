@@ -11,9 +11,15 @@ Log operator+(Log a, const Log& b) {
     return a;
 }
 
-const Log showsPage{"rtb.Visible= False", "browser.Visible= True", "formats page"};
-const Log showsMarkup{"rtb.Visible= True", "browser.Visible= False", "formats markup"};
-const Log refusal{"lastError", "OnParseError refused"};
+Log showsPage() {
+    return {"rtb.Visible= False", "browser.Visible= True", "formats page"};
+}
+Log showsMarkup() {
+    return {"rtb.Visible= True", "browser.Visible= False", "formats markup"};
+}
+Log refusal() {
+    return {"lastError", "OnParseError refused"};
+}
 
 /// What each way to the plain view does first.
 Log readsMarkup(const std::string& text) {
@@ -42,23 +48,23 @@ TEST_F(Views, TheFirstViewIsShownAndOnlyThePlainOneIsConverted) {
     auto doc = build(deck);
     doc->Content(u"<wml>newer</wml>"); // not in the control
     EXPECT_EQ(switchTo(*doc, vPLain),
-              readsMarkup("<wml>t</wml>") + Log{"innerHTML= html:<wml>t</wml>"} + showsPage);
+              readsMarkup("<wml>t</wml>") + Log{"innerHTML= html:<wml>t</wml>"} + showsPage());
     EXPECT_EQ(doc->Content(), deck);
     EXPECT_EQ(doc->DOM()->xml(), deck);
-    EXPECT_EQ(switchTo(*build(deck), vMarkup), showsMarkup);
+    EXPECT_EQ(switchTo(*build(deck), vMarkup), showsMarkup());
 }
 
 TEST_F(Views, ARefusedWayToThePlainViewEndsInTheMarkupView) {
     const auto doc = build(u"<wml>REFUSED</wml>");
     sink.hooks["OnParseError"] = [&] { EXPECT_EQ(doc->view(), vPLain); };
-    const Log refused = readsMarkup("<wml>REFUSED</wml>") + refusal + showsMarkup;
+    const Log refused = readsMarkup("<wml>REFUSED</wml>") + refusal() + showsMarkup();
     EXPECT_EQ(switchTo(*doc, vPLain), refused);
     EXPECT_EQ(doc->view(), vMarkup);
     rtb->text = u"<wml>REFUSED</wml>";
     EXPECT_EQ(switchTo(*doc, vPLain), refused); // tried again, from the markup view now
 
     rtb->text = u"ILLFORMED";
-    EXPECT_EQ(switchTo(*doc, vPLain), readsMarkup("ILLFORMED") + refusal + showsMarkup);
+    EXPECT_EQ(switchTo(*doc, vPLain), readsMarkup("ILLFORMED") + refusal() + showsMarkup());
     EXPECT_EQ(doc->DOM()->xml(), u"");
     EXPECT_EQ(doc->Content(), u"ILLFORMED");
     EXPECT_EQ(body().html, u"");
@@ -73,7 +79,7 @@ TEST_F(Views, FromPlainToMarkup) {
     const Log wraps{"innerHTML", "innerHTML= <DIV>x</DIV>"};
     const Log converts{"outerHTML", "convertText 0 1 [<DIV>x</DIV>] False"};
     EXPECT_EQ(switchTo(*doc, vMarkup),
-              reads + wraps + converts + Log({"rtb.Text= wml:[<DIV>x</DIV>]"}) + showsMarkup);
+              reads + wraps + converts + Log({"rtb.Text= wml:[<DIV>x</DIV>]"}) + showsMarkup());
     EXPECT_EQ(doc->Content(), deck);
     EXPECT_EQ(doc->DOM()->xml(), deck);
 
@@ -82,8 +88,9 @@ TEST_F(Views, FromPlainToMarkup) {
     body().html = u"REFUSED";
     browser->page->elements = {std::make_shared<FakeElement>(u"DIV")};
     sink.hooks["OnParseError"] = [&] { EXPECT_EQ(doc->view(), vMarkup); };
-    EXPECT_EQ(switchTo(*doc, vMarkup),
-              reads + Log({"outerHTML", "convertText 0 1 [REFUSED] False"}) + refusal + showsPage);
+    EXPECT_EQ(switchTo(*doc, vMarkup), reads +
+                                           Log({"outerHTML", "convertText 0 1 [REFUSED] False"}) +
+                                           refusal() + showsPage());
     EXPECT_EQ(doc->view(), vPLain);
     EXPECT_EQ(rtb->text, deck);
 }
@@ -101,7 +108,7 @@ TEST_F(Views, BlankTextsCrossAsFixedTexts) {
         EXPECT_EQ(switchTo(*doc, vMarkup),
                   Log({"innerHTML", "innerText",
                        "rtb.Text= <?xml version=\"1.0\" encoding=\"UTF-8\"?><wml></wml>"}) +
-                      showsMarkup);
+                      showsMarkup());
     }
 }
 

@@ -13,7 +13,7 @@ using StringEx = Component;
 TEST_F(StringEx, TrimsTheRightEndInTheCallersText) {
     const clStringEx tools;
     const auto trim = [&](std::u16string text, const std::u16string& what) {
-        const std::u16string result = tools.trimCharacter(text, what);
+        std::u16string result = tools.trimCharacter(text, what);
         EXPECT_EQ(result, text);
         return result;
     };
