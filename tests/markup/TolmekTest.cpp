@@ -34,7 +34,7 @@ TEST(Tolmek, NamesAllErrorsInTheOrderOfTheirPlaces) {
     // Lines end in CR LF, LF and CR; faults of both sorts, one at the very end.
     const std::u16string text =
         u"<wml>\r\n<card>\n<p>a<crad/></p>\r<p>&who;</p></card>\r\n\r\n</wml>";
-    EXPECT_FALSE(tolmek->isValidText(text + u"<"));
+    EXPECT_FALSE(tolmek->isValidText(text + u"x"));
     const auto errors = allErrors(*tolmek);
     using Place = std::tuple<std::int32_t, std::int32_t, std::int32_t, std::u16string>;
     std::vector<Place> places;
@@ -44,10 +44,10 @@ TEST(Tolmek, NamesAllErrorsInTheOrderOfTheirPlaces) {
         EXPECT_FALSE(error->reason().empty());
     }
     ASSERT_EQ(places.size(), 3U);
-    EXPECT_EQ(places[0], Place(numberOf(ProblemKind::UnknownElement), 3, 5, u"<p>a<crad/></p>"));
+    EXPECT_EQ(places[0], Place(numberOf(ProblemKind::UnknownElement), 3, 6, u"<p>a<crad/></p>"));
     EXPECT_EQ(places[1], Place(numberOf(ProblemKind::UnknownEntity), 4, 4, u"<p>&who;</p></card>"));
     EXPECT_EQ(std::get<1>(places[2]), 6);
-    EXPECT_EQ(std::get<3>(places[2]), u"</wml><");
+    EXPECT_EQ(std::get<3>(places[2]), u"</wml>x");
     EXPECT_EQ(text.substr(static_cast<std::size_t>(errors[1]->position()),
                           static_cast<std::size_t>(errors[1]->length())),
               u"&who;");
