@@ -104,7 +104,7 @@ std::shared_ptr<tessaly::clProject> Session::openProject(const std::string& file
 std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
     const fs::path folder = tessaly::toPosixPath(project.ProjectPath());
     std::vector<Deck> decks;
-    for (const auto& document : *project.Documents()->NewEnum()) {
+    for (const auto& document : project.Documents()->NewEnum()) {
         decks.push_back(
             {(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(), document});
     }

@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
     Shell shell;
     const auto listening = project->events().advise(shell);
     const bool opened = argc > 1 && project->init(tessaly::toComponentPath(argv[1]));
-    for (const auto& document : *project->Documents()->NewEnum()) {
+    for (const auto& document : project->Documents()->NewEnum()) {
         project->CurrentDocument(document);
         document->checkValidity();
     }

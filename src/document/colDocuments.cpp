@@ -40,7 +40,7 @@ void colDocuments::Remove(const Value& vntIndexKey) {
     m_Col.remove(vntIndexKey);
 }
 
-std::shared_ptr<Enumerator<WirelessDocument>> colDocuments::NewEnum() const {
+std::vector<std::shared_ptr<WirelessDocument>> colDocuments::NewEnum() const {
     return m_Col.enumerate();
 }
 

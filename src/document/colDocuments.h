@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tessaly {
 
@@ -28,7 +29,8 @@ public:
     std::shared_ptr<WirelessDocument> Item(const Value& vntIndexKey) const;
     std::int32_t Count() const;
     void Remove(const Value& vntIndexKey);
-    std::shared_ptr<Enumerator<WirelessDocument>> NewEnum() const;
+    /// The list as it stands now, for a walk that later changes do not disturb.
+    std::vector<std::shared_ptr<WirelessDocument>> NewEnum() const;
     void Clear();
 
 private:

@@ -27,7 +27,7 @@ void colWMLFormats::Remove(const Value& vntIndexKey) {
     m_Col.remove(vntIndexKey);
 }
 
-std::shared_ptr<Enumerator<clWMLFormat>> colWMLFormats::NewEnum() const {
+std::vector<std::shared_ptr<clWMLFormat>> colWMLFormats::NewEnum() const {
     return m_Col.enumerate();
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tessaly {
 
@@ -21,7 +22,8 @@ public:
     std::shared_ptr<clWMLFormat> Item(const Value& vntIndexKey) const;
     std::int32_t Count() const;
     void Remove(const Value& vntIndexKey);
-    std::shared_ptr<Enumerator<clWMLFormat>> NewEnum() const;
+    /// The list as it stands now, for a walk that later changes do not disturb.
+    std::vector<std::shared_ptr<clWMLFormat>> NewEnum() const;
 
 private:
     KeyedList<clWMLFormat> m_Col;

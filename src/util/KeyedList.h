@@ -15,26 +15,6 @@
 
 namespace tessaly {
 
-/// A walk over a list's references as they stood when the walk was asked for. What is added or
-/// removed meanwhile does not disturb it.
-template <class T>
-class Enumerator : public Object {
-public:
-    explicit Enumerator(std::vector<std::shared_ptr<T>> items)
-        : m_items(std::move(items)) {}
-
-    /// The next reference, or none behind the last.
-    std::shared_ptr<T> next() { return m_next < m_items.size() ? m_items[m_next++] : nullptr; }
-    void reset() { m_next = 0; }
-
-    auto begin() const { return m_items.begin(); }
-    auto end() const { return m_items.end(); }
-
-private:
-    std::vector<std::shared_ptr<T>> m_items;
-    std::size_t m_next = 0;
-};
-
 /// An ordered list of references with optional keys: positions from 1, keys compared without
 /// regard to case, a key at most once. An empty key is no key.
 ///
@@ -72,13 +52,15 @@ public:
 
     std::int32_t count() const { return static_cast<std::int32_t>(m_entries.size()); }
 
-    std::shared_ptr<Enumerator<T>> enumerate() const {
+    /// The references as they stand now, in order. What is added or removed later does not disturb
+    /// a walk over them.
+    std::vector<std::shared_ptr<T>> enumerate() const {
         std::vector<std::shared_ptr<T>> items;
         items.reserve(m_entries.size());
         for (const Entry& entry : m_entries) {
             items.push_back(entry.item);
         }
-        return std::make_shared<Enumerator<T>>(std::move(items));
+        return items;
     }
 
 private:

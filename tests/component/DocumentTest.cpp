@@ -56,9 +56,9 @@ TEST_F(Collection, IsOrderedAndKeyedWithoutRegardToCase) {
     const auto walk = documents->NewEnum();
     documents->Clear();
     EXPECT_EQ(documents->Count(), 0);
-    EXPECT_EQ(walk->next(), other);
-    EXPECT_EQ(walk->next()->Name(), u"third");
-    EXPECT_EQ(walk->next(), nullptr);
+    ASSERT_EQ(walk.size(), 2U);
+    EXPECT_EQ(walk[0], other);
+    EXPECT_EQ(walk[1]->Name(), u"third");
 }
 
 TEST_F(Collection, AddThatFailsLeavesTheListAlone) {
