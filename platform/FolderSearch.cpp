@@ -183,8 +183,7 @@ std::optional<std::string> findIgnoringCase(const std::string& folder, std::u16s
 
 NewEntry::NewEntry(const std::string& path)
     : m_folder(path, 0, path.rfind('/') + 1)
-    , m_name(path, path.rfind('/') + 1)
-    , m_wasKnown(false) {
+    , m_name(path, path.rfind('/') + 1) {
     const auto state = stateOf(m_folder);
     m_wasKnown = state && placeOf(*state).describes(*state);
 }

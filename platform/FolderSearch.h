@@ -22,7 +22,7 @@ public:
 private:
     std::string m_folder;
     std::string m_name;
-    bool m_wasKnown; ///< the folder had been searched and was unchanged since
+    bool m_wasKnown = false; ///< the folder had been searched and was unchanged since
 };
 
 } // namespace tessaly
