@@ -84,21 +84,21 @@ TEST_F(Command, NamesEachFaultOfTheBrokenDecksAtItsPlace) {
         const char* reason;
     } faults[] = {
         {"not-well-formed.wml", ":4:32:", "&amp;"},
-        {"not-well-formed.wml", ":5:", "`b`"},
-        {"not-well-formed.wml", ":6:14:", "quote"},
+        {"not-well-formed.wml", ":5:20:", "`</i>`"},
+        {"not-well-formed.wml", ":6:8:", "quotes"},
         {"undeclared-element.wml", ":4:4:", "did you mean `card`?"},
         {"undeclared-element.wml", ":8:6:", "did you mean `p`?"},
         {"undeclared-element.wml", ":9:6:", "`center`"},
         {"wrong-nesting.wml", ":5:5:", "text"},
-        {"wrong-nesting.wml", ":6:27:", "`a` may hold"},
+        {"wrong-nesting.wml", ":6:29:", "`a` may hold"},
         {"wrong-nesting.wml", ":10:6:", "`timer`"},
         {"bad-attribute.wml", ":4:20:", "`colour`"},
         {"bad-attribute.wml", ":5:", "`center`"},
         {"bad-attribute.wml", ":6:9:", "`alt`"},
-        {"bad-attribute.wml", ":7:25:", "did you mean `type`?"},
+        {"bad-attribute.wml", ":7:26:", "did you mean `type`?"},
         {"duplicate-id.wml", ":5:", "line 4"},
         {"wrong-encoding.wml", ":1:", "`latin 1`"},
-        {"entity-bomb.wml", ":13:22:", "&h;"},
+        {"entity-bomb.wml", ":13:23:", "`h`"},
     };
     const Outcome check = run("check broken/*.wml");
     EXPECT_EQ(check.status, 1);
