@@ -190,9 +190,8 @@ TEST_F(FileService, ManyDecksInOneFolderCostTimeInLineWithTheirNumber) {
         for (int i = 0; i < count; ++i) {
             const auto path = temp.path(folder + "/deck" + std::to_string(i));
             files.CreateTextFile(path, false, false);
-        }
-        for (int i = 0; i < count; ++i) {
-            EXPECT_TRUE(files.FileExists(temp.path(folder + "/DECK" + std::to_string(i))));
+            const auto otherCase = temp.path(folder + "/DECK" + std::to_string(i));
+            EXPECT_TRUE(files.FileExists(otherCase));
         }
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     };
