@@ -80,8 +80,7 @@ void Parser::closeAtEnd() {
             problem(ProblemKind::UnclosedElement, place(element.begin),
                     place(element.begin + 1 + top.nameLength), [&] {
                         const std::u16string_view name = m_tree.name(top.element);
-                        return quoted(name) + u" is never closed; write `</" +
-                               quoted(name).substr(1);
+                        return quoted(name) + u" is never closed; write " + quotedEndTag(name);
                     });
         }
         mark(top.element, Recovered);
@@ -250,7 +249,7 @@ Parser::At Parser::findClose(At at, std::u16string_view close) const {
 }
 
 Parser::Name Parser::readAnyName(At at) {
-    Name name{nameEnd(at), NameTable::none};
+    Name name{at, nameEnd(at), NameTable::none};
     name.id = m_tree.m_names.intern(between(at, name.end));
     if (name.id >= m_nameStates.size()) {
         if (name.id == NameTable::none && !m_namesFull) {

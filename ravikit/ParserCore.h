@@ -38,6 +38,7 @@ private:
     enum class Kind : std::uint8_t { Document, Replacement };
 
     struct Name {
+        At begin;
         At end;
         NameTable::Id id;
     };
@@ -92,11 +93,13 @@ private:
     At attribute(At at, Tag& tag);
     At value(At begin, At stop, char16_t quote, Id attribute);
     At endTag(At at);
+    At namedEndTag(At at, At name);
     void close(At end);
     void topElement(Id element);
     At tooDeep(const Tag& tag, At end);
 
     // ParserRecovery.cpp: what there is to do about tags that are not as they should be.
+    At namelessEndTag(At at);
     void mismatchedEndTag(At at, At end, const Name& name);
     void forgetClosedEarly();
     bool wasClosedEarly(NameTable::Id name);
@@ -158,7 +161,7 @@ private:
         if (name.length != 0) {
             const NameTable::Id id = m_tree.m_names.find(name.key);
             if (id != NameTable::none) {
-                return {at + name.length, id};
+                return {at, at + name.length, id};
             }
         }
         return readAnyName(at);

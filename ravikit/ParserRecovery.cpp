@@ -6,11 +6,6 @@
 namespace ravikit {
 namespace {
 
-/// The end tag of `name` as an author writes it, in backquotes.
-std::u16string endTagOf(std::u16string_view name) {
-    return quoted(u"</" + std::u16string(name) + u">");
-}
-
 bool sameButForCase(std::u16string_view a, std::u16string_view b) {
     const auto lower = [](char16_t c) {
         return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
@@ -23,7 +18,7 @@ bool sameButForCase(std::u16string_view a, std::u16string_view b) {
 
 // An end tag that does not end the innermost open element.
 void Parser::mismatchedEndTag(At at, At end, const Name& name) {
-    const std::u16string_view word = between(at + 2, name.end);
+    const std::u16string_view word = between(name.begin, name.end);
     if (m_nameStates[name.id].open > 0) {
         std::vector<NameTable::Id> early;
         while (m_open.back().name != name.id) {
@@ -39,8 +34,8 @@ void Parser::mismatchedEndTag(At at, At end, const Name& name) {
     }
     if (!atTop() && sameButForCase(m_tree.name(m_open.back().element), word)) {
         problem(ProblemKind::StrayEndTag, at, end, [&] {
-            return quoted(m_tree.name(m_open.back().element)) + u" is closed by " + endTagOf(word) +
-                   u"; capital and small letters differ";
+            return quoted(m_tree.name(m_open.back().element)) + u" is closed by " +
+                   quotedEndTag(word) + u"; capital and small letters differ";
         });
         mark(m_open.back().element, Recovered);
         close(end);
@@ -49,7 +44,7 @@ void Parser::mismatchedEndTag(At at, At end, const Name& name) {
     push(NodeKind::Junk, at, end);
     if (!wasClosedEarly(name.id)) {
         problem(ProblemKind::StrayEndTag, at, end, [&] {
-            return endTagOf(word) + u" ends nothing: no " + quoted(word) + u" is open here";
+            return quotedEndTag(word) + u" ends nothing: no " + quoted(word) + u" is open here";
         });
     }
 }
@@ -83,12 +78,34 @@ void Parser::closeTop(At at, std::u16string_view closer) {
     const std::uint32_t begin = node(top.element).begin;
     problem(ProblemKind::UnclosedElement, place(begin), place(begin + 1 + top.nameLength), [&] {
         const std::u16string_view name = m_tree.name(top.element);
-        return quoted(name) + u" opened on line " + decimal(lineOf(begin)) + u" is closed by " +
-               endTagOf(closer) + u" on line " + decimal(lineOf(offset(at))) + u"; write " +
-               endTagOf(name) + u" first";
+        const std::uint32_t opened = lineOf(begin);
+        const std::uint32_t closed = lineOf(offset(at));
+        return quoted(name) + (opened == closed ? u"" : u" opened on line " + decimal(opened)) +
+               u" is closed by " + quotedEndTag(closer) +
+               (opened == closed ? u"" : u" on line " + decimal(closed)) + u"; write " +
+               quotedEndTag(name) + u" first";
     });
     mark(top.element, Recovered);
     close(at);
+}
+
+// An end tag that does not begin with a name.
+Parser::At Parser::namelessEndTag(At at) {
+    At const name = skipBlanks(at + 2);
+    if (name != at + 2 && startsName(name)) {
+        problem(ProblemKind::BadTag, at, name, u"no blank may stand behind `</`");
+        return namedEndTag(at, name);
+    }
+    if (*name != u'>' || m_tooDeep > 0 || atTop()) {
+        return junk(at, ProblemKind::StrayEndTag, u"`</` begins an end tag, as in `</p>`");
+    }
+    const Id element = m_open.back().element;
+    problem(ProblemKind::StrayEndTag, at, name + 1, [&] {
+        return u"an end tag names its element; write " + quotedEndTag(m_tree.name(element));
+    });
+    mark(element, Recovered);
+    close(name + 1);
+    return name + 1;
 }
 
 // From behind the name in an end tag.
@@ -148,6 +165,7 @@ void Parser::missingBlank(At at, Tag& tag) {
         problem(ProblemKind::BadAttribute, at, at,
                 [&] { return u"a blank is missing ahead of " + quoted(between(at, nameEnd(at))); });
     }
+    tag.told = true;
 }
 
 void Parser::duplicateAttribute(Id attribute, Tag& tag) {

@@ -121,15 +121,17 @@ Parser::At Parser::endTag(At at) {
         close(end);
         return end;
     }
-    if (!startsName(name)) {
-        return junk(at, ProblemKind::StrayEndTag, u"an end tag names the element that it ends");
-    }
+    return startsName(name) ? namedEndTag(at, name) : namelessEndTag(at);
+}
+
+// An end tag of which `name` is the place of the name.
+Parser::At Parser::namedEndTag(At at, At name) {
     const Name read = readName(name);
     At const end = endOfEndTag(at, read.end);
     if (m_tooDeep > 0) {
         --m_tooDeep;
         push(NodeKind::Junk, at, end);
-    } else if (!atTop() && top.name == read.id) {
+    } else if (!atTop() && m_open.back().name == read.id) {
         close(end);
     } else {
         mismatchedEndTag(at, end, read);

@@ -25,6 +25,10 @@ std::u16string quoted(std::u16string_view text) {
     return out + u"`";
 }
 
+std::u16string quotedEndTag(std::u16string_view name) {
+    return quoted(u"</" + std::u16string(name) + u">");
+}
+
 std::u16string decimal(std::uint32_t number) {
     const std::string digits = std::to_string(number);
     return {digits.begin(), digits.end()};

@@ -11,6 +11,9 @@ namespace ravikit {
 /// lone surrogate as a question mark.
 std::u16string quoted(std::u16string_view text);
 
+/// The end tag of the element `name`, in backquotes.
+std::u16string quotedEndTag(std::u16string_view name);
+
 /// In decimal digits.
 std::u16string decimal(std::uint32_t number);
 
