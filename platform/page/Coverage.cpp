@@ -21,13 +21,18 @@ std::vector<Node*> nodesOf(Node& scope) {
 
 } // namespace
 
+bool isBlank(const Node& text) {
+    return text.text.find_first_not_of(u" \t\r\n\f") == std::u16string::npos;
+}
+
 bool takesFormat(const Node& text) {
     if (!text.isText() || text.text.empty() || text.parent == nullptr ||
-        holdsNoText(*text.parent) || isApartFromFlow(*text.parent)) {
+        isApartFromFlow(*text.parent)) {
         return false;
     }
-    const bool isBlank = text.text.find_first_not_of(u" \t\r\n\f") == std::u16string::npos;
-    return !isBlank || !isBlock(*text.parent) || !(endsLine(text.previous) || endsLine(text.next));
+    const bool isBetweenBlocks =
+        isBlock(*text.parent) && (endsLine(text.previous) || endsLine(text.next));
+    return !isBlank(text) || !(isBetweenBlocks || holdsNoText(*text.parent));
 }
 
 std::vector<Node*> isolateTexts(Dom& dom, const Span& span) {
@@ -49,7 +54,7 @@ std::vector<Node*> isolateTexts(Dom& dom, const Span& span) {
     return texts;
 }
 
-Coverage::Coverage(Node& scope, const std::unordered_set<const Node*>& chosen) {
+Coverage::Coverage(Node& scope, InlineStyle style, const std::unordered_set<const Node*>& chosen) {
     const std::vector<Node*> nodes = nodesOf(scope);
     // Backwards, children come before their parents.
     for (auto at = nodes.rbegin(); at != nodes.rend(); ++at) {
@@ -60,12 +65,14 @@ Coverage::Coverage(Node& scope, const std::unordered_set<const Node*>& chosen) {
         } else if (takesFormat(node)) {
             cover.other = true;
         }
+        cover.styled |= valueGivenBy(node, style).has_value();
         const Cover own = cover;
         if (&node != &scope) {
             Cover& around = m_covers[node.parent];
             around.chosen |= own.chosen;
             around.other |= own.other;
             around.block |= own.block || isBlock(node);
+            around.styled |= own.styled;
         }
     }
 }

@@ -9,9 +9,12 @@
 
 namespace tessaly::page {
 
-/// True for a text that a formatting command acts on: one that shows, in a place that holds text,
-/// and not the white space between blocks.
+/// True for a text that a formatting command acts on: one in the flow of the page, and not the
+/// white space between blocks or parts of a table.
 bool takesFormat(const Node& text);
+
+/// True for a text of white space alone.
+bool isBlank(const Node& text);
 
 /// Cuts the texts at the ends of `span`, and returns the texts in it that take a format, in
 /// document order.
@@ -24,9 +27,10 @@ public:
         bool chosen = false; ///< a chosen text
         bool other = false;  ///< a text that takes a format and is not chosen
         bool block = false;  ///< a block
+        bool styled = false; ///< an element that gives the style a value, or is one
     };
 
-    Coverage(Node& scope, const std::unordered_set<const Node*>& chosen);
+    Coverage(Node& scope, InlineStyle style, const std::unordered_set<const Node*>& chosen);
 
     /// All false for a node made since.
     Cover of(const Node& node) const;

@@ -13,7 +13,7 @@ bool holdsRawText(const Node& element);
 /// Shown on lines of its own, such as `p`; also the parts of a table.
 bool isBlock(const Node& element);
 
-/// May not hold text by itself, such as `tr` or `ul`.
+/// Holds other elements and no text of its own, such as `tr` or `ul`.
 bool holdsNoText(const Node& element);
 
 /// Its text is no part of the flow of the page, such as that of a `script` or of a `select`.

@@ -15,15 +15,15 @@ std::u16string toUtf16(std::string_view bytes) {
 }
 
 std::u16string nameOf(const GumboElement& element) {
-    if (element.tag != GUMBO_TAG_UNKNOWN) {
-        return toUtf16(gumbo_normalized_tagname(element.tag));
-    }
     GumboStringPiece name = element.original_tag;
     gumbo_tag_from_original_text(&name);
-    if (element.tag_namespace == GUMBO_NAMESPACE_SVG) {
+    if (element.tag_namespace == GUMBO_NAMESPACE_SVG && name.length > 0) {
         if (const char* const known = gumbo_normalize_svg_tagname(&name)) {
             return toUtf16(known);
         }
+    }
+    if (element.tag != GUMBO_TAG_UNKNOWN) {
+        return toUtf16(gumbo_normalized_tagname(element.tag));
     }
     std::u16string lower = toUtf16({name.data, name.length});
     for (char16_t& unit : lower) {

@@ -3,6 +3,8 @@
 #include "platform/page/Coverage.h"
 #include "platform/page/ElementKinds.h"
 
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace tessaly::page {
@@ -34,7 +36,9 @@ void pushDown(Dom& dom, Node& element, InlineStyle style, const Coverage& covera
             Node* const next = child->next;
             const Coverage::Cover cover = coverage.of(*child);
             const bool isMixed = cover.chosen && cover.other;
-            if (isMixed || (cover.other && holdsNoText(container))) {
+            const bool goesDeeper =
+                isMixed || (cover.other && child->isElement() && holdsNoText(container));
+            if (goesDeeper) {
                 if (!valueGivenBy(*child, style)) {
                     open.push_back(child);
                 }
@@ -55,7 +59,7 @@ void pushDown(Dom& dom, Node& element, InlineStyle style, const Coverage& covera
 
 void dropFromChosen(Dom& dom, Node& scope, InlineStyle style, int value,
                     const std::unordered_set<const Node*>& chosen) {
-    const Coverage coverage(scope, chosen);
+    const Coverage coverage(scope, style, chosen);
     std::vector<Node*> sources;
     for (Node* at = &scope; at != nullptr; at = following(*at, &scope)) {
         if (coverage.of(*at).chosen && at->isElement() && canDropStyle(*at, style) &&
@@ -116,7 +120,7 @@ void wrapRuns(Dom& dom, Node& container, InlineStyle style, int value, const Cov
     for (Node* child = container.first; child != nullptr;) {
         Node* const next = child->next;
         const Coverage::Cover cover = coverage.of(*child);
-        const bool isWrappable = !cover.other && !cover.block && !isBlock(*child);
+        const bool isWrappable = !cover.other && !cover.block && !cover.styled && !isBlock(*child);
         if (isWrappable && (cover.chosen || !run.empty())) {
             run.push_back(child);
             upToText = cover.chosen ? run.size() : upToText;
@@ -133,7 +137,7 @@ void wrapRuns(Dom& dom, Node& container, InlineStyle style, int value, const Cov
 
 void wrapChosen(Dom& dom, Node& scope, InlineStyle style, int value,
                 const std::unordered_set<const Node*>& chosen) {
-    const Coverage coverage(scope, chosen);
+    const Coverage coverage(scope, style, chosen);
     std::vector<Node*> open{&scope};
     while (!open.empty()) {
         Node& container = *open.back();
@@ -165,7 +169,12 @@ void toggleStyle(Dom& dom, InlineStyle style) {
     if (texts.empty()) {
         return;
     }
-    const bool isOnEverywhere = textsUnlike(1, style, scopeOf(texts, style), texts).empty();
+    // Blanks beside a word do not count against it.
+    std::vector<Node*> counted;
+    std::copy_if(texts.begin(), texts.end(), std::back_inserter(counted),
+                 [](const Node* text) { return !isBlank(*text); });
+    const std::vector<Node*>& judged = counted.empty() ? texts : counted;
+    const bool isOnEverywhere = textsUnlike(1, style, scopeOf(texts, style), judged).empty();
     giveValue(dom, style, isOnEverywhere ? 0 : 1, texts);
 }
 
