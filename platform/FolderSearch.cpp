@@ -64,7 +64,7 @@ constexpr std::chrono::milliseconds coarseStep(2000);
 
 /// Where reading is slow, an index read too early is used all the same for a little longer than
 /// the reading took. Otherwise making n entries one after the other would read n times n.
-constexpr std::chrono::milliseconds slowReading(1);
+constexpr std::chrono::microseconds slowReading(250);
 constexpr int youngFor = 20;
 
 /// The folders that were searched last: a path can lead through several that are written in
