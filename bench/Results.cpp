@@ -1,5 +1,7 @@
 #include "bench/Results.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -9,12 +11,17 @@
 
 namespace bench {
 
+Medians::Medians()
+    : ConsoleReporter(isatty(STDOUT_FILENO) == 1 ? OO_ColorTabular : OO_Tabular) {}
+
 void Medians::ReportRuns(const std::vector<Run>& runs) {
     ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
         if (run.run_type == Run::RT_Aggregate && run.aggregate_name == "median") {
+            const bool wallClock = run.run_name.time_type == "real_time";
+            const double time = wallClock ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
             m_seconds[run.run_name.function_name] =
-                run.GetAdjustedRealTime() / benchmark::GetTimeUnitMultiplier(run.time_unit);
+                time / benchmark::GetTimeUnitMultiplier(run.time_unit);
         }
     }
 }

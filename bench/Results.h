@@ -9,9 +9,11 @@
 
 namespace bench {
 
-/// Shows each measurement as it comes and keeps the medians, in seconds of wall-clock time.
+/// Shows each measurement as it comes and keeps the medians in seconds: of processor time, or of
+/// wall-clock time where the measurement asks for that.
 class Medians : public benchmark::ConsoleReporter {
 public:
+    Medians();
     void ReportRuns(const std::vector<Run>& runs) override;
 
     /// 0 if there is no such measurement: it was filtered out.
