@@ -18,15 +18,21 @@ constexpr char16_t border = u'\0';
 class AllText {
 public:
     explicit AllText(Node& root) {
-        for (Node* at = &root; at != nullptr; at = following(*at, &root)) {
-            if (m_lastBlock != blockAround(*at) || at->is(u"br")) {
-                m_lastBlock = blockAround(*at);
-                m_text += border;
+        Node* at = &root;
+        while (true) {
+            take(*at);
+            if (at->first != nullptr) {
+                at = at->first;
+                continue;
             }
-            if (at->isText() && !isApartFromFlow(*at->parent)) {
-                m_starts.emplace_back(m_text.size(), at);
-                m_text += at->text;
+            while (at != &root && at->next == nullptr) {
+                at = at->parent;
+                endLineAt(*at);
             }
+            if (at == &root) {
+                return;
+            }
+            at = at->next;
         }
     }
 
@@ -50,17 +56,22 @@ public:
     }
 
 private:
-    static const Node* blockAround(const Node& node) {
-        const Node* at = &node;
-        while (at->parent != nullptr && !isBlock(*at)) {
-            at = at->parent;
+    void take(Node& node) {
+        endLineAt(node);
+        if (node.isText() && !isApartFromFlow(*node.parent)) {
+            m_starts.emplace_back(m_text.size(), &node);
+            m_text += node.text;
         }
-        return at;
+    }
+
+    void endLineAt(const Node& node) {
+        if (isBlock(node) || node.is(u"br")) {
+            m_text += border;
+        }
     }
 
     std::u16string m_text;
     std::vector<std::pair<std::size_t, Node*>> m_starts;
-    const Node* m_lastBlock = nullptr;
 };
 
 } // namespace
