@@ -95,8 +95,9 @@ void DeclarationReader::skipDeclaration(std::size_t depth, std::uint32_t begin) 
 bool DeclarationReader::textDeclaration() {
     m_input.advance(5);
     bool found = false;
+    bool blank = false;
     for (const std::u16string_view name : {u"version", u"encoding"}) {
-        const bool blank = skipBlanks(false);
+        blank = skipBlanks(false) || blank;
         found = m_input.accept(name);
         if (!found) {
             continue;
@@ -110,6 +111,7 @@ bool DeclarationReader::textDeclaration() {
         if (!literal(name)) {
             return false;
         }
+        blank = false;
     }
     skipBlanks(false);
     if (!found || !m_input.accept(u"?>")) {
