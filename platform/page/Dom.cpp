@@ -74,6 +74,9 @@ void Dom::unlink(Node& node) {
 
 void Dom::retreat(const Node& root, bool withRoot, const Place& to) {
     const auto goes = [&](const Node& node) {
+        if (root.first == nullptr) {
+            return withRoot && &node == &root; // no need to climb from a deep place
+        }
         return isInside(node, root) && (withRoot || &node != &root);
     };
     if (m_object != nullptr && goes(*m_object)) {
