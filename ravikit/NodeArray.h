@@ -6,6 +6,10 @@
 #include <new>
 #include <utility>
 
+#if defined(__linux__)
+#include <sys/mman.h>
+#endif
+
 namespace ravikit {
 
 struct Node;
@@ -69,6 +73,23 @@ private:
         }
         m_data = static_cast<T*>(data);
         m_capacity = capacity;
+        askForLargePages();
+    }
+
+    // For a large array the time to get its memory page by page is a good part of all time.
+    void askForLargePages() {
+#if defined(__linux__)
+        constexpr std::uintptr_t large = std::uintptr_t{1} << 21;
+        const auto begin = reinterpret_cast<std::uintptr_t>(m_data) + large - 1;
+        const auto end = reinterpret_cast<std::uintptr_t>(m_data) + bytes();
+        const std::uintptr_t first = begin / large * large;
+        const std::uintptr_t behind = end / large * large;
+        if (first < behind) {
+            // It is but a wish: whether it is granted makes no difference here.
+            static_cast<void>(
+                madvise(reinterpret_cast<void*>(first), behind - first, MADV_HUGEPAGE));
+        }
+#endif
     }
 
     T* m_data = nullptr;

@@ -7,21 +7,29 @@ namespace ravikit {
 
 std::shared_ptr<const Tree> parse(std::u16string text, const Declarations* known,
                                   const Limits& limits) {
-    const auto tree = std::make_shared<Tree>();
-    Entities entities(known, limits);
-    Parser::parseDocument(*tree, std::move(text), entities, limits);
-    return tree;
+    return Parser::parseDocument(std::move(text), {}, known, limits);
 }
 
-void Parser::parseDocument(Tree& tree, std::u16string text, Entities& entities,
-                           const Limits& limits) {
-    tree.m_text = std::move(text);
-    Parser(tree, Kind::Document, entities, limits).run();
+std::shared_ptr<const Tree> parseInPlace(const std::u16string& text, const Declarations* known,
+                                         const Limits& limits) {
+    return Parser::parseDocument({}, text, known, limits);
+}
+
+std::shared_ptr<const Tree> Parser::parseDocument(std::u16string own, std::u16string_view borrowed,
+                                                  const Declarations* known, const Limits& limits) {
+    const auto tree = std::make_shared<Tree>();
+    tree->m_ownText = std::move(own);
+    tree->m_ownText.shrink_to_fit();
+    tree->m_text = borrowed.data() == nullptr ? tree->m_ownText : borrowed;
+    Entities entities(known, limits);
+    Parser(*tree, Kind::Document, entities, limits).run();
+    return tree;
 }
 
 std::uint64_t Parser::parseReplacement(Tree& tree, std::u16string text, Entities& entities,
                                        const Limits& limits) {
-    tree.m_text = std::move(text);
+    tree.m_ownText = std::move(text);
+    tree.m_text = tree.m_ownText;
     Parser parser(tree, Kind::Replacement, entities, limits);
     parser.run();
     return parser.m_expanded + tree.m_text.size();
@@ -55,15 +63,7 @@ void Parser::run() {
         }
         at = xmlDeclaration(at);
     }
-    while (at != m_end) {
-        if (*at == u'<') {
-            at = markup(at);
-        } else if (*at == u'&') {
-            at = reference(at);
-        } else {
-            at = text(at);
-        }
-    }
+    content(at);
     closeAtEnd();
     finish();
 }
@@ -98,22 +98,7 @@ void Parser::finish() {
         }
     }
     m_tree.m_nodes.shrink();
-    m_tree.m_text.shrink_to_fit();
     m_tree.m_problems.sort();
-}
-
-Parser::At Parser::markup(At at) {
-    const char16_t next = at[1];
-    if (next == u'/') {
-        return endTag(at);
-    }
-    if (startsName(at + 1)) {
-        return startTag(at);
-    }
-    if (next == u'!') {
-        return exclamation(at);
-    }
-    return next == u'?' ? instruction(at) : plainMark(at);
 }
 
 Parser::At Parser::exclamation(At at) {
@@ -130,60 +115,23 @@ Parser::At Parser::exclamation(At at) {
                 u"`<!` begins a comment as `<!--`, or a CDATA section as `<![CDATA[`");
 }
 
-Parser::At Parser::text(At at) {
-    At const begin = at;
-    if (isBlank(*at)) {
-        at = scan::skipManyBlanks(at, m_end);
-        if (at == m_end || *at == u'<' || *at == u'&') {
-            pushText(NodeKind::Blank, begin, at);
-            return at;
-        }
+// Where text stopped at neither markup nor a blank.
+Parser::At Parser::unusualText(At at) {
+    if (*at != u']') {
+        return character(at);
     }
-    return textRun(begin, at);
-}
-
-// Text from `begin` on, of which all before `at` has been looked at.
-Parser::At Parser::textRun(At begin, At at) {
-    for (;;) {
-        at = scan::find(at, m_end, scan::TextStop());
-        if (at == m_end || *at == u'<' || *at == u'&') {
-            break;
-        }
-        if (isBlank(*at)) {
-            at = scan::skipManyBlanks(at, m_end);
-        } else if (*at != u']') {
-            at = character(at);
-        } else {
-            if (at[1] == u']' && at[2] == u'>') {
-                problem(ProblemKind::BadCharacter, at, at + 3,
-                        u"`]]>` cannot stand in text; write `]]&gt;`");
-            }
-            ++at;
-        }
+    if (at[1] == u']' && at[2] == u'>') {
+        problem(ProblemKind::BadCharacter, at, at + 3,
+                u"`]]>` cannot stand in text; write `]]&gt;`");
     }
-    pushText(NodeKind::Text, begin, at);
-    if (outsideRoot()) {
-        outside(begin, at);
-    }
-    return at;
-}
-
-// Characters and blanks that follow on text belong to it: that happens behind a mark that is no
-// markup, and keeps a text full of those from filling the memory with nodes.
-void Parser::pushText(NodeKind kind, At begin, At end) {
-    const Id last = m_tree.m_nodes.size() - 1;
-    if (m_tree.kind(last) == NodeKind::Text && node(last).end == offset(begin)) {
-        node(last).end = offset(end);
-    } else {
-        push(kind, begin, end);
-    }
+    return at + 1;
 }
 
 // A < that begins nothing.
 Parser::At Parser::plainMark(At at) {
     problem(ProblemKind::BadTag, at, at + 1,
             u"`<` begins a tag; write `&lt;` for the character itself");
-    return textRun(at, at + 1);
+    return plainText(at);
 }
 
 // One unit that needs a closer look, and those like it behind it.
@@ -248,8 +196,12 @@ Parser::At Parser::findClose(At at, std::u16string_view close) const {
     }
 }
 
-Parser::Name Parser::readAnyName(At at) {
-    Name name{at, nameEnd(at), NameTable::none};
+// A name that has not come yet, or that is not short.
+Parser::Name Parser::readAnyName(At at, const scan::ShortName& word) {
+    Name name{at, at + word.length, NameTable::none};
+    if (word.length == 0) {
+        name.end = nameEnd(at);
+    }
     name.id = m_tree.m_names.intern(between(at, name.end));
     if (name.id >= m_nameStates.size()) {
         if (name.id == NameTable::none && !m_namesFull) {

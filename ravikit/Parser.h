@@ -23,4 +23,9 @@ struct Limits {
 std::shared_ptr<const Tree> parse(std::u16string text, const Declarations* known = nullptr,
                                   const Limits& limits = {});
 
+/// The same over a text that is not copied: it must outlive the tree, and must not change.
+std::shared_ptr<const Tree> parseInPlace(const std::u16string& text,
+                                         const Declarations* known = nullptr,
+                                         const Limits& limits = {});
+
 } // namespace ravikit

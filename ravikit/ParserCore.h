@@ -7,6 +7,7 @@
 #include "ravikit/Tree.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,9 +24,11 @@ namespace ravikit {
 /// it. The text is followed by a NUL, so that the unit at `m_end` may be looked at.
 class Parser {
 public:
-    /// Reads `text` as a document into the empty `tree`.
-    static void parseDocument(Tree& tree, std::u16string text, Entities& entities,
-                              const Limits& limits);
+    /// Reads a document: `borrowed`, or `own` if that is none.
+    static std::shared_ptr<const Tree> parseDocument(std::u16string own,
+                                                     std::u16string_view borrowed,
+                                                     const Declarations* known,
+                                                     const Limits& limits);
 
     /// Reads the replacement text of an entity into the empty `tree`; gives how many units it
     /// expands to.
@@ -73,44 +76,48 @@ private:
 
     Parser(Tree& tree, Kind kind, Entities& entities, const Limits& limits);
 
-    // Parser.cpp: the run.
+    // Parser.cpp: the run, and what is rare in text.
     void run();
-    void finish();
     void closeAtEnd();
-    At markup(At at);
+    void finish();
     At exclamation(At at);
-    At text(At at);
-    At textRun(At begin, At at);
-    void pushText(NodeKind kind, At begin, At end);
     At plainMark(At at);
+    At unusualText(At at);
     At character(At at);
     void characters(At begin, At end);
     void outside(At begin, At end);
 
-    // ParserTags.cpp: tags.
+    // ParserContent.cpp: text and tags that are as they should be.
+    void content(At at);
+    At markup(At at);
+    At text(At at);
+    At textEnd(At at);
+    At plainText(At at);
     At startTag(At at);
     At attributes(At at, Tag& tag);
     At attribute(At at, Tag& tag);
     At value(At begin, At stop, char16_t quote, Id attribute);
     At endTag(At at);
-    At namedEndTag(At at, At name);
-    void close(At end);
+
+    // ParserTags.cpp: elements and end tags that are not.
     void topElement(Id element);
     At tooDeep(const Tag& tag, At end);
-
-    // ParserRecovery.cpp: what there is to do about tags that are not as they should be.
+    At namedEndTag(At at, At name);
     At namelessEndTag(At at);
     void mismatchedEndTag(At at, At end, const Name& name);
     void forgetClosedEarly();
     bool wasClosedEarly(NameTable::Id name);
     void closeTop(At at, std::u16string_view closer);
     At endOfEndTag(At at, At nameEnd);
+
+    // ParserRecovery.cpp: start tags that are not.
     At junkInTag(At at, Tag& tag);
     void unclosedTag(At at, Tag& tag);
     void missingBlank(At at, Tag& tag);
     void duplicateAttribute(Id attribute, Tag& tag);
     At attributeWithoutValue(At end, Id attribute, Tag& tag);
     At valueWithoutQuotes(At at, Id attribute, Tag& tag);
+    At unusualValueEnd(At begin, At stop, Id attribute, Tag& tag, std::size_t problems);
     At quoteForgotten(At begin, At closing) const;
     At endOfOpenValue(At begin, At stop) const;
     At valueWithoutEnd(At begin, At end, Id attribute, Tag& tag, std::size_t problems);
@@ -164,9 +171,9 @@ private:
                 return {at, at + name.length, id};
             }
         }
-        return readAnyName(at);
+        return readAnyName(at, name);
     }
-    Name readAnyName(At at);
+    Name readAnyName(At at, const scan::ShortName& word);
     At nameEnd(At at) const;
 
     Id push(NodeKind kind, At begin, At end, NameTable::Id name = NameTable::none,
@@ -176,6 +183,16 @@ private:
                                     name & 0xFFFFFFU});
     }
     Node& node(Id id) { return m_tree.m_nodes[id]; }
+    void close(At end) {
+        const Open& top = m_open.back();
+        Node& element = node(top.element);
+        element.end = offset(end);
+        element.next = m_tree.m_nodes.size();
+        --m_nameStates[top.name].open;
+        m_open.pop_back();
+    }
+    /// Whether `next` may stand behind a closing quote.
+    static bool endsValue(char16_t next) { return next == u'>' || next == u'/' || isBlank(next); }
     void mark(Id id, NodeFlag flag) { node(id).flags = (node(id).flags | flag) & 0xFU; }
     static std::uint32_t recoveredIf(bool broken) { return broken ? std::uint32_t{Recovered} : 0; }
 

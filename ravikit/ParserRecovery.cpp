@@ -4,128 +4,6 @@
 #include <algorithm>
 
 namespace ravikit {
-namespace {
-
-bool sameButForCase(std::u16string_view a, std::u16string_view b) {
-    const auto lower = [](char16_t c) {
-        return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
-    };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [lower](char16_t x, char16_t y) { return lower(x) == lower(y); });
-}
-
-} // namespace
-
-// An end tag that does not end the innermost open element.
-void Parser::mismatchedEndTag(At at, At end, const Name& name) {
-    const std::u16string_view word = between(name.begin, name.end);
-    if (m_nameStates[name.id].open > 0) {
-        std::vector<NameTable::Id> early;
-        while (m_open.back().name != name.id) {
-            early.push_back(m_open.back().name);
-            closeTop(at, word);
-        }
-        close(end);
-        forgetClosedEarly();
-        for (const NameTable::Id inner : early) {
-            m_closedEarly.push_back({inner, m_open.size()});
-        }
-        return;
-    }
-    if (!atTop() && sameButForCase(m_tree.name(m_open.back().element), word)) {
-        problem(ProblemKind::StrayEndTag, at, end, [&] {
-            return quoted(m_tree.name(m_open.back().element)) + u" is closed by " +
-                   quotedEndTag(word) + u"; capital and small letters differ";
-        });
-        mark(m_open.back().element, Recovered);
-        close(end);
-        return;
-    }
-    push(NodeKind::Junk, at, end);
-    if (!wasClosedEarly(name.id)) {
-        problem(ProblemKind::StrayEndTag, at, end, [&] {
-            return quotedEndTag(word) + u" ends nothing: no " + quoted(word) + u" is open here";
-        });
-    }
-}
-
-// Drops what was closed early in surroundings that have ended since.
-void Parser::forgetClosedEarly() {
-    while (!m_closedEarly.empty() && m_closedEarly.back().depth > m_open.size()) {
-        m_closedEarly.pop_back();
-    }
-}
-
-// Whether an end tag of this name was already told of as missing where it should have stood.
-bool Parser::wasClosedEarly(NameTable::Id name) {
-    forgetClosedEarly();
-    constexpr std::ptrdiff_t farthest = 8;
-    const auto from =
-        m_closedEarly.end() - std::min(farthest, static_cast<std::ptrdiff_t>(m_closedEarly.size()));
-    const auto found = std::find_if(from, m_closedEarly.end(), [&](const ClosedEarly& early) {
-        return early.name == name && early.depth == m_open.size();
-    });
-    if (found == m_closedEarly.end()) {
-        return false;
-    }
-    m_closedEarly.erase(found);
-    return true;
-}
-
-// Ends the innermost open element at `at`, where the end tag of `closer` stands.
-void Parser::closeTop(At at, std::u16string_view closer) {
-    const Open& top = m_open.back();
-    const std::uint32_t begin = node(top.element).begin;
-    problem(ProblemKind::UnclosedElement, place(begin), place(begin + 1 + top.nameLength), [&] {
-        const std::u16string_view name = m_tree.name(top.element);
-        const std::uint32_t opened = lineOf(begin);
-        const std::uint32_t closed = lineOf(offset(at));
-        return quoted(name) + (opened == closed ? u"" : u" opened on line " + decimal(opened)) +
-               u" is closed by " + quotedEndTag(closer) +
-               (opened == closed ? u"" : u" on line " + decimal(closed)) + u"; write " +
-               quotedEndTag(name) + u" first";
-    });
-    mark(top.element, Recovered);
-    close(at);
-}
-
-// An end tag that does not begin with a name.
-Parser::At Parser::namelessEndTag(At at) {
-    At const name = skipBlanks(at + 2);
-    if (name != at + 2 && startsName(name)) {
-        problem(ProblemKind::BadTag, at, name, u"no blank may stand behind `</`");
-        return namedEndTag(at, name);
-    }
-    if (*name != u'>' || m_tooDeep > 0 || atTop()) {
-        return junk(at, ProblemKind::StrayEndTag, u"`</` begins an end tag, as in `</p>`");
-    }
-    const Id element = m_open.back().element;
-    problem(ProblemKind::StrayEndTag, at, name + 1, [&] {
-        return u"an end tag names its element; write " + quotedEndTag(m_tree.name(element));
-    });
-    mark(element, Recovered);
-    close(name + 1);
-    return name + 1;
-}
-
-// From behind the name in an end tag.
-Parser::At Parser::endOfEndTag(At at, At nameEnd) {
-    At end = skipBlanks(nameEnd);
-    if (*end == u'>') {
-        return end + 1;
-    }
-    At const extra = end;
-    while (end != m_end && *end != u'>' && *end != u'<') {
-        ++end;
-    }
-    problem(ProblemKind::BadTag, at, end, [&] {
-        const std::u16string_view tag = between(at, nameEnd);
-        return extra == end ? u"the end tag " + quoted(tag) + u" has no `>`"
-                            : u"the end tag " + quoted(tag) + u" can hold nothing but its name";
-    });
-    return end != m_end && *end == u'>' ? end + 1 : end;
-}
-
 // Something in a start tag that is no attribute.
 Parser::At Parser::junkInTag(At at, Tag& tag) {
     At end = at + 1;
@@ -212,14 +90,18 @@ Parser::At Parser::valueWithoutQuotes(At at, Id attribute, Tag& tag) {
     return end;
 }
 
+// A value that did not plainly end at `stop`.
+Parser::At Parser::unusualValueEnd(At begin, At stop, Id attribute, Tag& tag,
+                                   std::size_t problems) {
+    const bool closed = stop != m_end && *stop != u'<';
+    At const end = closed ? quoteForgotten(begin, stop) : endOfOpenValue(begin, stop);
+    return end == nullptr ? stop + 1 : valueWithoutEnd(begin, end, attribute, tag, problems);
+}
+
 // The quote at `closing` may open the next value rather than close this one, as in
 // <a href="one title="two">. Then this value ends ahead of that attribute's name, which is the
 // place given; none if the quote closes.
 Parser::At Parser::quoteForgotten(At begin, At closing) const {
-    const char16_t next = closing[1];
-    if (isBlank(next) || next == u'>' || next == u'/') {
-        return nullptr;
-    }
     constexpr std::ptrdiff_t longestName = 64;
     At const farthest = closing - begin > longestName ? closing - longestName : begin;
     At at = closing;

@@ -8,7 +8,7 @@ namespace ravikit {
 Parser::At Parser::reference(At at) {
     const Reference reference = readReference(at);
     if (reference.end == nullptr) {
-        return textRun(at, at + 1);
+        return plainText(at);
     }
     push(NodeKind::Reference, at, reference.end, reference.name);
     if (outsideRoot()) {

@@ -1,152 +1,21 @@
 #include "ravikit/ParserCore.h"
 #include "ravikit/Wording.h"
 
+#include <algorithm>
+
+// Elements and their end tags, as far as something is out of the ordinary.
 namespace ravikit {
+namespace {
 
-Parser::At Parser::startTag(At at) {
-    const Name name = readName(at + 1);
-    Tag tag{push(NodeKind::Element, at, at, name.id)};
-    ++m_tag;
-    At const end = attributes(name.end, tag);
-    if (m_open.size() > m_limits.depth) {
-        return tooDeep(tag, end);
-    }
-    Node& element = node(tag.element);
-    element.flags = tag.flags & 0xF;
-    if (outsideRoot()) {
-        topElement(tag.element);
-    }
-    if ((tag.flags & EmptyTag) != 0) {
-        element.end = offset(end);
-        element.next = m_tree.m_nodes.size();
-    } else {
-        m_open.push_back({tag.element, name.id, offset(name.end) - element.begin - 1});
-        ++m_nameStates[name.id].open;
-    }
-    return end;
+bool sameButForCase(std::u16string_view a, std::u16string_view b) {
+    const auto lower = [](char16_t c) {
+        return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c | 0x20) : c;
+    };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [lower](char16_t x, char16_t y) { return lower(x) == lower(y); });
 }
 
-Parser::At Parser::attributes(At at, Tag& tag) {
-    for (;;) {
-        At const begin = at;
-        at = skipBlanks(at);
-        if (*at == u'>') {
-            return at + 1;
-        }
-        if (*at == u'/' && at[1] == u'>') {
-            tag.flags |= EmptyTag;
-            return at + 2;
-        }
-        if (startsName(at)) {
-            if (at == begin) {
-                missingBlank(at, tag);
-            }
-            at = attribute(at, tag);
-        } else if (at == m_end || *at == u'<') {
-            unclosedTag(at, tag);
-            return at;
-        } else {
-            at = junkInTag(at, tag);
-        }
-    }
-}
-
-Parser::At Parser::attribute(At at, Tag& tag) {
-    const Name name = readName(at);
-    const Id attribute = push(NodeKind::Attribute, at, name.end, name.id);
-    NameState& state = m_nameStates[name.id];
-    if (state.lastTag == m_tag) {
-        duplicateAttribute(attribute, tag);
-    }
-    state.lastTag = m_tag;
-
-    at = skipBlanks(name.end);
-    if (*at != u'=') {
-        return attributeWithoutValue(name.end, attribute, tag);
-    }
-    at = skipBlanks(at + 1);
-    const char16_t quote = *at;
-    if (quote != u'"' && quote != u'\'') {
-        return valueWithoutQuotes(at, attribute, tag);
-    }
-    At const begin = at + 1;
-    const std::size_t problems = m_tree.m_problems.list().size();
-    at = value(begin, m_end, quote, attribute);
-    At const madeUp =
-        *at == quote && at != m_end ? quoteForgotten(begin, at) : endOfOpenValue(begin, at);
-    at = madeUp == nullptr ? at + 1 : valueWithoutEnd(begin, madeUp, attribute, tag, problems);
-    Node& done = node(attribute);
-    done.end = offset(at);
-    done.next = m_tree.m_nodes.size();
-    return at;
-}
-
-// A value from behind its quote on: gives the place of the closing quote. Without one that is the
-// place of a < that shows that the quote was forgotten, or `stop`.
-Parser::At Parser::value(At begin, At stop, char16_t quote, Id attribute) {
-    At at = begin;
-    At rawUntil = begin; // before it a < is meant as a character
-    for (;;) {
-        at = scan::find(at, stop, scan::ValueStop{quote});
-        if (at == stop || *at == quote) {
-            return at;
-        }
-        if (*at == u'&') {
-            at = valueReference(at, attribute);
-        } else if (*at == u'<') {
-            if (at >= rawUntil) {
-                rawUntil = closingQuoteNear(at, quote);
-                if (rawUntil == nullptr) {
-                    return at;
-                }
-                markInValue(at, attribute);
-            }
-            ++at;
-        } else if (isBlank(*at)) {
-            mark(attribute, HasReference);
-            ++at;
-        } else {
-            at = character(at);
-        }
-    }
-}
-
-Parser::At Parser::endTag(At at) {
-    At const name = at + 2;
-    const Open& top = m_open.back();
-    if (m_tooDeep == 0 && static_cast<std::size_t>(m_end - name) > top.nameLength &&
-        name[top.nameLength] == u'>' &&
-        scan::sameUnits(name, place(node(top.element).begin + 1), top.nameLength, m_end)) {
-        At const end = name + top.nameLength + 1;
-        close(end);
-        return end;
-    }
-    return startsName(name) ? namedEndTag(at, name) : namelessEndTag(at);
-}
-
-// An end tag of which `name` is the place of the name.
-Parser::At Parser::namedEndTag(At at, At name) {
-    const Name read = readName(name);
-    At const end = endOfEndTag(at, read.end);
-    if (m_tooDeep > 0) {
-        --m_tooDeep;
-        push(NodeKind::Junk, at, end);
-    } else if (!atTop() && m_open.back().name == read.id) {
-        close(end);
-    } else {
-        mismatchedEndTag(at, end, read);
-    }
-    return end;
-}
-
-void Parser::close(At end) {
-    const Open& top = m_open.back();
-    Node& element = node(top.element);
-    element.end = offset(end);
-    element.next = m_tree.m_nodes.size();
-    --m_nameStates[top.name].open;
-    m_open.pop_back();
-}
+} // namespace
 
 void Parser::topElement(Id element) {
     if (m_tree.m_documentElement == Tree::none) {
@@ -180,6 +49,131 @@ Parser::At Parser::tooDeep(const Tag& tag, At end) {
         ++m_tooDeep;
     }
     return end;
+}
+
+// An end tag of which `name` is the place of the name.
+Parser::At Parser::namedEndTag(At at, At name) {
+    const Name read = readName(name);
+    At const end = endOfEndTag(at, read.end);
+    if (m_tooDeep > 0) {
+        --m_tooDeep;
+        push(NodeKind::Junk, at, end);
+    } else if (!atTop() && m_open.back().name == read.id) {
+        close(end);
+    } else {
+        mismatchedEndTag(at, end, read);
+    }
+    return end;
+}
+
+// An end tag that does not end the innermost open element.
+void Parser::mismatchedEndTag(At at, At end, const Name& name) {
+    const std::u16string_view word = between(name.begin, name.end);
+    if (m_nameStates[name.id].open > 0) {
+        std::vector<NameTable::Id> early;
+        while (m_open.back().name != name.id) {
+            early.push_back(m_open.back().name);
+            closeTop(at, word);
+        }
+        close(end);
+        forgetClosedEarly();
+        for (const NameTable::Id inner : early) {
+            m_closedEarly.push_back({inner, m_open.size()});
+        }
+        return;
+    }
+    if (!atTop() && sameButForCase(m_tree.name(m_open.back().element), word)) {
+        problem(ProblemKind::StrayEndTag, at, end, [&] {
+            return quoted(m_tree.name(m_open.back().element)) + u" is closed by " +
+                   quotedEndTag(word) + u"; capital and small letters differ";
+        });
+        mark(m_open.back().element, Recovered);
+        close(end);
+        return;
+    }
+    push(NodeKind::Junk, at, end);
+    if (!wasClosedEarly(name.id)) {
+        problem(ProblemKind::StrayEndTag, at, end, [&] {
+            return quotedEndTag(word) + u" ends nothing: no " + quoted(word) + u" is open here";
+        });
+    }
+}
+
+// Drops what was closed early in surroundings that have ended since.
+void Parser::forgetClosedEarly() {
+    while (!m_closedEarly.empty() && m_closedEarly.back().depth > m_open.size()) {
+        m_closedEarly.pop_back();
+    }
+}
+
+// Whether an end tag of this name was already told of as missing where it should have stood.
+bool Parser::wasClosedEarly(NameTable::Id name) {
+    forgetClosedEarly();
+    constexpr std::ptrdiff_t farthest = 8;
+    const auto from =
+        m_closedEarly.end() - std::min(farthest, static_cast<std::ptrdiff_t>(m_closedEarly.size()));
+    const auto found = std::find_if(from, m_closedEarly.end(), [&](const ClosedEarly& early) {
+        return early.name == name && early.depth == m_open.size();
+    });
+    if (found == m_closedEarly.end()) {
+        return false;
+    }
+    m_closedEarly.erase(found);
+    return true;
+}
+
+// Ends the innermost open element at `at`, where the end tag of `closer` stands.
+void Parser::closeTop(At at, std::u16string_view closer) {
+    const Open& top = m_open.back();
+    const std::uint32_t begin = node(top.element).begin;
+    problem(ProblemKind::UnclosedElement, place(begin), place(begin + 1 + top.nameLength), [&] {
+        const std::u16string_view name = m_tree.name(top.element);
+        const std::uint32_t opened = lineOf(begin);
+        const std::uint32_t closed = lineOf(offset(at));
+        return quoted(name) + (opened == closed ? u"" : u" opened on line " + decimal(opened)) +
+               u" is closed by " + quotedEndTag(closer) +
+               (opened == closed ? u"" : u" on line " + decimal(closed)) + u"; write " +
+               quotedEndTag(name) + u" first";
+    });
+    mark(top.element, Recovered);
+    close(at);
+}
+
+// An end tag that does not begin with a name.
+Parser::At Parser::namelessEndTag(At at) {
+    At const name = skipBlanks(at + 2);
+    if (name != at + 2 && startsName(name)) {
+        problem(ProblemKind::BadTag, at, name, u"no blank may stand behind `</`");
+        return namedEndTag(at, name);
+    }
+    if (*name != u'>' || m_tooDeep > 0 || atTop()) {
+        return junk(at, ProblemKind::StrayEndTag, u"`</` begins an end tag, as in `</p>`");
+    }
+    const Id element = m_open.back().element;
+    problem(ProblemKind::StrayEndTag, at, name + 1, [&] {
+        return u"an end tag names its element; write " + quotedEndTag(m_tree.name(element));
+    });
+    mark(element, Recovered);
+    close(name + 1);
+    return name + 1;
+}
+
+// From behind the name in an end tag.
+Parser::At Parser::endOfEndTag(At at, At nameEnd) {
+    At end = skipBlanks(nameEnd);
+    if (*end == u'>') {
+        return end + 1;
+    }
+    At const extra = end;
+    while (end != m_end && *end != u'>' && *end != u'<') {
+        ++end;
+    }
+    problem(ProblemKind::BadTag, at, end, [&] {
+        const std::u16string_view tag = between(at, nameEnd);
+        return extra == end ? u"the end tag " + quoted(tag) + u" has no `>`"
+                            : u"the end tag " + quoted(tag) + u" can hold nothing but its name";
+    });
+    return end != m_end && *end == u'>' ? end + 1 : end;
 }
 
 } // namespace ravikit

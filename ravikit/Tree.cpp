@@ -159,7 +159,7 @@ std::u16string Tree::referenceText(Id reference) const {
 }
 
 std::size_t Tree::memoryUse() const {
-    std::size_t bytes = sizeof(Tree) + m_text.capacity() * sizeof(char16_t) + m_nodes.bytes() +
+    std::size_t bytes = sizeof(Tree) + m_ownText.capacity() * sizeof(char16_t) + m_nodes.bytes() +
                         m_names.memoryUse() + m_problems.list().capacity() * sizeof(Problem);
     for (const Problem& problem : m_problems.list()) {
         bytes += problem.reason.capacity() * sizeof(char16_t);

@@ -139,13 +139,14 @@ public:
     /// What the DOCTYPE's internal subset declares; none if there is no such subset.
     const Declarations* internalSubset() const { return m_declarations.get(); }
 
-    /// Memory that the tree holds on to, its text included, in bytes.
+    /// Memory that the tree holds on to in bytes, its text included if it is its own.
     std::size_t memoryUse() const;
 
 private:
     friend class Parser;
 
-    std::u16string m_text;
+    std::u16string m_ownText; // empty if the text is another's
+    std::u16string_view m_text;
     NodeArray m_nodes;
     NameTable m_names;
     Problems m_problems;
