@@ -1,9 +1,9 @@
 #include "apps/cli/Printer.h"
 
+#include "platform/TerminalText.h"
 #include "platform/TextCodec.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <ostream>
 
 namespace cli {
@@ -11,7 +11,6 @@ namespace cli {
 namespace {
 
 constexpr std::size_t snippetUnits = 96;
-constexpr char replacement[] = "\xEF\xBF\xBD";
 
 const char* code(Style style) {
     switch (style) {
@@ -29,10 +28,6 @@ const char* code(Style style) {
     return "";
 }
 
-bool isLowSurrogate(char16_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 /// How many cells of the terminal `text` fills, roughly: wide scripts take two.
 std::size_t cells(std::u16string_view text) {
     std::size_t count = 0;
@@ -43,7 +38,7 @@ std::size_t cells(std::u16string_view text) {
             (unit >= 0xAC00 && unit <= 0xD7A3) || (unit >= 0xF900 && unit <= 0xFAFF) ||
             (unit >= 0xFF00 && unit <= 0xFF60) || (unit >= 0xD83C && unit <= 0xD83E);
         const std::size_t width = wide ? 2 : 1;
-        count += combining || isLowSurrogate(unit) ? 0 : width;
+        count += combining || tessaly::isLowSurrogate(unit) ? 0 : width;
     }
     return count;
 }
@@ -55,21 +50,16 @@ std::string utf8(std::u16string_view text) {
 }
 
 std::string harmless(std::string_view text) {
-    std::string safe;
-    safe.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        const bool c0 = (byte < 0x20 && byte != '\n' && byte != '\t') || byte == 0x7F;
-        const bool c1 =
-            byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-        if (c0 || c1) {
-            safe += replacement;
-            i += c1 ? 1 : 0;
-        } else {
-            safe += text[i];
+    std::u16string lines = tessaly::decodeText(text);
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        const bool lineEnd = lines[i] == u'\r' && i + 1 < lines.size() && lines[i + 1] == u'\n';
+        if (!lineEnd) {
+            lines[kept++] = lines[i];
         }
     }
-    return safe;
+    lines.resize(kept);
+    return tessaly::terminalText(lines);
 }
 
 std::string Printer::styled(Style style, std::string_view text) const {
@@ -86,7 +76,7 @@ void Printer::snippet(const std::u16string& line, std::size_t column) const {
     const std::size_t at = std::min(column > 0 ? column - 1 : 0, shown.size());
     std::size_t first =
         at > snippetUnits / 2 && shown.size() > snippetUnits ? at - snippetUnits / 2 : 0;
-    if (first < shown.size() && isLowSurrogate(shown[first])) {
+    if (first < shown.size() && tessaly::isLowSurrogate(shown[first])) {
         ++first;
     }
     const std::u16string before = (first > 0 ? u"…" : u"") + shown.substr(first, at - first);

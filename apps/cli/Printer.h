@@ -37,7 +37,8 @@ private:
 /// UTF-8 for printing.
 std::string utf8(std::u16string_view text);
 
-/// `text` with control characters, save the line feed and the tab, shown as U+FFFD.
+/// `text` (UTF-8) with control characters, save the line feed and the tab, shown as U+FFFD, and a
+/// line end of CR LF as a line feed.
 std::string harmless(std::string_view text);
 
 } // namespace cli
