@@ -7,7 +7,8 @@ namespace ravikit {
 
 /// The character classes of XML 1.0, fifth edition.
 constexpr bool isBlank(char32_t c) {
-    return c == 0x20 || c == 0x9 || c == 0xA || c == 0xD;
+    constexpr std::uint64_t blanks = 1ULL << 0x20 | 1ULL << 0x9 | 1ULL << 0xA | 1ULL << 0xD;
+    return c <= 0x20 && (blanks >> c & 1) != 0;
 }
 
 constexpr bool isChar(char32_t c) {
@@ -17,7 +18,7 @@ constexpr bool isChar(char32_t c) {
 
 constexpr bool isNameStart(char32_t c) {
     if (c < 0x80) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':';
+        return ((c | 0x20) >= 'a' && (c | 0x20) <= 'z') || c == '_' || c == ':';
     }
     return (c >= 0xC0 && c <= 0x2FF && c != 0xD7 && c != 0xF7) ||
            (c >= 0x370 && c <= 0x1FFF && c != 0x37E) || (c >= 0x200C && c <= 0x200D) ||
