@@ -5,6 +5,7 @@
 #include "ravikit/component/Objects.h"
 #include "ravikit/component/ParseErrorObject.h"
 
+#include <optional>
 #include <utility>
 
 namespace tessaly {
@@ -41,7 +42,7 @@ public:
     std::shared_ptr<ParseError> lastError() override { return m_lastError; }
 
     bool isValidText(const std::u16string& text) override {
-        const auto tree = ravikit::parse(text, &m_dtd->declarations());
+        const auto tree = ravikit::parseInPlace(text, &m_dtd->declarations());
         Problems problems = tree->problems();
         m_dtd->judge(*tree, problems);
         return problems.empty() || refuse(text, std::move(problems));
@@ -49,14 +50,19 @@ public:
 
 private:
     bool toPlain(std::u16string& text, bool strict) {
-        const auto tree = ravikit::parse(text, &m_dtd->declarations());
         Problems problems;
-        auto page = ravikit::cardHtml(*tree, strict, problems);
+        auto page = pageOf(text, strict, problems);
         if (!page) {
             return refuse(text, std::move(problems));
         }
         text = std::move(*page);
         return true;
+    }
+
+    std::optional<std::u16string> pageOf(const std::u16string& text, bool strict,
+                                         Problems& problems) const {
+        const auto tree = ravikit::parseInPlace(text, &m_dtd->declarations());
+        return ravikit::cardHtml(*tree, strict, problems);
     }
 
     /// A page keeps what the author wrote in it only if it comes back whole. As long as that isn't
