@@ -2,6 +2,8 @@
 
 #include "platform/page/ElementKinds.h"
 
+#include <algorithm>
+
 namespace tessaly::page {
 
 namespace {
@@ -10,12 +12,13 @@ bool endsLine(const Node* neighbour) {
     return neighbour == nullptr || isBlock(*neighbour);
 }
 
-/// In document order, `scope` first.
-std::vector<Node*> nodesOf(Node& scope) {
+/// Children come before their parents, `scope` last.
+std::vector<Node*> nodesBackwards(Node& scope) {
     std::vector<Node*> nodes;
     for (Node* at = &scope; at != nullptr; at = following(*at, &scope)) {
         nodes.push_back(at);
     }
+    std::reverse(nodes.begin(), nodes.end());
     return nodes;
 }
 
@@ -55,10 +58,8 @@ std::vector<Node*> isolateTexts(Dom& dom, const Span& span) {
 }
 
 Coverage::Coverage(Node& scope, InlineStyle style, const std::unordered_set<const Node*>& chosen) {
-    const std::vector<Node*> nodes = nodesOf(scope);
-    // Backwards, children come before their parents.
-    for (auto at = nodes.rbegin(); at != nodes.rend(); ++at) {
-        const Node& node = **at;
+    for (const Node* at : nodesBackwards(scope)) {
+        const Node& node = *at;
         Cover& cover = m_covers[&node];
         if (chosen.count(&node) > 0) {
             cover.chosen = true;

@@ -71,6 +71,9 @@ public:
     /// worth it. Invalidates pointers to nodes that are in no tree and not pinned.
     void collect();
 
+    /// How many nodes there are, in whatever tree.
+    std::size_t size() const { return m_nodes.size(); }
+
 private:
     Node& make(NodeKind kind, std::u16string_view text);
     void unlink(Node& node);

@@ -23,7 +23,6 @@ std::u16string PageTextRange::text() {
 
 void PageTextRange::pasteHTML(const std::u16string& html) {
     paste(*m_page.dom, m_span, html);
-    m_page.dom->collect();
 }
 
 std::shared_ptr<IHTMLElement> PageTextRange::parentElement() {

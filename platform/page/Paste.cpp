@@ -156,6 +156,7 @@ void paste(Dom& dom, Span& range, const std::u16string& html) {
         dom.select(range);
     }
     dom.remove(anchor);
+    dom.collect();
 }
 
 } // namespace tessaly::page

@@ -98,51 +98,64 @@ void joinWithNeighbours(Dom& dom, Node& element) {
     }
 }
 
-/// Wraps the children of `container` that hold chosen texts only, each run in one element, and
-/// puts those that hold others too into `open`.
-void wrapRuns(Dom& dom, Node& container, InlineStyle style, int value, const Coverage& coverage,
-              std::vector<Node*>& open) {
-    std::vector<Node*> run;
-    std::size_t upToText = 0;
-    const auto endRun = [&] {
-        if (upToText > 0) {
-            if (Node* const carrier = newCarrier(dom, style, value)) {
-                dom.put(*carrier, container, run.front());
-                for (std::size_t i = 0; i < upToText; ++i) {
-                    dom.put(*run[i], *carrier, nullptr);
-                }
-                joinWithNeighbours(dom, *carrier);
-            }
-        }
-        run.clear();
-        upToText = 0;
-    };
-    for (Node* child = container.first; child != nullptr;) {
-        Node* const next = child->next;
+/// Children of one element side by side that are to be wrapped together.
+struct Run {
+    Node* first = nullptr;
+    /// The last that holds text: what stands behind it is left outside.
+    Node* last = nullptr;
+};
+
+/// The runs among the children of `container` that hold chosen texts only. Children that hold
+/// other texts too go into `open`.
+std::vector<Run> runsIn(const Node& container, const Coverage& coverage, std::vector<Node*>& open) {
+    std::vector<Run> runs;
+    bool isRunning = false;
+    for (Node* child = container.first; child != nullptr; child = child->next) {
         const Coverage::Cover cover = coverage.of(*child);
         const bool isWrappable = !cover.other && !cover.block && !cover.styled && !isBlock(*child);
-        if (isWrappable && (cover.chosen || !run.empty())) {
-            run.push_back(child);
-            upToText = cover.chosen ? run.size() : upToText;
-        } else {
-            endRun();
+        if (isWrappable && cover.chosen) {
+            if (!isRunning) {
+                runs.push_back({child, child});
+            }
+            runs.back().last = child;
+            isRunning = true;
+        } else if (!isWrappable) {
+            isRunning = false;
             if (cover.chosen) {
                 open.push_back(child);
             }
         }
-        child = next;
     }
-    endRun();
+    return runs;
+}
+
+void wrap(Dom& dom, const Run& run, Node& carrier) {
+    dom.put(carrier, *run.first->parent, run.first);
+    const Node* const behind = run.last->next;
+    while (carrier.next != behind) {
+        dom.put(*carrier.next, carrier, nullptr);
+    }
 }
 
 void wrapChosen(Dom& dom, Node& scope, InlineStyle style, int value,
                 const std::unordered_set<const Node*>& chosen) {
     const Coverage coverage(scope, style, chosen);
+    std::vector<Node*> carriers;
     std::vector<Node*> open{&scope};
     while (!open.empty()) {
-        Node& container = *open.back();
+        const Node& container = *open.back();
         open.pop_back();
-        wrapRuns(dom, container, style, value, coverage, open);
+        for (const Run& run : runsIn(container, coverage, open)) {
+            if (Node* const carrier = newCarrier(dom, style, value)) {
+                wrap(dom, run, *carrier);
+                carriers.push_back(carrier);
+            }
+        }
+    }
+    for (Node* carrier : carriers) { // only now, since joining moves what was still open
+        if (carrier->parent != nullptr) {
+            joinWithNeighbours(dom, *carrier);
+        }
     }
 }
 
@@ -153,6 +166,7 @@ void giveValue(Dom& dom, InlineStyle style, int value, const std::vector<Node*>&
     wrapChosen(dom, scope, style, value, textsUnlike(value, style, scope, texts));
     dom.select({Place::inText(*texts.front(), 0),
                 Place::inText(*texts.back(), texts.back()->text.size())});
+    dom.collect();
 }
 
 } // namespace

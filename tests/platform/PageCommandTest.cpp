@@ -1,13 +1,8 @@
 #include "platform/page/HeadlessPage.h"
-#include "platform/page/PageParser.h"
-#include "platform/page/PageWriter.h"
-#include "platform/page/RenderedText.h"
-#include "platform/page/StyleCommand.h"
 #include "util/Failure.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <vector>
 
 using namespace tessaly;
@@ -120,97 +115,4 @@ TEST(PageCommand, WithoutTextToActOnChangesNothing) {
     page->selectObject(page->getElementsByTagName(u"img")->item(0));
     EXPECT_FALSE(page->execCommand(u"Italic"));
     EXPECT_EQ(page->body()->innerHTML(), html);
-}
-
-namespace {
-
-/// Every character of the page that shows, and whether it is bold, found the slow way.
-std::vector<std::pair<char16_t, bool>> lettersOf(const page::Dom& dom) {
-    std::vector<std::pair<char16_t, bool>> letters;
-    for (const page::Node* at = &dom.root(); at != nullptr; at = page::following(*at)) {
-        bool isBold = false;
-        for (const page::Node* up = at->parent; at->isText() && up != nullptr; up = up->parent) {
-            const std::u16string* const style = page::findAttribute(*up, u"style");
-            isBold = up->is(u"b") || up->is(u"strong") || up->is(u"h2") ||
-                     (style != nullptr && style->ends_with(u"bold"));
-            if (isBold || style != nullptr) {
-                break;
-            }
-        }
-        for (const char16_t unit : at->isText() ? at->text : std::u16string()) {
-            if (unit != u' ') {
-                letters.emplace_back(unit, isBold);
-            }
-        }
-    }
-    return letters;
-}
-
-} // namespace
-
-// Whatever the page and the selection: the selected letters get the one value, the others keep
-// theirs, and no letter is lost.
-TEST(PageCommand, BoldChangesTheSelectedLettersAlone) {
-    constexpr std::u16string_view pieces[] = {u"<b>",
-                                              u"</b>",
-                                              u"<i>",
-                                              u"</i>",
-                                              u"<p>",
-                                              u"</p>",
-                                              u"<strong>",
-                                              u"</strong>",
-                                              u"<div>",
-                                              u"</div>",
-                                              u"ab ",
-                                              u" c",
-                                              u"<h2>",
-                                              u"</h2>",
-                                              u"<br>",
-                                              u"d",
-                                              u"<ul>",
-                                              u"<li>",
-                                              u"</ul>",
-                                              u"<table><tr><td>",
-                                              u"</table>",
-                                              u"<span style='font-weight: bold'>",
-                                              u"<span style='font-weight: normal'>",
-                                              u"</span>"};
-    std::mt19937 random(20);
-    const auto below = [&random](std::size_t end) { return random() % end; };
-    for (int round = 0; round < 3000; ++round) {
-        std::u16string html;
-        for (std::size_t i = below(24); i > 0; --i) {
-            html += pieces[below(std::size(pieces))];
-        }
-        page::Dom dom;
-        dom.root(page::parsePage(dom, html + u"e"));
-        std::vector<page::Place> places;
-        for (page::Node* at = dom.body(); at != nullptr; at = page::following(*at)) {
-            for (std::size_t i = 0; at->isText() && i <= at->text.size(); ++i) {
-                places.push_back(page::Place::inText(*at, i));
-            }
-        }
-        const std::size_t from = below(places.size());
-        dom.select({places[from], places[from + below(places.size() - from)]});
-        const std::u16string before = page::outerHtml(*dom.body(), page::Writing::Modern);
-        const auto lettersIn = [](const page::Span& span) {
-            std::u16string letters = page::renderedText(span);
-            std::erase_if(letters, [](char16_t unit) { return unit < u'a'; });
-            return letters;
-        };
-        const std::u16string chosen = lettersIn(dom.selectedSpan());
-        const std::size_t start =
-            lettersIn({page::Place::atStartOf(*dom.body()), dom.selectedSpan().start}).size();
-        auto letters = lettersOf(dom);
-        bool wasAllBold = true;
-        for (std::size_t i = start; i < start + chosen.size(); ++i) {
-            wasAllBold = wasAllBold && letters[i].second;
-        }
-        for (std::size_t i = start; i < start + chosen.size(); ++i) {
-            letters[i].second = !wasAllBold;
-        }
-        page::toggleStyle(dom, page::InlineStyle::Bold);
-        ASSERT_EQ(lettersOf(dom), letters) << testing::PrintToString(before);
-        ASSERT_EQ(lettersIn(dom.selectedSpan()), chosen);
-    }
 }
