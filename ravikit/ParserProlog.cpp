@@ -57,23 +57,28 @@ Parser::At Parser::xmlDeclaration(At at) {
     m_standalone = standalone == u"yes";
 
     std::u16string reason;
+    std::u16string_view wrong = between(at, end);
     if (!version) {
         reason = u"the XML declaration must begin as `<?xml version=\"1.0\"`";
     } else if (!isVersion(*version)) {
+        wrong = *version;
         reason = quoted(*version) + u" is no version of XML; write `version=\"1.0\"`";
     } else if (encoding && !isEncoding(*encoding)) {
+        wrong = *encoding;
         reason = quoted(*encoding) + u" cannot be the name of an encoding; one is `UTF-8`";
     } else if (standalone && standalone != u"yes" && standalone != u"no") {
+        wrong = *standalone;
         reason = u"`standalone` is `yes` or `no`, not " + quoted(*standalone);
     } else if (p != bodyEnd) {
-        reason = quoted(between(p, bodyEnd)) +
+        wrong = between(p, bodyEnd);
+        reason = quoted(wrong) +
                  u" cannot stand in the XML declaration, which holds `version`, then `encoding`, "
                  u"then `standalone`";
     } else if (!closedWell) {
         reason = u"the XML declaration must end with `?>`";
     }
     if (!reason.empty()) {
-        problem(ProblemKind::BadXmlDeclaration, at, end, reason);
+        problem(ProblemKind::BadXmlDeclaration, wrong.data(), wrong.data() + wrong.size(), reason);
     }
     push(NodeKind::XmlDeclaration, at, end, NameTable::none, recoveredIf(!reason.empty()));
     return end;

@@ -97,7 +97,7 @@ TEST_F(Command, NamesEachFaultOfTheBrokenDecksAtItsPlace) {
         {"bad-attribute.wml", ":6:9:", "`alt`"},
         {"bad-attribute.wml", ":7:26:", "did you mean `type`?"},
         {"duplicate-id.wml", ":5:", "line 4"},
-        {"wrong-encoding.wml", ":1:", "`latin 1`"},
+        {"wrong-encoding.wml", ":1:31:", "`latin 1`"},
         {"entity-bomb.wml", ":13:23:", "`h`"},
     };
     const Outcome check = run("check broken/*.wml");
