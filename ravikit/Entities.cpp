@@ -149,9 +149,10 @@ void Entities::readValue(Expansion& expansion, const EntityDeclaration& declarat
 void Entities::readValueReference(Expansion& expansion, std::u16string_view reference) {
     const std::u16string_view name = reference.substr(1, reference.size() - 2);
     std::u16string& text = expansion.entity.attributeText;
-    if (reference.back() != u';' || name.empty()) {
+    const bool isCharacter = !name.empty() && name[0] == u'#';
+    if (reference.back() != u';' || (!isCharacter && !isName(name))) {
         fail(expansion, ProblemKind::BadReference, u"`&` starts a reference", true);
-    } else if (name[0] == u'#') {
+    } else if (isCharacter) {
         const auto number = characterNumber(name.substr(1));
         if (number && isChar(*number)) {
             appendCodePoint(text, *number);
@@ -159,8 +160,6 @@ void Entities::readValueReference(Expansion& expansion, std::u16string_view refe
             fail(expansion, ProblemKind::BadReference,
                  quoted(reference) + u" is no character of XML", true);
         }
-    } else if (!isName(name)) {
-        fail(expansion, ProblemKind::BadReference, u"`&` starts a reference", true);
     } else if (const char16_t c = predefinedEntity(name); c != 0) {
         text.push_back(c);
     } else {

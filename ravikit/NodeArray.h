@@ -79,15 +79,13 @@ private:
     // For a large array the time to get its memory page by page is a good part of all time.
     void askForLargePages() {
 #if defined(__linux__)
-        constexpr std::uintptr_t large = std::uintptr_t{1} << 21;
-        const auto begin = reinterpret_cast<std::uintptr_t>(m_data) + large - 1;
-        const auto end = reinterpret_cast<std::uintptr_t>(m_data) + bytes();
-        const std::uintptr_t first = begin / large * large;
-        const std::uintptr_t behind = end / large * large;
-        if (first < behind) {
+        constexpr std::size_t large = std::size_t{1} << 21;
+        const std::size_t ahead =
+            (large - reinterpret_cast<std::uintptr_t>(m_data) % large) % large;
+        if (bytes() >= ahead + large) {
             // It is but a wish: whether it is granted makes no difference here.
-            static_cast<void>(
-                madvise(reinterpret_cast<void*>(first), behind - first, MADV_HUGEPAGE));
+            static_cast<void>(madvise(reinterpret_cast<char*>(m_data) + ahead,
+                                      (bytes() - ahead) / large * large, MADV_HUGEPAGE));
         }
 #endif
     }
