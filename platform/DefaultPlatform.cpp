@@ -1,6 +1,6 @@
 #include "platform/DefaultPlatform.h"
 
-#include "platform/EmbeddedPictures.h"
+#include "format/ComponentPictures.h"
 #include "platform/LocalDate.h"
 #include "platform/PathName.h"
 #include "platform/PosixFileSystem.h"
@@ -27,7 +27,7 @@ constexpr std::size_t pixelsPerCharacter = 8;
 DefaultPlatform::DefaultPlatform()
     : m_dialogs(STDIN_FILENO, STDERR_FILENO)
     , m_loop(std::make_shared<MessageLoop>())
-    , m_pictures(std::make_shared<EmbeddedPictures>()) {}
+    , m_pictures(componentPictures()) {}
 
 std::shared_ptr<IXMLDOMDocument2> DefaultPlatform::newDOMDocument() {
     return makeEmptyDOMDocument();

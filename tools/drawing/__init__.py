@@ -1,0 +1,1 @@
+"""What draw_pictures.py draws with."""
