@@ -1,0 +1,50 @@
+#include "ravikit/convert/Convert.h"
+
+#include "ravikit/Parser.h"
+#include "ravikit/Wording.h"
+#include "ravikit/convert/Merger.h"
+#include "ravikit/convert/PageTree.h"
+#include "ravikit/convert/PageWriter.h"
+
+namespace ravikit {
+
+bool markupToPlain(std::u16string& text, bool strict, const Declarations* known,
+                   Problems& problems) {
+    const auto tree = parse(text, known);
+    const Tree::Id root = tree->documentElement();
+    const std::u16string_view name = root == Tree::none ? std::u16string_view() : tree->name(root);
+    if (strict) {
+        const std::size_t before = problems.list().size();
+        for (const Problem& problem : tree->problems().list()) {
+            if (name != u"card" || problem.kind != ProblemKind::UnknownEntity) {
+                problems.add(problem.kind, problem.begin, problem.end, problem.reason);
+            }
+        }
+        if (problems.list().size() == before && name != u"wml" && name != u"card") {
+            const Node& element = (*tree)[root];
+            problems.add(ProblemKind::NotConvertible, element.begin, element.end,
+                         quoted(name) + u" is neither a deck, `wml`, nor a card, `card`");
+        }
+        if (problems.list().size() != before) {
+            return false;
+        }
+    }
+    text = writePage(*tree);
+    return true;
+}
+
+bool plainToMarkup(std::u16string& page, bool strict, const Declarations* known,
+                   Problems& problems) {
+    PageTree tree;
+    if (!readLiterally(page, tree) && !readAsBrowser(page, tree, problems)) {
+        return false;
+    }
+    std::u16string markup;
+    if (!mergePage(tree, strict, known, markup, problems)) {
+        return false;
+    }
+    page = std::move(markup);
+    return true;
+}
+
+} // namespace ravikit

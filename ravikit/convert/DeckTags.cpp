@@ -1,0 +1,170 @@
+#include "ravikit/Chars.h"
+#include "ravikit/convert/DeckWriter.h"
+
+#include <algorithm>
+
+namespace ravikit {
+
+namespace {
+
+std::u16string asAttribute(const AttributeChange& change) {
+    std::u16string text = change.name + u"=\"";
+    appendCharacters(text, change.value, true);
+    return text + u'"';
+}
+
+/// The line end and the blanks that `at` stands behind, if there is nothing else on its line.
+std::u16string_view indentBefore(std::u16string_view text, std::size_t at) {
+    std::size_t begin = at;
+    while (begin > 0 && (text[begin - 1] == u' ' || text[begin - 1] == u'\t')) {
+        --begin;
+    }
+    if (begin == 0 || (text[begin - 1] != u'\n' && text[begin - 1] != u'\r')) {
+        return {};
+    }
+    while (begin > 0 && text[begin - 1] == u'\n') {
+        --begin;
+        break;
+    }
+    while (begin > 0 && text[begin - 1] == u'\r') {
+        --begin;
+    }
+    return text.substr(begin, at - begin);
+}
+
+} // namespace
+
+bool appendCharacters(std::u16string& out, std::u16string_view text, bool isValue) {
+    bool isWhole = true;
+    for (std::size_t at = 0; at < text.size();) {
+        const char32_t c = codePointAt(text, at);
+        const std::size_t units = unitsOf(c);
+        switch (c) {
+        case u'&':
+            out += u"&amp;";
+            break;
+        case u'<':
+            out += u"&lt;";
+            break;
+        case u'>':
+            out += u"&gt;";
+            break;
+        case u'"':
+            out += isValue ? u"&quot;" : u"\"";
+            break;
+        case u'\u00A0':
+            out += u"&#160;";
+            break;
+        default:
+            if (isChar(c)) {
+                out += text.substr(at, units);
+            } else {
+                isWhole = false;
+                if (c >= 0xD800) {
+                    out += u'\uFFFD';
+                }
+            }
+        }
+        at += units;
+    }
+    return isWhole;
+}
+
+std::u16string DeckWriter::startTag(const Opening& opening, bool isCopy, bool keepsSlash) const {
+    if (opening.source == Tree::none) {
+        return opening.tag.empty() ? u'<' + std::u16string(nameOf(opening.element)) + u'>'
+                                   : opening.tag;
+    }
+    const Tree& tree = *m_tree;
+    const std::u16string_view text = tree.text();
+    std::uint32_t at = tree[opening.source].begin;
+    std::u16string tag;
+    std::vector<bool> done(opening.changes.size());
+    for (Tree::Id id = opening.source + 1;
+         id < tree[opening.source].next && tree.kind(id) == NodeKind::Attribute;
+         id = tree[id].next) {
+        std::size_t change = 0;
+        while (change < done.size() && opening.changes[change].name != tree.name(id)) {
+            ++change;
+        }
+        const bool removed = (isCopy && tree.name(id) == u"id") ||
+                             (change < done.size() && opening.changes[change].remove);
+        std::u16string_view gap = text.substr(at, tree[id].begin - at);
+        if (removed) {
+            while (!gap.empty() && isBlank(gap.back())) {
+                gap.remove_suffix(1);
+            }
+        }
+        tag += gap;
+        if (change < done.size()) {
+            done[change] = true;
+        }
+        if (!removed) {
+            tag += change < done.size() ? asAttribute(opening.changes[change])
+                                        : std::u16string(tree.source(id));
+        }
+        at = tree[id].end;
+    }
+    std::u16string_view rest = text.substr(at, tree.startTagEnd(opening.source) - at);
+    const bool hasSlash = tree.has(opening.source, EmptyTag);
+    const std::u16string_view closing = hasSlash ? u"/>" : u">";
+    if (rest.ends_with(closing)) {
+        rest.remove_suffix(closing.size());
+    }
+    std::u16string_view blanks = rest;
+    blanks.remove_prefix(std::min(rest.find_last_not_of(u" \t\r\n") + 1, rest.size()));
+    tag += rest.substr(0, rest.size() - blanks.size());
+    for (std::size_t i = 0; i < done.size(); ++i) {
+        if (!done[i] && !opening.changes[i].remove) {
+            tag += u' ' + asAttribute(opening.changes[i]);
+        }
+    }
+    if (!hasSlash || keepsSlash) {
+        tag += blanks;
+    }
+    return tag + std::u16string(hasSlash && keepsSlash ? u"/>" : u">");
+}
+
+std::u16string DeckWriter::endTag(const Opening& opening) const {
+    if (opening.source != Tree::none) {
+        const std::u16string_view text = m_tree->text();
+        const std::uint32_t begin = m_tree->endTagBegin(opening.source);
+        const std::uint32_t end = (*m_tree)[opening.source].end;
+        if (begin < end) {
+            return std::u16string(text.substr(begin, end - begin));
+        }
+        return u"</" + std::u16string(m_tree->name(opening.source)) + u'>';
+    }
+    return u"</" + std::u16string(nameOf(opening.element)) + u'>';
+}
+
+/// Ahead of a child of `entry`: as its first child that begins a line has it in the source, or else
+/// one step deeper than the element itself; nothing if the source has its elements side by side.
+std::u16string DeckWriter::indentOf(const Entry& entry, std::size_t index) const {
+    const Tree::Id id = entry.opening.source;
+    if (id == Tree::none) {
+        const std::u16string_view outer = index == 0
+                                              ? std::u16string_view(m_lineEnd)
+                                              : std::u16string_view(m_entries[index - 1].indent);
+        return outer.empty() ? std::u16string() : std::u16string(outer) + u"  ";
+    }
+    const std::u16string_view text = m_tree->text();
+    bool hasChild = false;
+    for (Tree::Id child = m_tree->firstContent(id); child < (*m_tree)[id].next;
+         child = (*m_tree)[child].next) {
+        const std::u16string_view indent = m_tree->kind(child) == NodeKind::Element
+                                               ? indentBefore(text, (*m_tree)[child].begin)
+                                               : std::u16string_view();
+        if (!indent.empty()) {
+            return std::u16string(indent);
+        }
+        hasChild = hasChild || m_tree->kind(child) == NodeKind::Element;
+    }
+    if (hasChild) {
+        return {};
+    }
+    const std::u16string own(indentBefore(text, (*m_tree)[id].begin));
+    return own.empty() ? own : own + u"  ";
+}
+
+} // namespace ravikit

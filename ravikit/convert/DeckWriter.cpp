@@ -1,0 +1,442 @@
+#include "ravikit/convert/DeckWriter.h"
+
+#include "ravikit/convert/Style.h"
+
+#include <algorithm>
+
+namespace ravikit {
+
+namespace {
+
+constexpr bool holdsText(Element e) {
+    return e == Element::P || e == Element::Td || e == Element::Fieldset || e == Element::Pre ||
+           e == Element::Option || e == Element::Unknown || e == Element::HtmlBlock;
+}
+
+/// What stands between lines of text inside `structure`, which has no paragraphs.
+std::u16string_view lineSeparator(Element structure) {
+    switch (structure) {
+    case Element::Td:
+    case Element::Fieldset:
+        return u"<br/>";
+    case Element::Pre:
+        return u"\n";
+    default:
+        return u" ";
+    }
+}
+
+} // namespace
+
+/// Formats and links that nothing holds in their place.
+bool DeckWriter::isFloat(const Entry& entry) {
+    return !entry.inPlace && (isFormat(entry.opening.element) || isLink(entry.opening.element));
+}
+
+DeckWriter::Handle DeckWriter::insert(std::size_t at, Opening opening, bool inPlace, bool implied) {
+    if (m_entries.size() >= mostOpen) {
+        return 0;
+    }
+    Entry entry{.opening = std::move(opening),
+                .handle = ++m_lastHandle,
+                .instance = ++m_lastInstance,
+                .inPlace = inPlace,
+                .implied = implied};
+    if (entry.opening.element == Element::Wml || entry.opening.element == Element::Card) {
+        entry.indent = indentOf(entry, at);
+    }
+    m_entries.insert(m_entries.begin() + static_cast<std::ptrdiff_t>(at), std::move(entry));
+    return m_lastHandle;
+}
+
+std::size_t DeckWriter::indexOf(Handle handle) const {
+    for (std::size_t i = m_entries.size(); i-- > 0;) {
+        if (m_entries[i].handle == handle) {
+            return i;
+        }
+    }
+    return npos;
+}
+
+/// The innermost element that isn't a float; npos if there is none.
+std::size_t DeckWriter::structureIndex() const {
+    for (std::size_t i = m_entries.size(); i-- > 0;) {
+        if (!isFloat(m_entries[i]) && m_entries[i].suspended == 0) {
+            return i;
+        }
+    }
+    return npos;
+}
+
+bool DeckWriter::isInside(Element element) const {
+    return std::any_of(m_entries.begin(), m_entries.end(),
+                       [=](const Entry& e) { return e.opening.element == element; });
+}
+
+DeckWriter::Handle DeckWriter::openInPlace(Opening opening) {
+    return insert(m_entries.size(), std::move(opening), true, false);
+}
+
+DeckWriter::Handle DeckWriter::openFormat(Opening opening) {
+    std::size_t at = m_entries.size();
+    for (std::size_t i = at; i-- > 0;) {
+        const Entry& entry = m_entries[i];
+        const Element e = entry.opening.element;
+        if (entry.suspended != 0) {
+            continue;
+        }
+        if (e == opening.element) {
+            return 0; // it is so already
+        }
+        if (isLink(e)) {
+            at = i; // a link may not hold it, but it may hold the link
+        } else if (!isFormat(e)) {
+            const bool takes = accepts(e, opening.element) || e == Element::Card ||
+                               e == Element::Wml || e == Element::Table || e == Element::Tr ||
+                               e == Element::Unknown || e == Element::HtmlBlock;
+            return takes ? insert(at, std::move(opening), false, false) : 0;
+        }
+    }
+    return insert(at, std::move(opening), false, false);
+}
+
+DeckWriter::Handle DeckWriter::openLink(Opening opening) {
+    const bool taken = std::any_of(m_entries.begin(), m_entries.end(),
+                                   [](const Entry& e) { return isLink(e.opening.element); });
+    const bool noPlace = isInside(Element::Option) || isInside(Element::Select);
+    return taken || noPlace ? 0 : insert(m_entries.size(), std::move(opening), false, false);
+}
+
+/// Opened right inside the innermost element that takes it. Formats stay around its content; what
+/// else stands between the two is closed for as long.
+DeckWriter::Handle DeckWriter::openStructure(Opening opening) {
+    std::size_t at = placeOf(opening.element, Tree::none);
+    if (at == npos) {
+        return 0;
+    }
+    dropImplied();
+    at = prepareLeaf(opening.element, Tree::none);
+    if (at == npos) {
+        return 0;
+    }
+    const Handle handle = insert(at, std::move(opening), false, false);
+    for (std::size_t i = handle == 0 ? m_entries.size() : at + 1; i < m_entries.size(); ++i) {
+        if (!isFloat(m_entries[i]) || isLink(m_entries[i].opening.element)) {
+            ++m_entries[i].suspended;
+        }
+    }
+    return handle;
+}
+
+void DeckWriter::close(Handle handle) {
+    const std::size_t index = handle == 0 ? npos : indexOf(handle);
+    if (index == npos) {
+        return;
+    }
+    const bool isStructure = !isFloat(m_entries[index]);
+    if (isStructure) {
+        dropImplied();
+    }
+    const Element e = m_entries[index].opening.element;
+    if (e == Element::Wml && !m_entries[index].hasText) { // a deck has a card
+        imply(index + 1, Element::Card);
+        synchronise(m_entries.size());
+        dropImplied();
+    } else if (!m_entries[index].written && isStructure && m_entries[index].suspended == 0) {
+        if (m_entries[index].inPlace ? e != Element::Select && e != Element::Table &&
+                                           e != Element::Tr && e != Element::Optgroup
+                                     : e == Element::Td || e == Element::Card) {
+            writeEmpty(index);
+        }
+    }
+    if (!m_entries[index].inPlace && isStructure) {
+        for (std::size_t i = index + 1; i < m_entries.size(); ++i) {
+            if (m_entries[i].suspended != 0) {
+                --m_entries[i].suspended;
+            }
+        }
+    }
+    if (index + 1 == m_entries.size() || isStructure) {
+        synchronise(index);
+    }
+    m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+std::vector<DeckWriter::Handle> DeckWriter::suspendSizes() {
+    std::vector<Handle> sizes;
+    for (auto entry = m_entries.rbegin(); entry != m_entries.rend(); ++entry) {
+        const Element e = entry->opening.element;
+        if (!isFormat(e) && !isLink(e)) {
+            break; // around a table a size can't be taken back for one cell
+        }
+        if (e == Element::Big || e == Element::Small) {
+            ++entry->suspended;
+            sizes.push_back(entry->handle);
+        }
+    }
+    return sizes;
+}
+
+void DeckWriter::resumeSizes(const std::vector<Handle>& sizes) {
+    for (const Handle handle : sizes) {
+        if (const std::size_t index = indexOf(handle); index != npos) {
+            --m_entries[index].suspended;
+        }
+    }
+}
+
+void DeckWriter::breakParagraph(Paragraph next) {
+    dropImplied();
+    m_paragraph = std::move(next);
+    const std::size_t index = structureIndex();
+    if (index == npos) {
+        return;
+    }
+    Entry& entry = m_entries[index];
+    if (entry.opening.element == Element::P) {
+        if (entry.hasText) {
+            entry.instance = ++m_lastInstance; // the next text opens it anew
+            entry.hasText = false;
+        }
+    } else {
+        entry.wantsBreak = entry.hasText && holdsText(entry.opening.element);
+    }
+}
+
+void DeckWriter::forceParagraph() {
+    const std::size_t index = structureIndex();
+    const Element e = index == npos ? Element::Unknown : m_entries[index].opening.element;
+    if (e == Element::Card || e == Element::Wml) {
+        prepareText(false);
+    }
+}
+
+void DeckWriter::imply(std::size_t at, Element element) {
+    Opening opening{.element = element};
+    if (element == Element::P) {
+        ++m_paragraphs;
+        opening.source = m_paragraph.source;
+        opening.isCopy = m_paragraph.isCopy;
+        opening.changes = m_paragraph.changes;
+        if (m_paragraph.align != 0) {
+            opening.tag = u"<p align=\"" + std::u16string(alignName(m_paragraph.align)) + u"\">";
+        }
+        m_paragraph.isCopy = true;
+    }
+    insert(at, std::move(opening), false, true);
+}
+
+void DeckWriter::dropImplied() {
+    for (std::size_t i = m_entries.size(); i-- > 0;) {
+        if (m_entries[i].implied) {
+            m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(i));
+        }
+    }
+}
+
+/// Adds what a text needs around it, and a line break if it is to stand apart.
+void DeckWriter::prepareText(bool bare) {
+    for (;;) {
+        const std::size_t index = structureIndex();
+        if (index == npos) {
+            break;
+        }
+        const Element e = m_entries[index].opening.element;
+        if (bare || holdsText(e) || isFormat(e) || isLink(e)) {
+            breakInside(index);
+            m_entries[index].hasText = true;
+            break;
+        }
+        const Element missing = e == Element::Wml                                ? Element::Card
+                                : e == Element::Table                            ? Element::Tr
+                                : e == Element::Tr                               ? Element::Td
+                                : e == Element::Select || e == Element::Optgroup ? Element::Option
+                                                                                 : Element::P;
+        const std::size_t before = m_entries.size();
+        imply(index + 1, missing);
+        if (m_entries.size() == before) {
+            break;
+        }
+    }
+    synchronise(m_entries.size());
+}
+
+void DeckWriter::breakInside(std::size_t structure) {
+    Entry& entry = m_entries[structure];
+    if (entry.wantsBreak && !isFormat(entry.opening.element) && !isLink(entry.opening.element)) {
+        entry.wantsBreak = false;
+        synchronise(structure + 1);
+        m_out += lineSeparator(entry.opening.element);
+    }
+}
+
+/// Where an element of this kind can stand: behind how many of the open ones. In a deck or card
+/// that lacks a paragraph for it, behind the card. npos if there is no place.
+std::size_t DeckWriter::placeOf(Element element, Tree::Id parent) const {
+    for (std::size_t i = m_entries.size(); i-- > 0;) {
+        const Entry& entry = m_entries[i];
+        if (entry.suspended != 0) {
+            continue;
+        }
+        const Element e = entry.opening.element;
+        if (accepts(e, element) || (parent != Tree::none && entry.opening.source == parent)) {
+            return i + 1;
+        }
+        if (e == Element::Card || e == Element::Wml) {
+            return accepts(Element::P, element) || element == Element::P || element == Element::Pre
+                       ? i + 1
+                   : e == Element::Wml || element != Element::Card ? npos
+                                                                   : i;
+        }
+        // A cell or an option is left for nothing; what doesn't fit is turned into text.
+        if (e == Element::Option || (e == Element::Td && element != Element::Card)) {
+            return npos;
+        }
+    }
+    return npos;
+}
+
+std::size_t DeckWriter::prepareLeaf(Element element, Tree::Id parent) {
+    std::size_t at = placeOf(element, parent);
+    if (at == npos || at == 0) {
+        return at;
+    }
+    const Element e = m_entries[at - 1].opening.element;
+    const bool fits =
+        accepts(e, element) || (parent != Tree::none && m_entries[at - 1].opening.source == parent);
+    if (!fits) {
+        if (e == Element::Wml) {
+            imply(at++, Element::Card);
+        }
+        if (!accepts(Element::Card, element)) {
+            imply(at++, Element::P);
+        }
+    }
+    return std::min(at, m_entries.size());
+}
+
+void DeckWriter::text(std::u16string_view escaped, bool bare) {
+    prepareText(bare);
+    m_out += escaped;
+}
+
+void DeckWriter::lineBreak(std::u16string_view tag, bool bare) {
+    prepareText(bare);
+    const std::size_t index = structureIndex();
+    const Element e = index == npos ? Element::Unknown : m_entries[index].opening.element;
+    m_out += e == Element::Option ? std::u16string_view(u" ") : tag;
+}
+
+bool DeckWriter::leaf(Element element, std::u16string_view markup, Tree::Id parent) {
+    if (element == Element::P || element == Element::Pre || element == Element::Card ||
+        (element == Element::Do && !isInside(Element::P))) {
+        dropImplied();
+    }
+    const std::size_t at = prepareLeaf(element, parent);
+    if (at == npos) {
+        return false;
+    }
+    if (at > 0) {
+        breakInside(at - 1);
+        m_entries[at - 1].hasText = true;
+    }
+    synchronise(at);
+    const Element outer = at == 0 ? Element::Unknown : m_entries[at - 1].opening.element;
+    if (parent == Tree::none && (outer == Element::Card || outer == Element::Wml)) {
+        m_out += m_entries[at - 1].indent;
+    }
+    m_out += markup;
+    return true;
+}
+
+void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
+    const std::size_t index = handle == 0 ? npos : indexOf(handle);
+    if (index != npos && m_entries[index].suspended == 0) {
+        synchronise(index + 1);
+    }
+    m_out += markup;
+}
+
+std::u16string_view DeckWriter::indentation() const {
+    for (std::size_t i = m_entries.size(); i-- > 0;) {
+        const Element e = m_entries[i].opening.element;
+        if (e == Element::Card || e == Element::Wml) {
+            return m_entries[i].indent;
+        }
+    }
+    return {};
+}
+
+/// Closes and opens until of the entries the first `limit` stand open in what is written.
+void DeckWriter::synchronise(std::size_t limit) {
+    std::size_t common = 0;
+    std::size_t i = 0;
+    for (; i < limit && common < m_written.size(); ++i) {
+        const Entry& entry = m_entries[i];
+        if (entry.suspended != 0) {
+            continue;
+        }
+        if (m_written[common].handle != entry.handle ||
+            m_written[common].instance != entry.instance) {
+            break;
+        }
+        ++common;
+    }
+    while (m_written.size() > common) {
+        m_out += m_written.back().endTag;
+        m_written.pop_back();
+    }
+    for (; i < limit; ++i) {
+        if (m_entries[i].suspended == 0) {
+            writeStart(m_entries[i], i);
+        }
+    }
+}
+
+void DeckWriter::writeStart(Entry& entry, std::size_t index) {
+    const Element e = entry.opening.element;
+    const bool again = entry.written;
+    std::u16string end = endTag(entry.opening);
+    if (index > 0 && (!entry.inPlace || again) &&
+        (e == Element::P || e == Element::Pre || e == Element::Card)) {
+        for (std::size_t i = index; i-- > 0;) {
+            const Element outer = m_entries[i].opening.element;
+            if (outer == Element::Card || outer == Element::Wml) {
+                m_out += m_entries[i].indent;
+                if (e == Element::Card) {
+                    end = m_entries[i].indent + end;
+                }
+                break;
+            }
+        }
+    } else if (e == Element::Wml && !entry.inPlace) {
+        end = m_lineEnd + end;
+    }
+    if (index > 0) {
+        m_entries[index - 1].hasText = true;
+    }
+    m_out += startTag(entry.opening, entry.opening.isCopy || again, false);
+    entry.written = true;
+    m_written.push_back({entry.handle, entry.instance, std::move(end)});
+}
+
+/// Writes an element that nothing stands in.
+void DeckWriter::writeEmpty(std::size_t index) {
+    synchronise(index);
+    Entry& entry = m_entries[index];
+    const bool isEmptyTag =
+        entry.opening.source != Tree::none && m_tree->has(entry.opening.source, EmptyTag);
+    if (!entry.inPlace && entry.opening.element == Element::Card) {
+        m_out += indentation();
+    }
+    if (index > 0) {
+        m_entries[index - 1].hasText = true;
+    }
+    m_out += startTag(entry.opening, entry.opening.isCopy, true);
+    if (!isEmptyTag) {
+        m_out += endTag(entry.opening);
+    }
+    entry.written = true;
+}
+
+} // namespace ravikit

@@ -1,0 +1,233 @@
+#include "ravikit/convert/KnownElements.h"
+
+#include "ravikit/convert/Carrier.h"
+#include "ravikit/convert/Digest.h"
+#include "ravikit/convert/Style.h"
+
+#include <algorithm>
+
+namespace ravikit {
+
+std::uint32_t pageEffects(const PageTree& page, std::uint32_t node) {
+    std::uint32_t effects = 0;
+    const PageNode& element = page[node];
+    if (const auto* const style = page.attribute(node, u"style")) {
+        effects = styleEffects(style->value);
+    }
+    if (isBlockTag(element.tag) && (effects & AlignBits) == 0) {
+        effects |= alignCode(page.value(node, u"align"));
+    }
+    if (element.tag == PageTag::Center && (effects & AlignBits) == 0) {
+        effects |= alignCode(u"center");
+    }
+    if (element.tag == PageTag::Font) {
+        effects |= fontSizeEffect(page.value(node, u"size"));
+    }
+    return effects;
+}
+
+KnownElements::KnownElements(const PageTree& page, const Declarations* known)
+    : m_page(page) {
+    findCarrier();
+    if (m_root == none) {
+        return;
+    }
+    readMarks();
+    if (unchangedSource() == nullptr) {
+        matchSource(known);
+    }
+}
+
+/// The outermost element that carries a source which its own mark confirms.
+void KnownElements::findCarrier() {
+    for (std::uint32_t node = 0; node < m_page.size(); ++node) {
+        if (m_page[node].tag == PageTag::None) {
+            continue;
+        }
+        const auto* const carrier = m_page.attribute(node, deckAttribute);
+        const auto mark = carrier ? readMark(m_page.value(node, markAttribute)) : std::nullopt;
+        auto source = mark ? carriedSource(carrier->value) : std::nullopt;
+        if (source && Mark::deckOf(hashOf(*source)) == mark->deck) {
+            m_root = node;
+            m_deck = mark->deck;
+            m_source = *std::move(source);
+            return;
+        }
+    }
+}
+
+/// Digests the page and compares each mark with what stands there.
+void KnownElements::readMarks() {
+    struct Open {
+        std::uint32_t next;
+        std::uint32_t known;
+        std::uint64_t digest;
+    };
+    std::vector<Open> open;
+    Digest digest;
+    m_byNode.assign(m_page.size(), none);
+    std::uint32_t parent = none;
+    const auto closeUpTo = [&](std::uint32_t node) {
+        while (!open.empty() && open.back().next <= node) {
+            const std::uint64_t found = Mark::digestOf(digest.close());
+            if (open.back().known != none) {
+                KnownElement& element = m_elements[open.back().known];
+                element.isUnchanged = found == open.back().digest;
+                parent = element.parent == open.back().known ? none : element.parent;
+            }
+            open.pop_back();
+        }
+    };
+    for (std::uint32_t node = 0; node < m_page.size(); ++node) {
+        closeUpTo(node);
+        const PageNode& one = m_page[node];
+        if (one.tag == PageTag::None) {
+            digest.text(one.text);
+            continue;
+        }
+        digest.open(one.tag, one.attributes == 0 ? 0 : pageEffects(m_page, node));
+        open.push_back({one.next, none, 0});
+        const auto mark = readMark(m_page.value(node, markAttribute));
+        if (mark && mark->deck == m_deck) {
+            const auto number = static_cast<std::uint32_t>(m_elements.size());
+            m_elements.push_back({.page = node, .parent = parent == none ? number : parent});
+            m_begins.push_back(mark->begin);
+            m_byNode[node] = parent = open.back().known = number;
+            open.back().digest = mark->digest;
+        }
+    }
+    closeUpTo(m_page.size());
+}
+
+const std::u16string* KnownElements::unchangedSource() const {
+    const KnownElement* const root = m_root == none ? nullptr : find(m_root);
+    return root != nullptr && root->isUnchanged && !hasTextOutside() ? &m_source : nullptr;
+}
+
+/// Whether the page has more than the deck and what a browser has around any page.
+bool KnownElements::hasTextOutside() const {
+    for (std::uint32_t node = 0; node < m_page.size(); ++node) {
+        if (node == m_root) {
+            node = m_page[node].next - 1;
+            continue;
+        }
+        const PageNode& one = m_page[node];
+        const bool isAround = one.tag == PageTag::Body || one.tag == PageTag::Html ||
+                              one.tag == PageTag::Div || one.tag == PageTag::Dropped;
+        if (one.tag == PageTag::None ? !trimmed(one.text).empty() : !isAround) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void KnownElements::matchSource(const Declarations* known) {
+    m_tree = parse(m_source, known);
+    if (m_tree->documentElement() == Tree::none) {
+        m_tree.reset();
+        return;
+    }
+    m_outline.emplace(*m_tree);
+    findParents();
+    for (std::size_t i = 0; i < m_elements.size(); ++i) {
+        const Tree::Id id = elementAt(m_begins[i]);
+        if (id == Tree::none || !m_outline->isShown(id)) {
+            m_byNode[m_elements[i].page] = none;
+        } else {
+            m_elements[i].source = id;
+        }
+    }
+    choose();
+    chooseAnchors();
+}
+
+Tree::Id KnownElements::elementAt(std::uint32_t begin) const {
+    const Tree& tree = *m_tree;
+    Tree::Id low = tree.documentElement();
+    Tree::Id high = tree[low].next;
+    while (low < high) {
+        const Tree::Id middle = low + (high - low) / 2;
+        if (tree[middle].begin < begin) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    const bool isHere =
+        low < tree.size() && tree[low].begin == begin && tree.kind(low) == NodeKind::Element;
+    return isHere ? low : Tree::none;
+}
+
+void KnownElements::findParents() {
+    m_parents.assign(m_tree->size(), Tree::none);
+    std::vector<Tree::Id> open;
+    for (Tree::Id id = m_tree->documentElement(); id < m_tree->size(); ++id) {
+        while (!open.empty() && (*m_tree)[open.back()].next <= id) {
+            open.pop_back();
+        }
+        m_parents[id] = open.empty() ? Tree::none : open.back();
+        if (m_tree->kind(id) == NodeKind::Element) {
+            open.push_back(id);
+        }
+    }
+}
+
+/// Of those that name the same element of the source one is it and the others are copies: one that
+/// is unchanged goes ahead, then the first.
+void KnownElements::choose() {
+    std::vector<std::uint32_t> chosen(m_tree->size(), none);
+    for (const bool unchanged : {true, false}) {
+        for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+            KnownElement& element = m_elements[i];
+            if (element.source == Tree::none || element.isUnchanged != unchanged) {
+                continue;
+            }
+            std::uint32_t& holder = chosen[element.source];
+            element.isCopy = holder != none;
+            holder = holder == none ? i : holder;
+        }
+    }
+}
+
+/// Of the elements that still stand in their parent the most that are in the order of the source.
+void KnownElements::chooseAnchors() {
+    std::vector<std::vector<std::uint32_t>> children(m_elements.size());
+    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+        KnownElement& element = m_elements[i];
+        if (element.source == Tree::none || element.isCopy || element.parent == i) {
+            continue;
+        }
+        if (m_elements[element.parent].source == m_parents[element.source]) {
+            children[element.parent].push_back(i);
+        }
+    }
+    std::vector<std::uint32_t> ends; // the last of the best chain of each length
+    std::vector<std::uint32_t> ahead(m_elements.size(), none);
+    for (std::uint32_t parent = 0; parent < children.size(); ++parent) {
+        ends.clear();
+        for (const std::uint32_t child : children[parent]) {
+            const auto at = std::lower_bound(ends.begin(), ends.end(), child,
+                                             [this](std::uint32_t a, std::uint32_t b) {
+                                                 return m_elements[a].source < m_elements[b].source;
+                                             });
+            ahead[child] = at == ends.begin() ? none : *(at - 1);
+            if (at == ends.end()) {
+                ends.push_back(child);
+            } else {
+                *at = child;
+            }
+        }
+        for (std::uint32_t i = ends.empty() ? none : ends.back(); i != none; i = ahead[i]) {
+            m_elements[i].isAnchor = true;
+        }
+        m_elements[parent].firstAnchor = static_cast<std::uint32_t>(m_anchors.size());
+        for (const std::uint32_t child : children[parent]) {
+            if (m_elements[child].isAnchor) {
+                m_anchors.push_back(m_elements[child].source);
+            }
+        }
+        m_elements[parent].behindAnchors = static_cast<std::uint32_t>(m_anchors.size());
+    }
+}
+
+} // namespace ravikit

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "ravikit/Parser.h"
+#include "ravikit/convert/Elements.h"
+#include "ravikit/convert/PageTree.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravikit {
+
+/// The effects of all attributes of an element of the page: of `align`, `style`, `size`.
+std::uint32_t pageEffects(const PageTree& page, std::uint32_t node);
+
+/// An element of the page that the source knows.
+struct KnownElement {
+    std::uint32_t page = 0;        ///< its node of the page
+    Tree::Id source = Tree::none;  ///< its element of the source
+    std::uint32_t parent = 0;      ///< the known element around it, by number; itself if none
+    std::uint32_t firstAnchor = 0; ///< the anchors in it, as numbers in `anchors`
+    std::uint32_t behindAnchors = 0;
+    bool isUnchanged = false; ///< the page shows what it was made to show
+    bool isCopy = false;      ///< another one on the page is the real one
+    bool isAnchor =
+        false; ///< stands in its parent as in the source, in the same order as the others
+};
+
+/// What a page still knows of the deck that it was made from.
+class KnownElements {
+public:
+    static constexpr std::uint32_t none = 0xFFFFFFFF;
+
+    KnownElements(const PageTree& page, const Declarations* known);
+
+    /// The deck's source if the page shows just it, untouched.
+    const std::u16string* unchangedSource() const;
+
+    /// The source's tree; null if the page carries no deck.
+    const Tree* tree() const { return m_tree.get(); }
+    const Outline& outline() const { return *m_outline; }
+
+    const KnownElement* find(std::uint32_t pageNode) const {
+        const std::uint32_t number = m_byNode.empty() ? none : m_byNode[pageNode];
+        return number == none ? nullptr : &m_elements[number];
+    }
+    std::uint32_t rootNode() const { return m_root; }
+    Tree::Id anchor(std::uint32_t index) const { return m_anchors[index]; }
+    Tree::Id parentOf(Tree::Id source) const { return m_parents[source]; }
+
+private:
+    void findCarrier();
+    void readMarks();
+    void matchSource(const Declarations* known);
+    void findParents();
+    void choose();
+    void chooseAnchors();
+    bool hasTextOutside() const;
+    Tree::Id elementAt(std::uint32_t begin) const;
+
+    const PageTree& m_page;
+    std::uint32_t m_root = none;
+    std::u16string m_source;
+    std::uint64_t m_deck = 0;
+    std::shared_ptr<const Tree> m_tree;
+    std::optional<Outline> m_outline;
+    std::vector<std::uint32_t> m_begins; ///< of each known element, in the source
+    std::vector<KnownElement> m_elements;
+    std::vector<std::uint32_t> m_byNode;
+    std::vector<Tree::Id> m_parents;
+    std::vector<Tree::Id> m_anchors;
+};
+
+} // namespace ravikit

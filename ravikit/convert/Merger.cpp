@@ -1,0 +1,213 @@
+#include "ravikit/convert/Merger.h"
+
+#include "ravikit/Chars.h"
+#include "ravikit/convert/Carrier.h"
+#include "ravikit/convert/MergerCore.h"
+#include "ravikit/convert/Style.h"
+
+namespace ravikit {
+
+namespace {
+
+/// How the source ends its lines; LF if it has one line.
+std::u16string lineEndOf(const Tree* tree) {
+    const std::u16string_view text = tree ? tree->text() : std::u16string_view();
+    const std::size_t first = text.find_first_of(u"\r\n");
+    if (first == std::u16string_view::npos) {
+        return u"\n";
+    }
+    std::size_t behind = first;
+    while (behind < text.size() && text[behind] == u'\r') {
+        ++behind;
+    }
+    behind += behind < text.size() && text[behind] == u'\n' ? 1U : 0U;
+    return std::u16string(text.substr(first, behind - first));
+}
+
+constexpr std::u16string_view prolog = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                       u"<!DOCTYPE wml PUBLIC \"-//WAPFORUM//DTD WML 1.3//EN\" "
+                                       u"\"http://www.wapforum.org/DTD/wml13.dtd\">\n";
+
+} // namespace
+
+Merger::Merger(const PageTree& page, const KnownElements& known)
+    : m_page(page)
+    , m_known(known)
+    , m_tree(known.tree())
+    , m_writer(known.tree(), lineEndOf(known.tree()))
+    , m_lineEnd(lineEndOf(known.tree())) {}
+
+std::u16string Merger::merge() {
+    DeckWriter::Handle root = 0;
+    const KnownElement* const deck = m_tree == nullptr ? nullptr : m_known.find(m_known.rootNode());
+    if (deck == nullptr || deck->source == Tree::none) {
+        m_tree = nullptr;
+        m_writer.raw(prolog);
+        root = m_writer.openStructure({.element = Element::Wml});
+        root = root != 0 ? root : m_writer.openInPlace({.element = Element::Wml});
+        m_frames.push_back({.handle = root});
+    } else {
+        m_writer.raw(m_tree->text().substr(0, (*m_tree)[deck->source].begin));
+        enterKnown(*deck);
+    }
+    for (std::uint32_t node = 0; node < m_page.size();) {
+        closeUpTo(node);
+        if (m_page[node].tag == PageTag::None) {
+            addText(m_page[node].text);
+            ++node;
+        } else if (deck != nullptr && m_tree != nullptr && node == deck->page) {
+            m_open.push_back({.next = m_page[node].next});
+            ++node;
+        } else {
+            node = visitElement(node);
+        }
+    }
+    closeUpTo(m_page.size());
+    flush(true);
+    m_writer.close(m_frames.back().handle);
+    m_writer.finish();
+    if (m_tree != nullptr) {
+        m_writer.raw(m_tree->text().substr((*m_tree)[deck->source].end));
+    } else {
+        m_writer.raw(m_lineEnd);
+    }
+    return std::move(m_writer.out());
+}
+
+void Merger::closeUpTo(std::uint32_t node) {
+    while (!m_open.empty() && m_open.back().next <= node) {
+        const Open open = m_open.back();
+        m_open.pop_back();
+        if (open.isSoft) {
+            m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
+        }
+        if (open.isPart) {
+            m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
+        }
+        if (!open.isFrame) {
+            continue;
+        }
+        flush(true);
+        const Frame frame = std::move(m_frames.back());
+        m_frames.pop_back();
+        m_exact -= frame.exact ? 1 : 0;
+        if (frame.isParagraph) {
+            if (m_writer.paragraphsWritten() == frame.lastPart) {
+                m_writer.forceParagraph();
+            }
+            closeSoft();
+        } else {
+            m_writer.close(frame.handle);
+        }
+    }
+}
+
+std::uint32_t Merger::visitElement(std::uint32_t node) {
+    const PageNode& element = m_page[node];
+    if (element.tag == PageTag::Dropped || element.tag == PageTag::RawText) {
+        drop(element.text);
+        return element.next;
+    }
+    if (m_page.attribute(node, textAttribute) != nullptr && takeCaption(node)) {
+        return element.next;
+    }
+    if (const KnownElement* const known = m_known.find(node);
+        known != nullptr && m_tree != nullptr && known->source != Tree::none) {
+        return visitKnown(*known);
+    }
+    if (element.tag == PageTag::Br) {
+        m_items.push_back({.unit = breakAtom});
+        return element.next;
+    }
+    const bool isTransparent = isPart(node);
+    m_open.push_back({.next = element.next,
+                      .isSoft = !isTransparent,
+                      .isBlock = isBlockTag(element.tag),
+                      .isPart = isTransparent});
+    if (isTransparent) {
+        m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
+    } else {
+        enterSoft(node);
+    }
+    return node + 1;
+}
+
+void Merger::enterSoft(std::uint32_t node) {
+    m_items.push_back(
+        {.kind = Item::Kind::Enter, .isBlock = m_open.back().isBlock, .unit = 0, .node = node});
+}
+
+/// Whether `node` is the next of the page's paragraphs that a source's one stands in.
+bool Merger::isPart(std::uint32_t node) {
+    const auto* const part = m_page.attribute(node, partAttribute);
+    Frame& frame = m_frames.back();
+    if (part == nullptr || m_page[node].tag != PageTag::P || frame.known == nullptr ||
+        frame.isParagraph || m_open.empty() || !m_open.back().isFrame ||
+        m_known.outline().element(frame.known->source) != Element::P) {
+        return false;
+    }
+    std::uint32_t number = 0;
+    for (const char16_t c : part->value.substr(0, 9)) {
+        number = c >= u'0' && c <= u'9' ? number * 10 + (c - u'0') : number;
+    }
+    const bool isNext = number > frame.lastPart;
+    frame.lastPart = isNext ? number : frame.lastPart;
+    return isNext;
+}
+
+/// A text that shows an attribute of the element around it: the element's tag has been written by
+/// it. Anything else of the kind is text like other text.
+bool Merger::takeCaption(std::uint32_t node) {
+    Frame& frame = m_frames.back();
+    if (frame.known == nullptr || frame.isCaptioned || frame.caption != node) {
+        return false;
+    }
+    frame.isCaptioned = true;
+    return true;
+}
+
+void Merger::addText(std::u16string_view text) {
+    if (m_frames.back().exact || m_exact > 0) {
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const bool crLf = text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n';
+            if (!crLf) {
+                m_items.push_back({.unit = text[i] == u'\r' ? u'\n' : text[i]});
+            }
+        }
+        return;
+    }
+    for (const char16_t c : text) {
+        const bool blank = c <= u' ' && isBlank(c);
+        if (!blank || m_items.empty() || m_items.back().unit != u' ' ||
+            m_items.back().kind != Item::Kind::Character) {
+            m_items.push_back({.unit = blank ? u' ' : c});
+        }
+    }
+}
+
+void Merger::drop(std::u16string_view what) {
+    if (m_dropped.empty()) {
+        m_dropped = what;
+    }
+}
+
+bool mergePage(const PageTree& page, bool strict, const Declarations* known, std::u16string& markup,
+               Problems& problems) {
+    const KnownElements elements(page, known);
+    if (const std::u16string* const source = elements.unchangedSource()) {
+        markup = *source;
+        return true;
+    }
+    Merger merger(page, elements);
+    std::u16string merged = merger.merge();
+    if (strict && (page.hasDropped() || !merger.dropped().empty())) {
+        problems.add(ProblemKind::NotConvertible, 0, 0,
+                     u"the page holds what a deck has no place for: " +
+                         (merger.dropped().empty() ? u"a script or style" : merger.dropped()));
+        return false;
+    }
+    markup = std::move(merged);
+    return true;
+}
+
+} // namespace ravikit

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "ravikit/convert/DeckWriter.h"
+#include "ravikit/convert/Gap.h"
+#include "ravikit/convert/KnownElements.h"
+
+#include <string>
+#include <vector>
+
+namespace ravikit {
+
+/// Walks a page in order and writes the deck that it shows. What the source knows is copied from
+/// there; what lies between is compared with the source's gap and, where it differs, written anew.
+class Merger {
+public:
+    Merger(const PageTree& page, const KnownElements& known);
+
+    std::u16string merge();
+
+    /// What the page had that the deck has no place for; empty if nothing.
+    const std::u16string& dropped() const { return m_dropped; }
+
+private:
+    /// A known element whose content is being merged.
+    struct Frame {
+        const KnownElement* known = nullptr; ///< null for what stands around the deck
+        DeckWriter::Handle handle = 0;
+        Tree::Id lastAnchor = Tree::none; ///< none: the element's begin
+        std::uint32_t nextAnchor = 0;
+        std::uint32_t caption = 0; ///< the page's node that shows its attribute
+        bool isGapOpen = false;    ///< `m_gap` is this frame's, some of it used
+        bool isCaptioned = false;
+        bool isAfterBlock = false; ///< of what the source has elsewhere, a block came last
+        bool isParagraph = false;  ///< written as the paragraph of its texts
+        bool exact = false;
+        std::uint32_t lastPart = 0;
+        Gap gap = {};
+        std::size_t usedAtoms = 0;
+        std::size_t usedUnseen = 0;
+    };
+    /// An element of the page that the source doesn't know.
+    struct Soft {
+        std::vector<DeckWriter::Handle> handles = {};
+        std::vector<DeckWriter::Handle> sizes = {};
+        bool isBlock = false;
+        bool isList = false;
+        bool isExact = false;
+        DeckWriter::Paragraph outer = {};
+    };
+    struct Open {
+        std::uint32_t next = 0;
+        bool isFrame = false;
+        bool isSoft = false;
+        bool isBlock = false;
+        bool isPart = false;
+    };
+    /// What the page has in a gap, in order.
+    struct Item {
+        /// Edge: a line of the page ends or begins here, and no more.
+        enum class Kind : std::uint8_t { Character, Enter, Leave, Edge };
+        Kind kind = Kind::Character;
+        bool isBlock = false;
+        char32_t unit = 0;      ///< as in SourceAtom
+        std::uint32_t node = 0; ///< of Enter
+    };
+    struct List {
+        bool isNumbered = false;
+        std::uint32_t count = 0;
+    };
+
+    // The walk.
+    void closeUpTo(std::uint32_t node);
+    std::uint32_t visitElement(std::uint32_t node);
+    void addText(std::u16string_view text);
+    bool takeCaption(std::uint32_t node);
+    bool isPart(std::uint32_t node);
+    void enterSoft(std::uint32_t node);
+
+    // What the source knows.
+    std::uint32_t visitKnown(const KnownElement& known);
+    bool writeWhole(const KnownElement& known);
+    bool writeBox(const KnownElement& known);
+    void enterKnown(const KnownElement& known);
+    AttributeChanges alignChange(const KnownElement& known) const;
+    AttributeChanges captionChange(const KnownElement& known, std::uint32_t caption) const;
+    std::uint32_t captionOf(const KnownElement& known) const;
+    std::uint32_t alignOnPage(const KnownElement& known) const;
+    std::u16string textOf(std::uint32_t node) const;
+    std::u16string withoutIds(Tree::Id id) const;
+
+    // Gaps.
+    /// Writes what the page has up to here. `isLast`: an anchor follows, or the element's end.
+    /// `beforeBlock`: what follows is a block that the source has elsewhere.
+    void flush(bool isLast, bool beforeBlock = false);
+    void openGap();
+    bool endsAtAnchor() const;
+    GapPlace placeOfGap() const;
+    void normaliseItems(const GapPlace& place);
+    std::pair<std::size_t, std::size_t> compare(bool isFirst, bool isLast) const;
+    void writeItems(std::size_t prefix, std::size_t suffix);
+    void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
+    void writeNew(std::size_t firstItem, std::size_t behind);
+    std::u16string unseenUpTo(std::size_t atom);
+    void writeUnseen(std::size_t atom, bool keepsLastBlank);
+    bool isBare() const;
+    bool isBlockSource(Tree::Id id) const;
+
+    // What the source doesn't know.
+    void openSoft(std::uint32_t node);
+    void closeSoft();
+    void openBlock(std::uint32_t node, Soft& soft, std::uint32_t effects);
+    void openInline(std::uint32_t node, Soft& soft);
+    bool openTablePart(std::uint32_t node, Soft& soft);
+    void addFormats(std::uint32_t effects, Soft& soft);
+    void addFormat(Element element, Soft& soft);
+    void writePicture(std::uint32_t node);
+    void writeInput(std::uint32_t node);
+    std::uint32_t columnsOf(std::uint32_t table) const;
+    void writeText(std::u16string_view text);
+    void drop(std::u16string_view what);
+
+    const PageTree& m_page;
+    const KnownElements& m_known;
+    const Tree* m_tree;
+    DeckWriter m_writer;
+    std::vector<Open> m_open;
+    std::vector<Frame> m_frames;
+    std::vector<Soft> m_soft;
+    std::vector<Item> m_items;
+    std::vector<List> m_lists;
+    std::uint32_t m_exact = 0; ///< open elements in which each blank counts
+    std::u16string m_buffer;
+    std::u16string m_lineEnd;
+    std::u16string m_dropped;
+};
+
+} // namespace ravikit

@@ -1,0 +1,326 @@
+#include "ravikit/Chars.h"
+#include "ravikit/Reference.h"
+#include "ravikit/convert/MergerCore.h"
+
+#include <algorithm>
+
+namespace ravikit {
+
+/// Whether `id` ends the line of text around it.
+bool Merger::isBlockSource(Tree::Id id) const {
+    const Element e = m_known.outline().element(id);
+    return e == Element::HtmlBlock || (e >= Element::Wml && e <= Element::Fieldset) ||
+           m_known.outline().holdsBlock(id);
+}
+
+/// Whether text may stand here without a paragraph, since the source has it so.
+bool Merger::isBare() const {
+    const Frame& frame = m_frames.back();
+    if (frame.known == nullptr || frame.handle == 0) {
+        return false;
+    }
+    const Element e = m_known.outline().element(frame.known->source);
+    return !holdsElementsOnly(e) || m_known.outline().isBare(frame.known->source);
+}
+
+bool Merger::endsAtAnchor() const {
+    const Frame& frame = m_frames.back();
+    return frame.nextAnchor < frame.known->behindAnchors;
+}
+
+GapPlace Merger::placeOfGap() const {
+    const Frame& frame = m_frames.back();
+    GapPlace place;
+    if (frame.known == nullptr) {
+        place.edgeBefore = place.edgeAfter = true;
+        return place;
+    }
+    const Tree::Id id = frame.known->source;
+    const Element e = m_known.outline().element(id);
+    const bool block = isBlockSource(id);
+    place.exact = m_exact > 0;
+    place.noBlanks = holdsElementsOnly(e) && !m_known.outline().isBare(id);
+    place.edgeBefore =
+        frame.lastAnchor == Tree::none ? block : !place.exact && isBlockSource(frame.lastAnchor);
+    place.edgeAfter = endsAtAnchor() ? isBlockSource(m_known.anchor(frame.nextAnchor)) : block;
+    return place;
+}
+
+/// Reads what the source has between the last anchor and the next.
+void Merger::openGap() {
+    Frame& frame = m_frames.back();
+    frame.isGapOpen = true;
+    frame.usedAtoms = frame.usedUnseen = 0;
+    frame.gap.clear();
+    if (frame.known == nullptr) {
+        return;
+    }
+    const Tree& tree = *m_tree;
+    const Tree::Id id = frame.known->source;
+    if (m_known.outline().isFlat(id)) {
+        return; // its elements are not on the page one by one
+    }
+    const Tree::Id first =
+        frame.lastAnchor == Tree::none ? tree.firstContent(id) : tree[frame.lastAnchor].next;
+    const Tree::Id behind = endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : tree[id].next;
+    readGap(tree, m_known.outline(), first, behind, placeOfGap(), frame.gap);
+}
+
+void Merger::flush(bool isLast, bool beforeBlock) {
+    const bool isFirst = !m_frames.back().isGapOpen;
+    if (isFirst) {
+        if (!isLast && m_items.empty() && m_frames.back().known == nullptr) {
+            return;
+        }
+        openGap();
+    }
+    GapPlace place = placeOfGap();
+    place.edgeBefore = isFirst ? place.edgeBefore : m_frames.back().isAfterBlock;
+    place.edgeAfter = isLast ? place.edgeAfter : beforeBlock;
+    m_frames.back().isAfterBlock = beforeBlock;
+    normaliseItems(place);
+    const auto [prefix, suffix] = compare(isFirst, isLast);
+    const bool onlyUnseen = m_frames.back().gap.atoms.empty();
+    const bool isSomewhere = m_frames.back().known != nullptr;
+    const bool isBegin = m_frames.back().lastAnchor == Tree::none;
+    if (isSomewhere && onlyUnseen && isBegin && !m_frames.back().isParagraph &&
+        (!m_items.empty() || !isLast)) {
+        // What a card begins with, such as a timer, stays ahead of all.
+        writeUnseen(0, false);
+    }
+    writeItems(prefix, suffix);
+    m_items.clear();
+    if (isLast) {
+        if (isSomewhere) {
+            writeUnseen(m_frames.back().gap.atoms.size(), true);
+        }
+        m_frames.back().isGapOpen = false;
+    }
+}
+
+/// Takes out the blanks that don't count.
+void Merger::normaliseItems(const GapPlace& place) {
+    if (place.exact) {
+        std::size_t skip = 0;
+        while (place.edgeBefore && skip < m_items.size() &&
+               m_items[skip].kind == Item::Kind::Character && m_items[skip].unit == u'\n') {
+            ++skip;
+        }
+        m_items.erase(m_items.begin(), m_items.begin() + static_cast<std::ptrdiff_t>(skip));
+        return;
+    }
+    const auto isBlankItem = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == u' ';
+    };
+    const auto isEdge = [](const Item& item) {
+        return item.kind == Item::Kind::Character ? item.unit == breakAtom : item.isBlock;
+    };
+    const bool none =
+        place.noBlanks && std::none_of(m_items.begin(), m_items.end(), [&](const Item& item) {
+            return item.kind == Item::Kind::Character && !isBlankItem(item);
+        });
+    bool edge = place.edgeAfter || place.noBlanks;
+    std::vector<bool> drop(m_items.size());
+    for (std::size_t i = m_items.size(); i-- > 0;) {
+        if (isBlankItem(m_items[i])) {
+            drop[i] = edge || none;
+        } else if (m_items[i].kind == Item::Kind::Character || isEdge(m_items[i])) {
+            edge = isEdge(m_items[i]);
+        }
+    }
+    edge = place.edgeBefore || place.noBlanks;
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+        const bool blank = isBlankItem(m_items[i]);
+        const bool dropped = drop[i] || (blank && edge);
+        if (blank) {
+            edge = true; // of several one counts
+        } else if (m_items[i].kind == Item::Kind::Character || isEdge(m_items[i])) {
+            edge = isEdge(m_items[i]);
+        }
+        if (!dropped) {
+            m_items[kept++] = m_items[i];
+        }
+    }
+    m_items.resize(kept);
+}
+
+/// How many characters at the begin and at the end of the page's text are the source's.
+std::pair<std::size_t, std::size_t> Merger::compare(bool isFirst, bool isLast) const {
+    const Frame& frame = m_frames.back();
+    const std::vector<SourceAtom>& atoms = frame.gap.atoms;
+    std::vector<char32_t> units;
+    units.reserve(m_items.size());
+    for (const Item& item : m_items) {
+        if (item.kind == Item::Kind::Character) {
+            units.push_back(item.unit);
+        }
+    }
+    std::size_t prefix = 0;
+    while (isFirst && prefix < units.size() && prefix < atoms.size() &&
+           units[prefix] == atoms[prefix].unit) {
+        ++prefix;
+    }
+    while (prefix > 0 && prefix < atoms.size() && atoms[prefix].glued) {
+        --prefix;
+    }
+    const std::size_t used = std::max(prefix, frame.usedAtoms);
+    std::size_t suffix = 0;
+    while (isLast && suffix < units.size() - prefix && suffix < atoms.size() - used &&
+           units[units.size() - 1 - suffix] == atoms[atoms.size() - 1 - suffix].unit) {
+        ++suffix;
+    }
+    while (suffix > 0 && atoms[atoms.size() - suffix].glued) {
+        --suffix;
+    }
+    return {prefix, suffix};
+}
+
+void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
+    Frame& frame = m_frames.back();
+    const auto characters = static_cast<std::size_t>(
+        std::count_if(m_items.begin(), m_items.end(),
+                      [](const Item& item) { return item.kind == Item::Kind::Character; }));
+    const std::size_t behindNew = characters - suffix;
+    const std::size_t atomShift = frame.gap.atoms.size() - characters;
+    frame.usedAtoms = std::max(frame.usedAtoms, prefix);
+    std::size_t number = 0;
+    for (std::size_t i = 0; i < m_items.size();) {
+        if (m_items[i].kind == Item::Kind::Enter) {
+            openSoft(m_items[i++].node);
+            continue;
+        }
+        if (m_items[i].kind == Item::Kind::Edge) {
+            ++i;
+            continue;
+        }
+        if (m_items[i].kind == Item::Kind::Leave) {
+            closeSoft();
+            ++i;
+            continue;
+        }
+        std::size_t end = i;
+        const std::size_t first = number;
+        const std::size_t limit = first < prefix      ? prefix
+                                  : first < behindNew ? behindNew
+                                                      : characters;
+        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character &&
+               number < limit) {
+            ++end;
+            ++number;
+        }
+        if (first < prefix) {
+            writeRun(i, end, first);
+        } else if (first < behindNew) {
+            writeNew(i, end);
+        } else {
+            writeRun(i, end, first + atomShift);
+        }
+        i = end;
+    }
+}
+
+/// Copies the characters of the items from the source, where they begin at `atom`.
+void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
+    // The frame may move while what is written opens others.
+    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
+    std::size_t begin = atom;
+    std::size_t end = atom + (behind - firstItem);
+    // What is written in one with its neighbours can't be cut.
+    while (begin < end && atoms[begin].glued) {
+        ++begin;
+    }
+    while (end > begin && end < atoms.size() && atoms[end].glued) {
+        --end;
+    }
+    writeNew(firstItem, firstItem + (begin - atom));
+    if (begin < end) {
+        m_buffer = unseenUpTo(begin);
+        m_buffer +=
+            m_tree->text().substr(atoms[begin].begin, atoms[end - 1].end - atoms[begin].begin);
+        std::size_t& next = m_frames.back().usedUnseen;
+        const std::vector<Unseen>& unseen = m_frames.back().gap.unseen;
+        while (next < unseen.size() && unseen[next].before < end) {
+            ++next; // those inside came along
+        }
+        m_writer.text(m_buffer, isBare());
+    }
+    writeNew(firstItem + (end - atom), behind);
+}
+
+void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
+    std::u16string text;
+    const bool bare = isBare();
+    const auto write = [&] {
+        if (!text.empty()) {
+            m_buffer.clear();
+            if (!appendCharacters(m_buffer, text)) {
+                drop(u"a character that XML has no place for");
+            }
+            m_writer.text(m_buffer, bare);
+            text.clear();
+        }
+    };
+    for (std::size_t i = firstItem; i < behind; ++i) {
+        const char32_t unit = m_items[i].unit;
+        if (unit == breakAtom) {
+            write();
+            m_writer.lineBreak(u"<br/>", bare);
+        } else if (unit == u'\n') {
+            text += m_lineEnd;
+        } else {
+            text += static_cast<char16_t>(unit);
+        }
+    }
+    write();
+}
+
+/// What isn't seen ahead of `atom` and was not written yet; of blanks only those right
+/// ahead, of it or of something else that comes along.
+std::u16string Merger::unseenUpTo(std::size_t atom) {
+    Frame& frame = m_frames.back();
+    const bool isSplit = frame.known != nullptr && frame.known->isCopy && !frame.known->isUnchanged;
+    std::u16string text;
+    const std::vector<Unseen>& unseen = frame.gap.unseen;
+    for (; frame.usedUnseen < unseen.size() && unseen[frame.usedUnseen].before <= atom;
+         ++frame.usedUnseen) {
+        const Unseen& one = unseen[frame.usedUnseen];
+        const std::size_t next = frame.usedUnseen + 1;
+        const bool leads =
+            next < unseen.size() && !unseen[next].isBlank && unseen[next].before == one.before;
+        const bool kept = one.isBlank ? one.before == atom || (leads && !isSplit) : !isSplit;
+        if (kept) {
+            text += m_tree->text().substr(one.begin, one.end - one.begin);
+        }
+    }
+    return text;
+}
+
+void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
+    Frame& frame = m_frames.back();
+    std::u16string text;
+    if (keepsLastBlank) {
+        text = unseenUpTo(atom);
+    } else {
+        // The blanks behind it all wait for what comes next.
+        std::vector<Unseen>& unseen = frame.gap.unseen;
+        const bool blankLast = !unseen.empty() && unseen.back().isBlank;
+        const Unseen last = blankLast ? unseen.back() : Unseen();
+        if (blankLast && frame.usedUnseen < unseen.size()) {
+            unseen.pop_back();
+            text = unseenUpTo(atom);
+            unseen.push_back(last);
+        } else {
+            text = unseenUpTo(atom);
+        }
+    }
+    if (text.empty()) {
+        return;
+    }
+    if (frame.isParagraph) {
+        m_writer.forceParagraph();
+    }
+    m_writer.unseen(text, frame.handle);
+}
+
+} // namespace ravikit

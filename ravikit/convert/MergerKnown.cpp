@@ -1,0 +1,210 @@
+#include "ravikit/Chars.h"
+#include "ravikit/convert/Carrier.h"
+#include "ravikit/convert/MergerCore.h"
+#include "ravikit/convert/Style.h"
+
+namespace ravikit {
+
+namespace {
+
+/// The blanks of a text as a page shows them: one between words.
+std::u16string collapsed(std::u16string_view text) {
+    std::u16string words;
+    for (const char16_t c : text) {
+        if (!isBlank(c)) {
+            words += c;
+        } else if (!words.empty() && words.back() != u' ') {
+            words += u' ';
+        }
+    }
+    if (words.ends_with(u' ')) {
+        words.pop_back();
+    }
+    return words;
+}
+
+constexpr bool isBox(Element e) {
+    return e == Element::Img || e == Element::Input || e == Element::Do;
+}
+
+} // namespace
+
+std::uint32_t Merger::visitKnown(const KnownElement& known) {
+    flush(known.isAnchor, !known.isAnchor && isBlockSource(known.source));
+    Frame& frame = m_frames.back();
+    if (known.isAnchor) {
+        frame.lastAnchor = known.source;
+        ++frame.nextAnchor;
+    }
+    const Element element = m_known.outline().element(known.source);
+    const bool done = known.isUnchanged ? writeWhole(known) : isBox(element) && writeBox(known);
+    if (done) {
+        return m_page[known.page].next;
+    }
+    if (isBox(element)) { // no place for it: its text at least
+        writeText(textOf(known.page));
+        return m_page[known.page].next;
+    }
+    m_open.push_back({.next = m_page[known.page].next, .isFrame = true});
+    enterKnown(known);
+    return known.page + 1;
+}
+
+bool Merger::writeWhole(const KnownElement& known) {
+    const Tree::Id parent = known.isAnchor ? m_known.parentOf(known.source) : Tree::none;
+    const Element element = m_known.outline().element(known.source);
+    const std::u16string markup =
+        known.isCopy ? withoutIds(known.source) : std::u16string(m_tree->source(known.source));
+    return m_writer.leaf(element, markup, parent);
+}
+
+/// An element that is on the page as the text of one of its attributes.
+bool Merger::writeBox(const KnownElement& known) {
+    const Tree& tree = *m_tree;
+    const Element element = m_known.outline().element(known.source);
+    AttributeChanges changes = captionChange(known, known.page);
+    DeckWriter tags(m_tree, m_lineEnd);
+    const DeckWriter::Handle handle = tags.openInPlace(
+        {.element = element, .source = known.source, .isCopy = known.isCopy, .changes = changes});
+    std::u16string markup;
+    if (tree.has(known.source, EmptyTag)) {
+        tags.close(handle);
+        markup = std::move(tags.out());
+    } else {
+        tags.unseen(
+            tree.text().substr(tree.startTagEnd(known.source),
+                               tree.endTagBegin(known.source) - tree.startTagEnd(known.source)),
+            handle);
+        tags.close(handle);
+        markup = std::move(tags.out());
+    }
+    const Tree::Id parent = known.isAnchor ? m_known.parentOf(known.source) : Tree::none;
+    return m_writer.leaf(element, markup, parent);
+}
+
+void Merger::enterKnown(const KnownElement& known) {
+    const Element element = m_known.outline().element(known.source);
+    Frame frame{.known = &known, .nextAnchor = known.firstAnchor};
+    frame.exact = element == Element::Pre;
+    frame.caption = captionOf(known);
+    AttributeChanges changes =
+        element == Element::P ? alignChange(known) : captionChange(known, frame.caption);
+    DeckWriter::Opening opening{.element = element,
+                                .source = known.source,
+                                .isCopy = known.isCopy,
+                                .changes = std::move(changes)};
+    const bool isRoot = m_frames.empty();
+    if (isRoot || known.isAnchor) {
+        frame.handle = m_writer.openInPlace(std::move(opening));
+    } else if (element == Element::P) {
+        frame.isParagraph = true;
+        Soft soft{.isBlock = true, .outer = m_writer.paragraph()};
+        m_writer.breakParagraph({.source = known.source,
+                                 .isCopy = known.isCopy,
+                                 .changes = std::move(opening.changes)});
+        frame.lastPart = m_writer.paragraphsWritten();
+        m_soft.push_back(std::move(soft));
+    } else if (isFormat(element)) {
+        frame.handle = m_writer.openFormat(std::move(opening));
+    } else if (isLink(element)) {
+        frame.handle = m_writer.openLink(std::move(opening));
+    } else if (element != Element::Unknown && element != Element::HtmlBlock) {
+        frame.handle = m_writer.openStructure(std::move(opening));
+    }
+    m_exact += frame.exact ? 1 : 0;
+    m_frames.push_back(std::move(frame));
+    // A style that a browser put on the element itself works on what is in it.
+    const std::uint32_t effects = pageEffects(m_page, known.page) & ~std::uint32_t{AlignBits};
+    if (effects != 0 && !isRoot) {
+        m_soft.emplace_back();
+        addFormats(effects, m_soft.back());
+        m_open.back().isSoft = true;
+    }
+}
+
+/// The alignment that the page shows of a paragraph, from its parts if it is in several: the first
+/// that differs from the source's is the one that the author chose.
+std::uint32_t Merger::alignOnPage(const KnownElement& known) const {
+    if (m_page[known.page].tag == PageTag::P) {
+        return pageEffects(m_page, known.page) & AlignBits;
+    }
+    const Tree::Id attribute = m_tree->attribute(known.source, u"align");
+    const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));
+    for (std::uint32_t node = known.page + 1; node < m_page[known.page].next;
+         node = m_page[node].next) {
+        if (m_page[node].tag == PageTag::P && m_page.attribute(node, partAttribute) != nullptr) {
+            const std::uint32_t align = pageEffects(m_page, node) & AlignBits;
+            if (align != own) {
+                return align;
+            }
+        }
+    }
+    return own;
+}
+
+AttributeChanges Merger::alignChange(const KnownElement& known) const {
+    const Tree::Id attribute = m_tree->attribute(known.source, u"align");
+    const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));
+    const std::uint32_t align = alignOnPage(known);
+    if (align == own) {
+        return {};
+    }
+    return {{u"align", std::u16string(alignName(align)), align == 0}};
+}
+
+/// The node that shows an attribute of `known`; the element's own if there is none.
+std::uint32_t Merger::captionOf(const KnownElement& known) const {
+    const std::u16string_view name = shownAttribute(m_known.outline().element(known.source));
+    for (std::uint32_t node = known.page + 1; !name.empty() && node < m_page[known.page].next;
+         node = m_page[node].next) {
+        if (m_page[node].tag != PageTag::None && m_page.value(node, textAttribute) == name) {
+            return node;
+        }
+    }
+    return known.page;
+}
+
+AttributeChanges Merger::captionChange(const KnownElement& known, std::uint32_t caption) const {
+    const Element element = m_known.outline().element(known.source);
+    const std::u16string_view name = shownAttribute(element);
+    if (name.empty() || (caption == known.page && !isBox(element))) {
+        return {};
+    }
+    const std::u16string shown = collapsed(textOf(caption));
+    if (shown == collapsed(shownText(*m_tree, known.source, element))) {
+        return {};
+    }
+    return {{std::u16string(name), shown}};
+}
+
+std::u16string Merger::textOf(std::uint32_t node) const {
+    std::u16string text;
+    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        if (m_page[at].tag == PageTag::None) {
+            text += m_page[at].text;
+        } else if (m_page[at].tag == PageTag::Br) {
+            text += u' ';
+        }
+    }
+    return text;
+}
+
+/// The source of an element without the ids in it, which the page has at another place too.
+std::u16string Merger::withoutIds(Tree::Id id) const {
+    const Tree& tree = *m_tree;
+    std::u16string text;
+    std::uint32_t at = tree[id].begin;
+    for (Tree::Id node = id; node < tree[id].next; ++node) {
+        if (tree.kind(node) == NodeKind::Attribute && tree.name(node) == u"id") {
+            std::u16string_view ahead = tree.text().substr(at, tree[node].begin - at);
+            while (!ahead.empty() && isBlank(ahead.back())) {
+                ahead.remove_suffix(1);
+            }
+            text += ahead;
+            at = tree[node].end;
+        }
+    }
+    return text.append(tree.text().substr(at, tree[id].end - at));
+}
+
+} // namespace ravikit

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace ravikit {
+
+/// The elements of a page that the conversion tells apart.
+enum class PageTag : std::uint8_t {
+    None, ///< a text
+    Other,
+    // Blocks.
+    Body,
+    Html,
+    Div,
+    P,
+    Pre,
+    Table,
+    Tbody,
+    Tr,
+    Td,
+    Th,
+    Caption,
+    H1,
+    H2,
+    H3,
+    H4,
+    H5,
+    H6,
+    Ul,
+    Ol,
+    Li,
+    Dl,
+    Dt,
+    Dd,
+    Center,
+    OtherBlock, ///< has nothing about it but that it is a block
+    Hr,
+    Br,
+    // Inline.
+    Span,
+    Font,
+    A,
+    B,
+    I,
+    U,
+    Em,
+    Strong,
+    Big,
+    Small,
+    Img,
+    Input,
+    Select,
+    Optgroup,
+    Option,
+    Ins,
+    Quiet, ///< an empty inline element such as `wbr`
+    // Not for reading.
+    Dropped,  ///< `object`, `meta` and the like
+    RawText,  ///< `script` and `style`: what stands inside is no markup
+    NeedsHtml ///< an element with parsing rules of its own
+};
+
+/// The element of this name, in any case of letters.
+PageTag pageTagOf(std::u16string_view name);
+
+constexpr bool isBlockTag(PageTag tag) {
+    return tag >= PageTag::Body && tag <= PageTag::Br;
+}
+bool isVoidTag(std::u16string_view name);
+
+} // namespace ravikit

@@ -1,0 +1,65 @@
+#include "ravikit/convert/PageTree.h"
+
+#include "ravikit/convert/Style.h"
+
+#include <algorithm>
+
+namespace ravikit {
+
+const PageTree::Attribute* PageTree::attribute(std::uint32_t node,
+                                               std::u16string_view lower) const {
+    const PageNode& element = m_nodes[node];
+    for (std::uint32_t i = 0; i < element.attributes; ++i) {
+        const Attribute& attribute = m_attributes[element.firstAttribute + i];
+        if (sameWord(attribute.name, lower)) {
+            return &attribute;
+        }
+    }
+    return nullptr;
+}
+
+std::u16string_view PageTree::value(std::uint32_t node, std::u16string_view lower) const {
+    const Attribute* const found = attribute(node, lower);
+    return found == nullptr ? std::u16string_view() : found->value;
+}
+
+std::uint32_t PageTree::open(PageTag tag, std::u16string_view name) {
+    m_nodes.push_back({.next = size() + 1,
+                       .tag = tag,
+                       .firstAttribute = static_cast<std::uint32_t>(m_attributes.size()),
+                       .attributes = 0,
+                       .text = name});
+    return size() - 1;
+}
+
+void PageTree::addAttribute(std::u16string_view name, std::u16string_view value) {
+    m_attributes.push_back({name, value});
+    ++m_nodes.back().attributes;
+}
+
+void PageTree::addText(std::u16string_view text) {
+    if (!text.empty()) {
+        m_nodes.push_back({.next = size() + 1, .text = text});
+    }
+}
+
+std::u16string_view PageTree::keep(std::u16string_view text) {
+    if (text.size() > m_room) {
+        m_room = std::max(text.size(), chunkUnits);
+        m_chunks.push_back(std::make_unique<char16_t[]>(m_room));
+        m_free = m_chunks.back().get();
+    }
+    std::copy(text.begin(), text.end(), m_free);
+    const std::u16string_view kept(m_free, text.size());
+    m_free += text.size();
+    m_room -= text.size();
+    return kept;
+}
+
+void PageTree::clear() {
+    m_nodes.clear();
+    m_attributes.clear();
+    m_dropped = false;
+}
+
+} // namespace ravikit

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "ravikit/Problem.h"
+#include "ravikit/convert/PageTags.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ravikit {
+
+/// A text or an element of a page. The nodes stand in document order.
+struct PageNode {
+    std::uint32_t next = 0; ///< the first node behind the subtree
+    PageTag tag = PageTag::None;
+    std::uint32_t firstAttribute = 0;
+    std::uint32_t attributes = 0;
+    std::u16string_view text; ///< of a text, its characters; of an element, its name
+};
+
+/// An HTML page, parsed: elements and texts, and what a deck can use of the attributes. Comments
+/// and what stands in scripts and styles are left out.
+class PageTree {
+public:
+    struct Attribute {
+        std::u16string_view name; ///< in any case of letters
+        std::u16string_view value;
+    };
+
+    const std::vector<PageNode>& nodes() const { return m_nodes; }
+    std::uint32_t size() const { return static_cast<std::uint32_t>(m_nodes.size()); }
+    const PageNode& operator[](std::uint32_t node) const { return m_nodes[node]; }
+
+    /// The attribute at `index`, from 0, as written.
+    const Attribute& attributeAt(std::uint32_t node, std::uint32_t index) const {
+        return m_attributes[m_nodes[node].firstAttribute + index];
+    }
+
+    /// The attribute named `lower`; null if there is none.
+    const Attribute* attribute(std::uint32_t node, std::u16string_view lower) const;
+    std::u16string_view value(std::uint32_t node, std::u16string_view lower) const;
+
+    /// Whether something was left out that a reader of the page could miss.
+    bool hasDropped() const { return m_dropped; }
+
+    // For the readers.
+    std::uint32_t open(PageTag tag, std::u16string_view name);
+    void addAttribute(std::u16string_view name, std::u16string_view value);
+    void addText(std::u16string_view text);
+    void close(std::uint32_t node) { m_nodes[node].next = size(); }
+    void noteDropped() { m_dropped = true; }
+    /// Keeps a copy of `text` as long as the tree.
+    std::u16string_view keep(std::u16string_view text);
+    void clear();
+    void reserve(std::size_t nodes) { m_nodes.reserve(nodes); }
+
+private:
+    static constexpr std::size_t chunkUnits = 1 << 16;
+    std::vector<PageNode> m_nodes;
+    std::vector<Attribute> m_attributes;
+    std::vector<std::unique_ptr<char16_t[]>> m_chunks;
+    char16_t* m_free = nullptr;
+    std::size_t m_room = 0;
+    bool m_dropped = false;
+};
+
+/// Reads `html` as it stands, which must outlive the tree: every tag is one, every element is
+/// closed by its own end tag. False if it isn't so, and if a browser would read it in another way
+/// for the sake of an element with rules of its own; the tree is then of no use.
+bool readLiterally(std::u16string_view html, PageTree& page);
+
+/// Reads `html` as a browser does. False, with the reason in `problems`, if it is nested beyond
+/// what can be read in bounded time.
+bool readAsBrowser(std::u16string_view html, PageTree& page, Problems& problems);
+
+} // namespace ravikit

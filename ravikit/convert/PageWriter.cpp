@@ -1,0 +1,444 @@
+#include "ravikit/convert/PageWriter.h"
+
+#include "ravikit/Scan.h"
+#include "ravikit/convert/Carrier.h"
+#include "ravikit/convert/Digest.h"
+#include "ravikit/convert/Elements.h"
+#include "ravikit/convert/Style.h"
+
+#include <vector>
+
+namespace ravikit {
+
+namespace {
+
+/// How an element stands on the page. Nothing that loads, runs or leads anywhere is among them, and
+/// none that a browser would move elsewhere from where we write it.
+struct Shape {
+    std::u16string_view name;
+    PageTag tag = PageTag::Span;
+    std::u16string_view attributes = {};
+    std::u16string_view caption = {}; ///< the page's element for the attribute that is shown
+    std::u16string_view captionAttributes = {};
+};
+
+constexpr std::u16string_view boxed = u" style=\"border:1px solid #888;padding:2px\"";
+constexpr std::u16string_view button = u" style=\"border:2px outset #aaa;padding:2px\"";
+constexpr std::u16string_view link = u" style=\"color:#0000cc;border-bottom:1px solid #0000cc\"";
+constexpr std::u16string_view line = u" style=\"display:block\"";
+
+constexpr Shape neutralBlock{u"div", PageTag::Div};
+constexpr Shape neutral{u"span", PageTag::Span};
+
+Shape shapeOf(Element element, bool irregular) {
+    switch (element) {
+    case Element::Wml:
+        return {u"div", PageTag::Div, u" class=\"deck\""};
+    case Element::Card:
+        return {u"div", PageTag::Div, u" class=\"card\"", u"h2"};
+    case Element::P:
+        return irregular ? neutralBlock : Shape{u"p", PageTag::P};
+    case Element::Pre:
+        return {u"pre", PageTag::Pre};
+    case Element::Table:
+        return irregular ? Shape{u"div", PageTag::Div, {}, u"div"}
+                         : Shape{u"table", PageTag::Table, u" border=\"1\"", u"caption"};
+    case Element::Tr:
+        return irregular ? neutralBlock : Shape{u"tr", PageTag::Tr};
+    case Element::Td:
+        return irregular ? neutralBlock : Shape{u"td", PageTag::Td};
+    case Element::Fieldset:
+        return {u"div", PageTag::Div, boxed, u"div"};
+    case Element::HtmlBlock:
+        return neutralBlock;
+    case Element::Select:
+        return {u"span", PageTag::Span,
+                u" style=\"display:inline-block;border:1px solid #888;padding:2px\""};
+    case Element::Optgroup:
+        return {u"span", PageTag::Span, line, u"span", line};
+    case Element::Option:
+        return {u"span", PageTag::Span, line};
+    case Element::Input:
+    case Element::Img:
+        return {u"span", PageTag::Span, boxed};
+    case Element::Do:
+        return {u"span", PageTag::Span, button};
+    case Element::A:
+    case Element::Anchor:
+        return {u"span", PageTag::Span, link};
+    case Element::B:
+        return {u"b", PageTag::B};
+    case Element::I:
+        return {u"i", PageTag::I};
+    case Element::U:
+        return {u"u", PageTag::U};
+    case Element::Em:
+        return {u"em", PageTag::Em};
+    case Element::Strong:
+        return {u"strong", PageTag::Strong};
+    case Element::Big:
+        return {u"big", PageTag::Big};
+    case Element::Small:
+        return {u"small", PageTag::Small};
+    default:
+        return neutral;
+    }
+}
+
+constexpr bool isBox(Element e) {
+    return e == Element::Img || e == Element::Input || e == Element::Do;
+}
+
+/// What text cannot hold as it is.
+struct EscapeStop {
+    bool operator()(char16_t c) const {
+        return c == u'&' || c == u'<' || c == u'>' || c == u'"' || c == u'\r' || c == u'\u00A0';
+    }
+#if defined(__SSE2__)
+    scan::Bytes operator()(scan::Bytes u) const {
+        using scan::either;
+        using scan::equals;
+        return either(either(either(equals(u, u'&'), equals(u, u'<')),
+                             either(equals(u, u'>'), equals(u, u'"'))),
+                      either(equals(u, u'\r'), equals(u, u'\u00A0')));
+    }
+#endif
+};
+
+class PageWriter {
+public:
+    explicit PageWriter(const Tree& tree)
+        : m_tree(tree)
+        , m_outline(tree)
+        , m_deck(Mark::deckOf(hashOf(tree.text()))) {}
+
+    std::u16string write() {
+        m_page.reserve(m_tree.text().size() * 3 + 1024);
+        const Tree::Id root = m_tree.documentElement();
+        if (root == Tree::none) {
+            m_digest.open(PageTag::Pre, 0);
+            m_page = u"<div><pre>\n";
+            text(m_tree.text());
+            return m_page + u"</pre></div>";
+        }
+        const Tree::Id behind = m_tree[root].next;
+        for (Tree::Id id = root; id < behind;) {
+            closeUpTo(id);
+            id = writeNode(id);
+        }
+        closeUpTo(behind);
+        return std::move(m_page);
+    }
+
+private:
+    static constexpr std::size_t none = std::u16string::npos;
+
+    struct Frame {
+        Tree::Id next; ///< the node behind it
+        std::u16string_view name;
+        std::size_t mark = none; ///< where its digest goes
+        Element element = Element::Unknown;
+        bool inParts = false; ///< its inline content stands in paragraphs of the page
+        bool isPart = false;
+        bool isNeutral = false; ///< a table or row that HTML wouldn't take as one
+        bool skipsBlanks = false;
+        bool hasBody = false; ///< an HTML table's body stands open in it
+        std::u16string_view align = {};
+        std::uint32_t parts = 0;
+    };
+
+    Tree::Id writeNode(Tree::Id id) {
+        switch (m_tree.kind(id)) {
+        case NodeKind::Element:
+            return writeElement(id);
+        case NodeKind::Blank:
+            if (m_open.back().skipsBlanks || m_open.back().inParts) {
+                break;
+            }
+            text(m_tree.source(id));
+            break;
+        case NodeKind::Text:
+        case NodeKind::CData:
+        case NodeKind::Reference:
+            openPart();
+            writeCharacters(id);
+            break;
+        default:
+            break;
+        }
+        return m_tree[id].next;
+    }
+
+    void writeCharacters(Tree::Id id) {
+        switch (m_tree.kind(id)) {
+        case NodeKind::CData:
+            text(insideCData(m_tree.source(id)));
+            break;
+        case NodeKind::Reference: {
+            const std::u16string characters = m_tree.referenceText(id);
+            text(characters.empty() ? m_tree.source(id) : characters);
+            break;
+        }
+        default:
+            text(m_tree.source(id));
+        }
+    }
+
+    Tree::Id writeElement(Tree::Id id) {
+        if (m_outline.isBreak(id)) {
+            openPart();
+            m_page += u"<br>";
+            m_digest.open(PageTag::Br, 0);
+            m_digest.close();
+            return m_tree[id].next;
+        }
+        if (!m_outline.isShown(id)) {
+            return m_tree[id].next;
+        }
+        const Element element = m_outline.element(id);
+        const bool flat = m_outline.isFlat(id);
+        const bool neutralTable =
+            m_outline.isIrregular(id) ||
+            ((element == Element::Tr || element == Element::Td) && m_open.back().isNeutral);
+        const bool split = element == Element::P && m_outline.holdsBlock(id);
+        const Shape shape = flat ? neutral : shapeOf(element, neutralTable || split);
+        if (isBlockTag(shape.tag) || (!flat && m_outline.holdsBlock(id))) {
+            closePart();
+        } else {
+            openPart();
+        }
+        openMarked(id, element, shape);
+        Frame& frame = m_open.back();
+        frame.isNeutral = neutralTable;
+        frame.inParts = split;
+        frame.skipsBlanks = holdsElementsOnly(element) && !m_outline.isBare(id);
+        writeCaption(id, element, shape);
+        if (flat) {
+            writeFlat(id);
+            return m_tree[id].next;
+        }
+        if (element == Element::Table && !neutralTable) {
+            m_page += u"<tbody>";
+            m_digest.open(PageTag::Tbody, 0);
+            m_open.back().hasBody = true;
+        }
+        return isBox(element) ? m_tree[id].next : m_tree.firstContent(id);
+    }
+
+    void openMarked(Tree::Id id, Element element, const Shape& shape) {
+        m_page += u'<';
+        m_page += shape.name;
+        m_page += shape.attributes;
+        std::u16string_view align;
+        if (element == Element::P) {
+            align = writeParagraphAttributes(id, shape.tag == PageTag::P);
+        }
+        m_page += u' ';
+        m_page += markAttribute;
+        m_page += u"=\"";
+        const std::size_t mark = appendMark(m_page, m_deck, m_tree[id].begin);
+        m_page += u'"';
+        if (m_open.empty()) {
+            m_page += u' ';
+            m_page += deckAttribute;
+            m_page += u"=\"";
+            appendCarried(m_page, m_tree.text());
+            m_page += u'"';
+        }
+        if (isBox(element)) {
+            appendTextAttribute(element);
+        }
+        m_page += u'>';
+        m_digest.open(shape.tag, shape.tag == PageTag::P ? alignCode(align) : 0);
+        m_open.push_back(
+            {.next = m_tree[id].next, .name = shape.name, .mark = mark, .element = element});
+        m_open.back().align = align;
+        if (shape.tag == PageTag::Pre) {
+            m_page += u'\n'; // a reader of HTML drops the first line end
+        }
+    }
+
+    /// Gives the alignment that the page shows.
+    std::u16string_view writeParagraphAttributes(Tree::Id id, bool isParagraph) {
+        const Tree::Id mode = m_tree.attribute(id, u"mode");
+        if (mode != Tree::none && m_tree.rawValue(mode) == u"nowrap") {
+            m_page += u" style=\"white-space:nowrap\"";
+        }
+        const Tree::Id attribute = m_tree.attribute(id, u"align");
+        const std::u16string_view align =
+            attribute == Tree::none ? std::u16string_view() : m_tree.rawValue(attribute);
+        if (alignCode(align) == 0) {
+            return {};
+        }
+        if (isParagraph) {
+            appendAlign(align);
+        }
+        return align;
+    }
+
+    void appendAlign(std::u16string_view align) {
+        if (!align.empty()) {
+            m_page += u" align=\"";
+            m_page += align;
+            m_page += u'"';
+        }
+    }
+
+    void appendTextAttribute(Element element) {
+        m_page += u' ';
+        m_page += textAttribute;
+        m_page += u"=\"";
+        m_page += shownAttribute(element);
+        m_page += u'"';
+    }
+
+    void writeCaption(Tree::Id id, Element element, const Shape& shape) {
+        if (isBox(element)) {
+            text(shownText(m_tree, id, element));
+            return;
+        }
+        const std::u16string caption =
+            shape.caption.empty() ? std::u16string() : shownText(m_tree, id, element);
+        if (caption.empty()) {
+            return;
+        }
+        m_page += u'<';
+        m_page += shape.caption;
+        appendTextAttribute(element);
+        m_page += shape.captionAttributes;
+        m_page += u'>';
+        m_digest.open(pageTagOf(shape.caption), 0);
+        text(caption);
+        m_digest.close();
+        closeTag(shape.caption);
+    }
+
+    /// All that `id` holds as one text.
+    void writeFlat(Tree::Id id) {
+        for (Tree::Id at = m_tree.firstContent(id); at < m_tree[id].next;) {
+            const NodeKind kind = m_tree.kind(at);
+            if (kind == NodeKind::Element) {
+                at = m_tree.firstContent(at);
+                continue;
+            }
+            if (kind == NodeKind::Text || kind == NodeKind::Blank || kind == NodeKind::CData ||
+                kind == NodeKind::Reference) {
+                writeCharacters(at);
+            }
+            at = m_tree[at].next;
+        }
+    }
+
+    void openPart() {
+        if (!m_open.back().inParts) {
+            return;
+        }
+        Frame& paragraph = m_open.back();
+        const Frame part{.next = paragraph.next,
+                         .name = u"p",
+                         .element = Element::P,
+                         .isPart = true,
+                         .align = paragraph.align};
+        m_page += u"<p ";
+        m_page += partAttribute;
+        m_page += u"=\"";
+        for (const char c : std::to_string(++paragraph.parts)) {
+            m_page += static_cast<char16_t>(c);
+        }
+        m_page += u'"';
+        appendAlign(part.align);
+        m_page += u'>';
+        m_digest.open(PageTag::P, alignCode(part.align));
+        m_open.push_back(part);
+    }
+
+    void closePart() {
+        if (!m_open.empty() && m_open.back().isPart) {
+            close();
+        }
+    }
+
+    void closeUpTo(Tree::Id id) {
+        while (!m_open.empty() && m_open.back().next <= id) {
+            close();
+        }
+    }
+
+    void close() {
+        const Frame& frame = m_open.back();
+        if (frame.hasBody) {
+            m_digest.close();
+            closeTag(u"tbody");
+        }
+        const std::uint64_t digest = m_digest.close();
+        if (frame.mark != none) {
+            setDigest(m_page, frame.mark, Mark::digestOf(digest));
+        }
+        closeTag(frame.name);
+        m_open.pop_back();
+    }
+
+    void closeTag(std::u16string_view name) {
+        m_page += u"</";
+        m_page += name;
+        m_page += u'>';
+    }
+
+    void text(std::u16string_view text) {
+        m_digest.text(text);
+        const char16_t* at = text.data();
+        const char16_t* const end = at + text.size();
+        while (at != end) {
+            const char16_t* const stop = scan::find(at, end, EscapeStop());
+            m_page.append(at, static_cast<std::size_t>(stop - at));
+            if (stop == end) {
+                return;
+            }
+            at = stop + 1;
+            switch (*stop) {
+            case u'&':
+                m_page += u"&amp;";
+                break;
+            case u'<':
+                m_page += u"&lt;";
+                break;
+            case u'>':
+                m_page += u"&gt;";
+                break;
+            case u'"':
+                m_page += u"&quot;";
+                break;
+            case u'\u00A0':
+                m_page += u"&nbsp;";
+                break;
+            default: // a line end, which HTML has as one LF
+                if (at == end || *at != u'\n') {
+                    m_page += u'\n';
+                }
+            }
+        }
+    }
+
+    static std::u16string_view insideCData(std::u16string_view source) {
+        source.remove_prefix(std::min<std::size_t>(9, source.size()));
+        if (source.ends_with(u"]]>")) {
+            source.remove_suffix(3);
+        }
+        return source;
+    }
+
+    const Tree& m_tree;
+    Outline m_outline;
+    std::uint64_t m_deck;
+    std::u16string m_page;
+    Digest m_digest;
+    std::vector<Frame> m_open;
+};
+
+} // namespace
+
+std::u16string writePage(const Tree& tree) {
+    return PageWriter(tree).write();
+}
+
+} // namespace ravikit

@@ -1,0 +1,277 @@
+#include "ravikit/ConvertSupport.h"
+
+#include "ravikit/Chars.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iostream>
+
+/// A page that was changed in one place: the deck changes there and nowhere else, and stays valid.
+namespace {
+
+using namespace convert_test;
+
+/// Offsets in a deck.
+struct Range {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+/// Where the element stands that `node`, or the nearest marked one around it, was made from.
+Range rangeOf(const PageElement* node, const std::u16string& deck) {
+    while (!node->isMarked()) {
+        node = node->parent;
+    }
+    const auto mark = ravikit::readMark(*node->attribute(ravikit::markAttribute));
+    const auto tree = ravikit::parse(deck, &ravikit::Dtd::builtIn()->declarations());
+    for (ravikit::Tree::Id id = 1; id < tree->size(); ++id) {
+        if (tree->kind(id) == ravikit::NodeKind::Element && (*tree)[id].begin == mark->begin) {
+            return {mark->begin, (*tree)[id].end};
+        }
+    }
+    return {};
+}
+
+/// An edit, and what of the deck it may change.
+struct Edit {
+    std::string name;
+    Range touched;
+};
+
+class Editor {
+public:
+    Editor(const std::u16string& deck, std::mt19937& random)
+        : m_deck(deck)
+        , m_random(random)
+        , m_body(browse(plainOf(deck))) {
+        m_body->collect(m_all);
+    }
+
+    PageElement& body() { return *m_body; }
+
+    /// Makes one edit at random; its name is empty if the page has no place for it.
+    Edit edit() {
+        switch (below(9)) {
+        case 0:
+            return type();
+        case 1:
+            return wrap({u"b", u"i", u"u", u"strong", u"em"});
+        case 2:
+            return wrap({u"big", u"small"});
+        case 3:
+            return style();
+        case 4:
+            return align();
+        case 5:
+            return split();
+        case 6:
+            return add();
+        case 7:
+            return remove();
+        default:
+            return normalSize();
+        }
+    }
+
+private:
+    unsigned below(std::size_t limit) {
+        return static_cast<unsigned>(m_random() % static_cast<unsigned>(limit));
+    }
+
+    template <class Test>
+    PageElement* pick(const Test& test) {
+        std::vector<PageElement*> good;
+        std::copy_if(m_all.begin(), m_all.end(), std::back_inserter(good),
+                     [&](PageElement* e) { return test(*e); });
+        return good.empty() ? nullptr : good[below(good.size())];
+    }
+
+    PageElement* pickText() {
+        return pick([](const PageElement& e) { return e.tag.empty() && !letters(e.text).empty(); });
+    }
+    PageElement* pickParagraph() {
+        return pick([](const PageElement& e) { return e.tag == u"p"; });
+    }
+
+    Edit type() {
+        PageElement* const text = pickText();
+        if (text == nullptr) {
+            return {};
+        }
+        const std::size_t at = below(text->text.size());
+        text->text.insert(at, u"typed <&\u00A0\"> $(new)");
+        return {"type", rangeOf(text, m_deck)};
+    }
+
+    /// Puts `element` around a part of a text.
+    Edit enclose(std::unique_ptr<PageElement> element) {
+        PageElement* const text = pickText();
+        if (text == nullptr) {
+            return {};
+        }
+        const std::string name = "wrap in " + toUtf8(element->tag);
+        const Range touched = rangeOf(text, m_deck);
+        const std::size_t begin = below(text->text.size());
+        const std::size_t length = 1 + below(text->text.size() - begin);
+        const auto isLow = [text](std::size_t at) {
+            return at < text->text.size() && (text->text[at] & 0xFC00) == 0xDC00;
+        };
+        if (isLow(begin) || isLow(begin + length)) {
+            return {};
+        }
+        PageElement* const parent = text->parent;
+        const std::size_t at = text->index();
+        const std::u16string whole = text->take()->text;
+        if (begin + length < whole.size()) {
+            parent->insert(at, makeText(whole.substr(begin + length)));
+        }
+        element->insert(0, makeText(whole.substr(begin, length)));
+        parent->insert(at, std::move(element));
+        if (begin > 0) {
+            parent->insert(at, makeText(whole.substr(0, begin)));
+        }
+        return {name, touched};
+    }
+
+    Edit wrap(std::initializer_list<const char16_t*> tags) {
+        return enclose(makeElement(*(tags.begin() + below(tags.size()))));
+    }
+
+    Edit style() {
+        static constexpr const char16_t* styles[] = {u"font-weight: bold", u"FONT-STYLE: italic",
+                                                     u"text-decoration: underline",
+                                                     u"color: red; font-size: x-large"};
+        auto span = makeElement(u"span");
+        span->set(u"style", styles[below(4)]);
+        return enclose(std::move(span));
+    }
+
+    Edit normalSize() {
+        auto font = makeElement(u"font");
+        font->set(u"size", u"3");
+        return enclose(std::move(font));
+    }
+
+    Edit align() {
+        PageElement* const paragraph = pickParagraph();
+        if (paragraph == nullptr) {
+            return {};
+        }
+        static constexpr const char16_t* values[] = {u"left", u"center", u"right"};
+        paragraph->set(u"align", values[below(3)]);
+        return {"align", rangeOf(paragraph, m_deck)};
+    }
+
+    /// Enter: the paragraph is there twice, marks and all, each with a part of what it held.
+    Edit split() {
+        PageElement* const paragraph = pickParagraph();
+        if (paragraph == nullptr || paragraph->children.empty()) {
+            return {};
+        }
+        const Range touched = rangeOf(paragraph, m_deck);
+        auto second = makeElement(u"p");
+        second->attributes = paragraph->attributes;
+        const std::size_t from = 1 + below(paragraph->children.size());
+        while (paragraph->children.size() > from) {
+            second->insert(0, paragraph->children.back()->take());
+        }
+        if (letters(paragraph->innerText()).empty()) {
+            return {}; // then the second is the old one, and the first is new
+        }
+        paragraph->parent->insert(paragraph->index() + 1, std::move(second));
+        return {"split", touched};
+    }
+
+    Edit add() {
+        PageElement* const paragraph =
+            pick([](const PageElement& e) { return e.tag == u"p" && e.isMarked(); });
+        if (paragraph == nullptr || paragraph->parent->attribute(u"class") == nullptr) {
+            return {};
+        }
+        const std::size_t end = rangeOf(paragraph, m_deck).end;
+        auto added = makeElement(u"p");
+        added->insert(0, makeText(u"added"));
+        paragraph->parent->insert(paragraph->index() + 1, std::move(added));
+        return {"add", {end, end}};
+    }
+
+    Edit remove() {
+        PageElement* const element = pick([](const PageElement& e) {
+            const std::u16string* const kind = e.attribute(u"class");
+            return e.isMarked() && (kind == nullptr || *kind != u"deck");
+        });
+        const std::u16string* const style = element ? element->attribute(u"style") : nullptr;
+        if (element == nullptr || element->tag == u"td" || element->tag == u"tr" ||
+            (style != nullptr && *style == u"display:block") ||
+            (element->parent->children.size() == 1 && element->parent->tag != u"p")) {
+            return {};
+        }
+        Range touched = rangeOf(element, m_deck);
+        while (touched.begin > 0 && ravikit::isBlank(m_deck[touched.begin - 1])) {
+            --touched.begin;
+        }
+        while (touched.end < m_deck.size() && ravikit::isBlank(m_deck[touched.end])) {
+            ++touched.end;
+        }
+        element->take();
+        return {"remove", touched};
+    }
+
+    const std::u16string& m_deck;
+    std::mt19937& m_random;
+    std::unique_ptr<PageElement> m_body;
+    std::vector<PageElement*> m_all;
+};
+
+unsigned edits = 0;
+
+void expectOneChange(const std::u16string& deck, unsigned seed) {
+    std::mt19937 random(seed);
+    Editor editor(deck, random);
+    const Edit edit = editor.edit();
+    if (edit.name.empty()) {
+        return;
+    }
+    ++edits;
+    const Browser browser = seed % 2 == 0 ? Browser::Modern : Browser::Old;
+    const std::u16string page = serialise(editor.body(), browser);
+    SCOPED_TRACE("seed " + std::to_string(seed) + ", " + edit.name + " in " + toUtf8(deck) + "\n" +
+                 toUtf8(page));
+    const std::u16string changed = markupOf(page);
+    const std::size_t behind = deck.size() - edit.touched.end;
+    ASSERT_GE(changed.size(), edit.touched.begin + behind) << toUtf8(changed);
+    EXPECT_EQ(toUtf8(changed.substr(0, edit.touched.begin)),
+              toUtf8(deck.substr(0, edit.touched.begin)));
+    EXPECT_EQ(toUtf8(changed.substr(changed.size() - behind)),
+              toUtf8(deck.substr(edit.touched.end)));
+    std::string why;
+    if (isValid(deck)) {
+        EXPECT_TRUE(isValid(changed, &why)) << why << "\n" << toUtf8(changed);
+    }
+    const std::u16string again = plainOf(changed);
+    EXPECT_EQ(toUtf8(letters(browse(again)->innerText())),
+              toUtf8(letters(editor.body().innerText())));
+    EXPECT_EQ(toUtf8(markupOf(again)), toUtf8(changed));
+}
+
+TEST(ConvertEdited, OneChangeOfAWrittenDeck) {
+    for (const Deck& deck : writtenDecks()) {
+        SCOPED_TRACE(deck.name);
+        for (unsigned seed = 1; seed <= 60 && !HasFailure(); ++seed) {
+            expectOneChange(deck.text, seed);
+        }
+    }
+    std::cout << edits << " edits of written decks\n";
+}
+
+TEST(ConvertEdited, OneChangeOfAGeneratedDeck) {
+    edits = 0;
+    for (unsigned seed = 1; seed <= 3000 && !HasFailure(); ++seed) {
+        std::mt19937 random(seed);
+        expectOneChange(generatedDeck(random, seed % 3 != 0), seed);
+    }
+    std::cout << edits << " edits of generated decks\n";
+}
+
+} // namespace

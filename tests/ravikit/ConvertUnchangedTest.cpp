@@ -1,0 +1,136 @@
+#include "ravikit/ConvertSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+/// A page that nobody changed gives the deck back, byte for byte.
+namespace {
+
+using namespace convert_test;
+using ravikit::PageTag;
+using ravikit::PageTree;
+
+/// What a reading made of a page, in one text that can be compared.
+std::u16string describe(const PageTree& page) {
+    std::u16string text;
+    std::vector<std::uint32_t> open;
+    for (std::uint32_t node = 0; node <= page.size(); ++node) {
+        while (!open.empty() && open.back() <= node) {
+            text += u")";
+            open.pop_back();
+        }
+        if (node == page.size()) {
+            break;
+        }
+        text += page[node].tag == PageTag::None ? u"'" : u"(";
+        text += page[node].text;
+        for (std::uint32_t i = 0; i < page[node].attributes; ++i) {
+            text += u' ';
+            text += page.attributeAt(node, i).name;
+            text += u'=';
+            text += page.attributeAt(node, i).value;
+        }
+        if (page[node].tag != PageTag::None) {
+            open.push_back(page[node].next);
+        }
+    }
+    return text;
+}
+
+unsigned switches = 0;
+
+void expectKept(const std::string& name, const std::u16string& deck) {
+    SCOPED_TRACE(name);
+    const std::u16string page = plainOf(deck);
+    EXPECT_EQ(toUtf8(markupOf(page)), toUtf8(deck)) << toUtf8(page);
+
+    PageTree literal;
+    PageTree browsed;
+    ravikit::Problems problems;
+    ASSERT_TRUE(ravikit::readLiterally(page, literal)) << toUtf8(page);
+    ASSERT_TRUE(ravikit::readAsBrowser(page, browsed, problems));
+    EXPECT_EQ(toUtf8(describe(literal)), toUtf8(describe(browsed)));
+
+    const auto body = browse(page);
+    for (const Browser browser : {Browser::Modern, Browser::Old}) {
+        EXPECT_EQ(toUtf8(markupOf(serialise(*body, browser))), toUtf8(deck))
+            << toUtf8(serialise(*body, browser));
+    }
+    // Something beside the deck makes each element be looked at by itself.
+    auto stray = makeElement(u"p");
+    stray->insert(0, makeText(u"stray"));
+    body->insert(1, std::move(stray));
+    const std::u16string merged = markupOf(serialise(*body, Browser::Modern));
+    const std::size_t where = merged.find(u"stray");
+    ASSERT_NE(where, std::u16string::npos);
+    const std::size_t begin = deck.size() > 300 ? 200 : deck.find(u'>');
+    EXPECT_EQ(toUtf8(merged.substr(0, begin)), toUtf8(deck.substr(0, begin)));
+    switches += 4;
+}
+
+TEST(ConvertUnchanged, WrittenDecks) {
+    const auto decks = writtenDecks();
+    ASSERT_GE(decks.size(), 63U);
+    for (const Deck& deck : decks) {
+        expectKept(deck.name, deck.text);
+        if (deck.name.starts_with("v-")) {
+            std::string why;
+            EXPECT_TRUE(isValid(deck.text, &why)) << deck.name << ": " << why;
+        }
+    }
+    std::cout << switches << " switches of " << decks.size() << " written decks\n";
+}
+
+TEST(ConvertUnchanged, GeneratedDecks) {
+    switches = 0;
+    for (unsigned seed = 1; seed <= 600 && !::testing::Test::HasFailure(); ++seed) {
+        std::mt19937 random(seed);
+        const std::u16string deck = generatedDeck(random, seed % 2 == 0);
+        expectKept("seed " + std::to_string(seed) + ": " + toUtf8(deck), deck);
+        std::string why;
+        EXPECT_TRUE(seed % 2 == 1 || isValid(deck, &why)) << seed << ": " << why << toUtf8(deck);
+    }
+    std::cout << switches << " switches of generated decks\n";
+}
+
+/// The page loads nothing, runs nothing and leads nowhere, whatever the deck holds.
+TEST(ConvertUnchanged, PagesAreInert) {
+    for (const Deck& deck : writtenDecks()) {
+        const auto body = browse(plainOf(deck.text));
+        std::vector<PageElement*> all;
+        body->collect(all);
+        for (const PageElement* const element : all) {
+            for (const char16_t* const tag : {u"script", u"style", u"img", u"a", u"iframe",
+                                              u"object", u"input", u"form", u"link"}) {
+                EXPECT_NE(element->tag, tag) << deck.name;
+            }
+            for (const auto& [name, value] : element->attributes) {
+                EXPECT_FALSE(name.starts_with(u"on") || name == u"href" || name == u"src")
+                    << deck.name;
+            }
+        }
+    }
+}
+
+TEST(ConvertUnchanged, StrictRefuses) {
+    const auto refuses = [](std::u16string text, ravikit::ProblemKind kind) {
+        const std::u16string before = text;
+        ravikit::Problems problems;
+        EXPECT_FALSE(ravikit::markupToPlain(text, true, nullptr, problems)) << toUtf8(before);
+        EXPECT_EQ(text, before);
+        ASSERT_FALSE(problems.empty());
+        EXPECT_EQ(problems.list().front().kind, kind);
+        EXPECT_TRUE(ravikit::markupToPlain(text, false, nullptr, problems));
+        for (const char16_t c : letters(u"seen")) {
+            EXPECT_NE(text.find(c), std::u16string::npos);
+        }
+    };
+    refuses(u"<wml><card><p>seen</card></wml>", ravikit::ProblemKind::UnclosedElement);
+    refuses(u"<html>seen</html>", ravikit::ProblemKind::NotConvertible);
+    refuses(u"seen", ravikit::ProblemKind::TextOutsideRoot);
+    refuses(u"<wml><card><p>seen &what;</p></card></wml>", ravikit::ProblemKind::UnknownEntity);
+    EXPECT_NE(plainOf(u"<card><p>&what;</p></card>").find(u"&amp;what;"), std::u16string::npos);
+}
+
+} // namespace
