@@ -10,7 +10,7 @@ namespace tessaly::page {
 ///
 /// The parser walks its stack of open elements for most tags, compares each attribute with all
 /// others of its tag, and gives its tree back by recursion: a million nested `div`s would keep it
-/// busy for the best part of an hour, and end in a stack overflow. So it gets its memory from
+/// busy for many minutes, and end in a stack overflow. So it gets its memory from
 /// here. The blocks are listed, and the list is freed without a look at the tree; and each request
 /// for memory is a step of the parser that is charged by how deep it stands. A page that costs
 /// more than its size allows ends the run.
