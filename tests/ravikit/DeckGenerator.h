@@ -126,8 +126,8 @@ private:
         using Repeat = Particle::Repeat;
         std::size_t count =
             model.repeat == Repeat::Once ? 1 : next(model.repeat == Repeat::Optional ? 2 : 4);
-        count += model.repeat == Repeat::OneOrMore && count == 0 ? 1 : 0;
-        for (count += fault() ? 1 : 0; count > 0; --count) {
+        count += model.repeat == Repeat::OneOrMore && count == 0 ? 1U : 0U;
+        for (count += fault() ? 1U : 0U; count > 0; --count) {
             if (fault()) {
                 continue;
             }

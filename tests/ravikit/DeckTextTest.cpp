@@ -1,0 +1,144 @@
+// Decks on their way in and out.
+
+#include "ravikit/DeckText.h"
+#include "ravikit/Dtd.h"
+#include "ravikit/Parser.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using ravikit::exportDeck;
+using ravikit::importDeck;
+using namespace std::string_literals;
+
+const std::u16string declaration = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+const std::u16string doctype = u"<!DOCTYPE wml PUBLIC \"-//WAPFORUM//DTD WML 1.3//EN\" "
+                               u"\"http://www.wapforum.org/DTD/wml13.dtd\">";
+
+std::u16string declared(const std::u16string& encoding, const std::u16string& text) {
+    return u"<?xml version='1.0' encoding='" + encoding + u"'?><wml>" + text + u"</wml>";
+}
+
+TEST(DeckText, ComesInAsItsDeclarationSaysIfItWasNotUtf8) {
+    // "Пр" in bytes, as the code page shows them in which such a file is read.
+    EXPECT_EQ(importDeck(declared(u"windows-1251", u"\u00CF\u00F0")),
+              declared(u"windows-1251", u"\u041F\u0440"));
+    EXPECT_EQ(importDeck(declared(u"KOI8-R", u"\u00F0\u00D2")),
+              declared(u"KOI8-R", u"\u041F\u0440"));
+    // Bytes 80 and 81: a quote there, none in this code page.
+    EXPECT_EQ(importDeck(declared(u"windows-1251", u"\u20AC\u0081")),
+              declared(u"windows-1251", u"\u0402\u0403"));
+    EXPECT_EQ(importDeck(declared(u"iso-8859-15", u"\u00A4")), declared(u"iso-8859-15", u"\u20AC"));
+
+    for (const std::u16string& same :
+         {declared(u"utf-8", u"\u00E9"), u"<wml>\u00E9</wml>"s,
+          declared(u"iso-8859-1", u"\u201C\u00E9\u201D"), // whose quotes are another code page's
+          declared(u"windows-1251", u"\u041F"),           // no byte reads as this: it was UTF-8
+          declared(u"windows-1251", u"\u00D0\u0178"),     // bytes that would have been UTF-8
+          declared(u"windows-1251", u"plain"), declared(u"no-such-code", u"\u00E9"),
+          declared(u"utf-16", u"\u00E9"), declared(u"shift_jis", u"\u0192A"),
+          declared(u"windows-1251//TRANSLIT", u"\u00E9"),
+          u"<wml encoding='koi8-r'>\u00E9</wml>"s}) {
+        EXPECT_EQ(importDeck(same), same);
+    }
+    // With a byte-order mark it was UTF-8 too.
+    EXPECT_EQ(importDeck(u"\xFEFF" + declared(u"koi8-r", u"\u00F0")),
+              declared(u"koi8-r", u"\u00F0"));
+}
+
+TEST(DeckText, GoesOutWithWhatADeckLacks) {
+    EXPECT_EQ(exportDeck(u"<wml/>"), declaration + u"\n" + doctype + u"\n<wml/>");
+    EXPECT_EQ(exportDeck(u"<?xml version='1.0'?>\r\n<!-- c -->\r\n<wml/>\n"),
+              u"<?xml version='1.0'?>\r\n<!-- c -->\r\n" + doctype + u"\r\n<wml/>\n");
+    EXPECT_EQ(exportDeck(u"<?xml version='1.0'?><?p?><wml/>"),
+              u"<?xml version='1.0'?><?p?>\n" + doctype + u"\n<wml/>");
+    EXPECT_EQ(exportDeck(u"<!-- c --> <!DOCTYPE wml SYSTEM 'own'><wml/>"),
+              declaration + u"\n<!-- c --> <!DOCTYPE wml SYSTEM 'own'><wml/>");
+    EXPECT_EQ(exportDeck(u"<?xml version = '1.0' encoding\n=\t'koi8-r' ?><html/>"),
+              u"<?xml version = '1.0' encoding\n=\t'UTF-8' ?><html/>");
+    EXPECT_EQ(exportDeck(u"\xFEFF<wml/>"), u"\xFEFF" + declaration + u"\n" + doctype + u"\n<wml/>");
+    for (const std::u16string_view same :
+         {u"", u"text", u"<html/>", u"<?xml version='1.0' encoding='utf-8'?><!DOCTYPE wml><wml/>",
+          u" <?xml version='1.0' encoding='koi8-r'?><wml/>", u"stray <wml/>", u"</x><wml/>",
+          u"<!-- <wml/>", u"<?xml version='1.0 encoding=koi8-r'?><html/>"}) {
+        EXPECT_EQ(exportDeck(std::u16string(same)), same);
+    }
+}
+
+/// Random texts of the pieces that a head is made of, broken ones too.
+TEST(DeckText, GoesOutTheSameTheSecondTimeAndLosesNothing) {
+    static constexpr std::u16string_view pieces[] = {u"<?xml version='1.0'?>",
+                                                     u"<?xml encoding='latin1'?>",
+                                                     u"<?xml",
+                                                     u"?>",
+                                                     u"<!--",
+                                                     u"-->",
+                                                     u"<wml>",
+                                                     u"<wml/>",
+                                                     u"</wml>",
+                                                     u"<html/>",
+                                                     u"<!DOCTYPE wml",
+                                                     u"<!DOCTYPE wml>",
+                                                     u"[",
+                                                     u"]",
+                                                     u">",
+                                                     u" ",
+                                                     u"\r\n",
+                                                     u"\n",
+                                                     u"x",
+                                                     u"<?p q?>",
+                                                     u"\"",
+                                                     u"\xFEFF",
+                                                     u"\xD800",
+                                                     u"<![CDATA["};
+    std::mt19937 random(3); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same texts each time
+    int changed = 0;
+    for (int i = 0; i < 20000; ++i) {
+        std::u16string text;
+        for (std::size_t count = random() % 8; count > 0; --count) {
+            text += pieces[random() % std::size(pieces)];
+        }
+        const std::u16string out = exportDeck(text);
+        ASSERT_EQ(exportDeck(out), out);
+        const bool wasGood = ravikit::parse(text)->wellFormed();
+        ASSERT_TRUE(!wasGood || ravikit::parse(out)->wellFormed());
+        // Without what was put in, it is what it was.
+        std::u16string without = out;
+        const auto drop = [&](const std::u16string& added, const std::u16string& from) {
+            const std::size_t at = from.find(added) == std::u16string::npos ? without.find(added)
+                                                                            : std::u16string::npos;
+            if (at != std::u16string::npos) {
+                without.erase(at, added.size());
+            }
+        };
+        drop(declaration, text);
+        drop(doctype, text);
+        const auto withoutBreaks = [](std::u16string s) {
+            std::erase(s, u'\n');
+            std::erase(s, u'\r');
+            for (std::size_t at = s.find(u"latin1"); at != std::u16string::npos;) {
+                s.replace(at, 6, u"UTF-8");
+                at = s.find(u"latin1");
+            }
+            return s;
+        };
+        ASSERT_EQ(withoutBreaks(without), withoutBreaks(text));
+        changed += out == text ? 0 : 1;
+    }
+    EXPECT_GT(changed, 1000);
+}
+
+TEST(DeckText, GoesOutValidIfItsContentIs) {
+    const auto dtd = ravikit::Dtd::builtIn();
+    const auto tree = ravikit::parse(exportDeck(u"<!-- c --><wml><card/></wml>"));
+    ravikit::Problems problems = tree->problems();
+    dtd->judge(*tree, problems);
+    EXPECT_TRUE(problems.empty());
+}
+
+} // namespace
