@@ -135,8 +135,15 @@ std::u16string Tree::referenceText(Id reference) const {
     if (const char16_t c = predefinedEntity(name(reference)); c != 0) {
         return {c};
     }
-    const Tree* const content = entityTree(reference);
-    for (Id id = 1; content != nullptr && id < content->size(); ++id) {
+    const auto entity = m_entities.find(m_nodes[reference].name);
+    if (entity == m_entities.end()) {
+        return {};
+    }
+    if (!entity->second.content) {
+        return entity->second.attributeText; // no reference in content needed more
+    }
+    const Tree* const content = entity->second.content.get();
+    for (Id id = 1; id < content->size(); ++id) {
         switch (content->kind(id)) {
         case NodeKind::Attribute:
             id = (*content)[id].next - 1;

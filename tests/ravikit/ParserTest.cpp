@@ -121,6 +121,14 @@ TEST(Tree, AnswersAboutElementsAndAttributes) {
     EXPECT_EQ(shapeOf(*tree->entityTree(child + 1)), u"D(T Eb(T))");
 }
 
+TEST(Parser, InPlaceCopiesNothing) {
+    const std::u16string text = u"<a b='&e;'>c</a>";
+    const auto tree = ravikit::parseInPlace(text);
+    EXPECT_EQ(tree->text().data(), text.data());
+    EXPECT_EQ(tree->problems().list().size(), 1U);
+    EXPECT_EQ(parse(text)->text(), text);
+}
+
 TEST(Parser, KnownEntitiesAreTheReadersOwn) {
     ravikit::Declarations known;
     known.entities[u"nbsp"] = {u"nbsp", false, false, u"\u00A0"};
