@@ -169,7 +169,7 @@ private:
         for (unsigned i = 0; i < count; ++i) {
             add("      <a href=\"deck.wml#c");
             addNumber(number + i);
-            add("\" title=\"Go\">"), prose(2), add("</a><br/>\n");
+            add(R"(" title="Go">)"), prose(2), add("</a><br/>\n");
         }
         add("      <anchor>"), prose(2), add(R"(<go href="#c0"/></anchor>)"), add("\n    </p>\n");
     }
