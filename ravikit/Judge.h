@@ -100,8 +100,9 @@ private:
     void tellMisplacedText(const Walk& walk, Id id);
     void tellNotEmpty(const Walk& walk, Id id);
     void tellIncomplete(const Walk& walk, const Open& open);
-    void tellUnknownAttribute(const Walk& walk, Id id, const ElementRules& rules);
-    void tellMissingAttributes(const Walk& walk, Id element, const ElementRules& rules);
+    std::u16string_view tellUnknownAttribute(const Walk& walk, Id id, const ElementRules& rules);
+    void tellMissingAttributes(const Walk& walk, Id element, const ElementRules& rules,
+                               const std::vector<std::u16string_view>& meant);
     void tellBadValue(const Walk& walk, Id id, const AttributeDeclaration& declaration,
                       std::u16string_view value);
     void tellSecondId(const Walk& walk, Id id, std::u16string_view value, std::uint32_t first);

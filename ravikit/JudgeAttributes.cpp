@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace ravikit {
 namespace {
@@ -35,12 +36,13 @@ Judge::Id Judge::attributes(const Walk& walk, Id element, const ElementRules& ru
     const Tree& tree = walk.tree;
     const Id behind = tree[element].next;
     std::uint32_t required = 0;
+    std::vector<std::u16string_view> meant; // by misspelt names: these are not told as missing
     Id id = element + 1;
     for (; id < behind && tree.kind(id) == NodeKind::Attribute; id = tree[id].next) {
         const std::uint16_t name = walk.source.attribute(tree[id]);
         const std::uint16_t index = name == noAttribute ? 0 : rules.attributeIndex[name];
         if (index == 0) {
-            tellUnknownAttribute(walk, id, rules);
+            meant.push_back(tellUnknownAttribute(walk, id, rules));
             continue;
         }
         const AttributeRules& attribute = rules.attributes[index - 1];
@@ -50,7 +52,7 @@ Judge::Id Judge::attributes(const Walk& walk, Id element, const ElementRules& ru
         }
     }
     if (required != rules.required && !tree.has(element, Recovered)) {
-        tellMissingAttributes(walk, element, rules);
+        tellMissingAttributes(walk, element, rules, meant);
     }
     return id;
 }

@@ -225,7 +225,9 @@ void Judge::tellIncomplete(const Walk& walk, const Open& open) {
     add(ProblemKind::IncompleteContent, place, std::move(reason));
 }
 
-void Judge::tellUnknownAttribute(const Walk& walk, Id id, const ElementRules& rules) {
+// Gives the attribute that may have been meant; empty if there is none.
+std::u16string_view Judge::tellUnknownAttribute(const Walk& walk, Id id,
+                                                const ElementRules& rules) {
     const std::u16string_view name = walk.tree.name(id);
     NearMiss near(name);
     std::vector<std::u16string_view> names;
@@ -242,13 +244,16 @@ void Judge::tellUnknownAttribute(const Walk& walk, Id id, const ElementRules& ru
         reason += u"; it may have " + listed(names, u"and");
     }
     add(ProblemKind::UnknownAttribute, namePlace(walk, id), std::move(reason));
+    return near.best();
 }
 
-void Judge::tellMissingAttributes(const Walk& walk, Id element, const ElementRules& rules) {
+void Judge::tellMissingAttributes(const Walk& walk, Id element, const ElementRules& rules,
+                                  const std::vector<std::u16string_view>& meant) {
     std::vector<std::u16string_view> names;
     for (const AttributeRules& attribute : rules.attributes) {
         const std::u16string_view name = attribute.declaration->name;
-        if (attribute.required && walk.tree.attribute(element, name) == Tree::none) {
+        if (attribute.required && walk.tree.attribute(element, name) == Tree::none &&
+            std::find(meant.begin(), meant.end(), name) == meant.end()) {
             names.push_back(name);
         }
     }

@@ -87,6 +87,9 @@ TEST(Judge, SaysWhatStandsThereWhatCouldAndTheNearMiss) {
 TEST(Judge, TellsAFaultOnceAndJudgesTheRestByItself) {
     // Of an unknown element neither the attributes nor that its parent lacks something.
     EXPECT_EQ(told(u"<wml><crad a='1' a2='2'>text<p align='x'/></crad></wml>").size(), 2U);
+    // A misspelt attribute is not missing as well.
+    EXPECT_EQ(told(inCard(u"<do tpye='a'><prev/></do>")),
+              Lines{"tpye: `tpye` is no attribute of `do`; did you mean `type`?"});
     // What recovery had a part in: the bold text swallowed what was not meant to be in it.
     EXPECT_EQ(told(inCard(u"<p>a<b>c</p><p>d</p>")).size(), 1U);
     EXPECT_EQ(told(inCard(u"<p>x</p><do type='a'>")).size(), 1U);
