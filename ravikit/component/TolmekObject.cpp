@@ -1,11 +1,10 @@
-#include "ravikit/CardHtml.h"
 #include "ravikit/Parser.h"
 #include "ravikit/component/DtdCache.h"
 #include "ravikit/component/Kinds.h"
 #include "ravikit/component/Objects.h"
 #include "ravikit/component/ParseErrorObject.h"
+#include "ravikit/convert/Convert.h"
 
-#include <optional>
 #include <utility>
 
 namespace tessaly {
@@ -26,7 +25,7 @@ public:
         if (fromKind == toKind) {
             return true;
         }
-        return fromKind == kindMarkup ? toPlain(text, strict) : toMarkup(text);
+        return fromKind == kindMarkup ? toPlain(text, strict) : toMarkup(text, strict);
     }
 
     Value loadDtd(std::int32_t kind, const std::u16string& path) override {
@@ -51,27 +50,14 @@ public:
 private:
     bool toPlain(std::u16string& text, bool strict) {
         Problems problems;
-        auto page = pageOf(text, strict, problems);
-        if (!page) {
-            return refuse(text, std::move(problems));
-        }
-        text = std::move(*page);
-        return true;
+        return ravikit::markupToPlain(text, strict, &m_dtd->declarations(), problems) ||
+               refuse(text, std::move(problems));
     }
 
-    std::optional<std::u16string> pageOf(const std::u16string& text, bool strict,
-                                         Problems& problems) const {
-        const auto tree = ravikit::parseInPlace(text, &m_dtd->declarations());
-        return ravikit::cardHtml(*tree, strict, problems);
-    }
-
-    /// A page keeps what the author wrote in it only if it comes back whole. As long as that isn't
-    /// sure the page stays, and the reason is told.
-    bool toMarkup(const std::u16string& page) {
+    bool toMarkup(std::u16string& page, bool strict) {
         Problems problems;
-        problems.add(ravikit::ProblemKind::NotConvertible, 0, 0,
-                     u"a page cannot be turned into markup yet; edit the deck in the markup view");
-        return refuse(page, std::move(problems));
+        return ravikit::plainToMarkup(page, strict, &m_dtd->declarations(), problems) ||
+               refuse(page, std::move(problems));
     }
 
     bool refuse(const std::u16string& text, Problems problems) {

@@ -10,7 +10,7 @@ namespace ravikit {
 
 bool markupToPlain(std::u16string& text, bool strict, const Declarations* known,
                    Problems& problems) {
-    const auto tree = parse(text, known);
+    const auto tree = parseInPlace(text, known);
     const Tree::Id root = tree->documentElement();
     const std::u16string_view name = root == Tree::none ? std::u16string_view() : tree->name(root);
     if (strict) {

@@ -13,6 +13,10 @@ constexpr bool holdsText(Element e) {
            e == Element::Option || e == Element::Unknown || e == Element::HtmlBlock;
 }
 
+constexpr bool isInline(Element e) {
+    return isFormat(e) || isLink(e) || e == Element::Img;
+}
+
 /// What stands between lines of text inside `structure`, which has no paragraphs.
 std::u16string_view lineSeparator(Element structure) {
     switch (structure) {
@@ -73,8 +77,29 @@ bool DeckWriter::isInside(Element element) const {
                        [=](const Entry& e) { return e.opening.element == element; });
 }
 
+bool DeckWriter::isInnermost(Handle handle) const {
+    std::size_t at = m_entries.size();
+    while (at > 0 && (isFloat(m_entries[at - 1]) || m_entries[at - 1].implied)) {
+        --at;
+    }
+    return handle != 0 && at > 0 && m_entries[at - 1].handle == handle &&
+           m_entries[at - 1].suspended == 0;
+}
+
 DeckWriter::Handle DeckWriter::openInPlace(Opening opening) {
-    return insert(m_entries.size(), std::move(opening), true, false);
+    const Element e = opening.element;
+    dropImplied(e == Element::Card);
+    std::size_t at = m_entries.size();
+    bool inLink = false;
+    while (at > 0 && isFloat(m_entries[at - 1])) {
+        --at; // what the page has around it that the source has not
+        inLink = inLink || isLink(m_entries[at].opening.element);
+    }
+    if (inLink && (isFormat(e) || isLink(e))) {
+        return isLink(e) ? openLink(std::move(opening)) : openFormat(std::move(opening));
+    }
+    at = isFormat(e) || isLink(e) ? m_entries.size() : at;
+    return insert(at, std::move(opening), true, false);
 }
 
 DeckWriter::Handle DeckWriter::openFormat(Opening opening) {
@@ -114,7 +139,7 @@ DeckWriter::Handle DeckWriter::openStructure(Opening opening) {
     if (at == npos) {
         return 0;
     }
-    dropImplied();
+    dropImplied(opening.element == Element::Card);
     at = prepareLeaf(opening.element, Tree::none);
     if (at == npos) {
         return 0;
@@ -134,14 +159,16 @@ void DeckWriter::close(Handle handle) {
         return;
     }
     const bool isStructure = !isFloat(m_entries[index]);
-    if (isStructure) {
-        dropImplied();
+    for (std::size_t i = m_entries.size(); isStructure && i-- > index + 1;) {
+        if (m_entries[i].implied) {
+            m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(i));
+        }
     }
     const Element e = m_entries[index].opening.element;
     if (e == Element::Wml && !m_entries[index].hasText) { // a deck has a card
         imply(index + 1, Element::Card);
         synchronise(m_entries.size());
-        dropImplied();
+        dropImplied(true);
     } else if (!m_entries[index].written && isStructure && m_entries[index].suspended == 0) {
         if (m_entries[index].inPlace ? e != Element::Select && e != Element::Table &&
                                            e != Element::Tr && e != Element::Optgroup
@@ -156,10 +183,38 @@ void DeckWriter::close(Handle handle) {
             }
         }
     }
-    if (index + 1 == m_entries.size() || isStructure) {
-        synchronise(index);
-    }
+    closeWritten(handle);
     m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(index));
+    if (isStructure) {
+        addParagraphAround(index);
+    }
+}
+
+/// What stands open again behind a structure may have lost the paragraph that was added for it.
+void DeckWriter::addParagraphAround(std::size_t from) {
+    for (std::size_t i = from; i < m_entries.size(); ++i) {
+        if (isFloat(m_entries[i]) || m_entries[i].suspended != 0) {
+            continue;
+        }
+        std::size_t outer = i;
+        while (outer > 0 &&
+               (isFloat(m_entries[outer - 1]) || m_entries[outer - 1].suspended != 0)) {
+            --outer;
+        }
+        const Element e = m_entries[i].opening.element;
+        const Element around = outer > 0 ? m_entries[outer - 1].opening.element : Element::Unknown;
+        if ((around != Element::Card && around != Element::Wml) || m_entries[i].inPlace ||
+            accepts(around, e)) {
+            return;
+        }
+        if (around == Element::Wml) {
+            imply(outer++, Element::Card);
+        }
+        if (accepts(Element::P, e)) {
+            imply(outer, Element::P);
+        }
+        return;
+    }
 }
 
 std::vector<DeckWriter::Handle> DeckWriter::suspendSizes() {
@@ -226,16 +281,28 @@ void DeckWriter::imply(std::size_t at, Element element) {
     insert(at, std::move(opening), false, true);
 }
 
-void DeckWriter::dropImplied() {
+/// Ends what was added for the text at hand; a card that was added goes on unless `cards`.
+void DeckWriter::dropImplied(bool cards) {
     for (std::size_t i = m_entries.size(); i-- > 0;) {
-        if (m_entries[i].implied) {
+        if (m_entries[i].suspended != 0) {
+            continue;
+        }
+        const bool isCard = m_entries[i].opening.element == Element::Card;
+        if (m_entries[i].implied && (cards || !isCard)) {
             m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(i));
+        } else if (!isFloat(m_entries[i])) {
+            return;
         }
     }
 }
 
 /// Adds what a text needs around it, and a line break if it is to stand apart.
 void DeckWriter::prepareText(bool bare) {
+    addContainer(bare);
+    synchronise(m_entries.size());
+}
+
+void DeckWriter::addContainer(bool bare) {
     for (;;) {
         const std::size_t index = structureIndex();
         if (index == npos) {
@@ -258,7 +325,6 @@ void DeckWriter::prepareText(bool bare) {
             break;
         }
     }
-    synchronise(m_entries.size());
 }
 
 void DeckWriter::breakInside(std::size_t structure) {
@@ -273,20 +339,32 @@ void DeckWriter::breakInside(std::size_t structure) {
 /// Where an element of this kind can stand: behind how many of the open ones. In a deck or card
 /// that lacks a paragraph for it, behind the card. npos if there is no place.
 std::size_t DeckWriter::placeOf(Element element, Tree::Id parent) const {
+    std::size_t inFloat = npos; // the innermost of those around the line of text that takes it
     for (std::size_t i = m_entries.size(); i-- > 0;) {
         const Entry& entry = m_entries[i];
+        const Element e = entry.opening.element;
         if (entry.suspended != 0) {
             continue;
         }
-        const Element e = entry.opening.element;
+        if (isFloat(entry)) {
+            const bool takes = isInline(element) && accepts(e, element);
+            inFloat = takes && inFloat == npos ? i + 1 : inFloat;
+            continue;
+        }
+        if (inFloat != npos && (accepts(e, element) || holdsElementsOnly(e)) &&
+            e != Element::Select && e != Element::Optgroup) {
+            return inFloat;
+        }
         if (accepts(e, element) || (parent != Tree::none && entry.opening.source == parent)) {
             return i + 1;
         }
         if (e == Element::Card || e == Element::Wml) {
-            return accepts(Element::P, element) || element == Element::P || element == Element::Pre
-                       ? i + 1
-                   : e == Element::Wml || element != Element::Card ? npos
-                                                                   : i;
+            if (element == Element::Card) {
+                return i > 0 ? i : npos; // beside the one at hand
+            }
+            const bool fits =
+                accepts(Element::P, element) || element == Element::P || element == Element::Pre;
+            return fits ? i + 1 : npos;
         }
         // A cell or an option is left for nothing; what doesn't fit is turned into text.
         if (e == Element::Option || (e == Element::Td && element != Element::Card)) {
@@ -330,7 +408,17 @@ void DeckWriter::lineBreak(std::u16string_view tag, bool bare) {
 bool DeckWriter::leaf(Element element, std::u16string_view markup, Tree::Id parent) {
     if (element == Element::P || element == Element::Pre || element == Element::Card ||
         (element == Element::Do && !isInside(Element::P))) {
+        dropImplied(element == Element::Card);
+    }
+    if (const std::size_t top = structureIndex();
+        top != npos && m_entries[top].implied &&
+        !accepts(m_entries[top].opening.element, element)) {
         dropImplied();
+    }
+    const std::size_t around = structureIndex();
+    if (around != npos && isInline(element) &&
+        (parent == Tree::none || m_entries[around].opening.source != parent)) {
+        addContainer(false);
     }
     const std::size_t at = prepareLeaf(element, parent);
     if (at == npos) {
@@ -350,8 +438,12 @@ bool DeckWriter::leaf(Element element, std::u16string_view markup, Tree::Id pare
 }
 
 void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
-    const std::size_t index = handle == 0 ? npos : indexOf(handle);
+    std::size_t index = handle == 0 ? npos : indexOf(handle);
     if (index != npos && m_entries[index].suspended == 0) {
+        if (isFloat(m_entries[index])) {
+            addContainer(false);
+            index = indexOf(handle);
+        }
         synchronise(index + 1);
     }
     m_out += markup;
@@ -367,29 +459,60 @@ std::u16string_view DeckWriter::indentation() const {
     return {};
 }
 
-/// Closes and opens until of the entries the first `limit` stand open in what is written.
-void DeckWriter::synchronise(std::size_t limit) {
-    std::size_t common = 0;
-    std::size_t i = 0;
-    for (; i < limit && common < m_written.size(); ++i) {
+/// Closes an element in what is written, if it stands open there, and all in it.
+void DeckWriter::closeWritten(Handle handle) {
+    std::size_t at = m_written.size();
+    while (at > 0 && m_written[at - 1].handle != handle) {
+        --at;
+    }
+    while (at > 0 && m_written.size() >= at) {
+        m_out += m_written.back().endTag;
+        m_written.pop_back();
+    }
+}
+
+/// Which of the first `limit` entries count: not those that are suspended, and no format where the
+/// element around the text takes none.
+std::vector<std::size_t> DeckWriter::effective(std::size_t limit) const {
+    std::vector<std::size_t> indices;
+    Element structure = Element::Unknown;
+    for (std::size_t i = 0; i < limit; ++i) {
         const Entry& entry = m_entries[i];
+        const Element e = entry.opening.element;
         if (entry.suspended != 0) {
             continue;
         }
-        if (m_written[common].handle != entry.handle ||
-            m_written[common].instance != entry.instance) {
-            break;
+        if (!isFloat(entry)) {
+            structure = isFormat(e) || isLink(e) ? structure : e;
+        } else if (structure != Element::Unknown && structure != Element::HtmlBlock &&
+                   structure != Element::Card && !accepts(structure, e)) {
+            continue;
         }
+        // What was added for a text gives way to what was closed for it and is open again.
+        while (!isFloat(entry) && !indices.empty() && m_entries[indices.back()].implied &&
+               !accepts(m_entries[indices.back()].opening.element, e)) {
+            indices.pop_back();
+        }
+        indices.push_back(i);
+    }
+    return indices;
+}
+
+/// Closes and opens until of the entries the first `limit` stand open in what is written.
+void DeckWriter::synchronise(std::size_t limit) {
+    const std::vector<std::size_t> indices = effective(limit);
+    std::size_t common = 0;
+    while (common < indices.size() && common < m_written.size() &&
+           m_written[common].handle == m_entries[indices[common]].handle &&
+           m_written[common].instance == m_entries[indices[common]].instance) {
         ++common;
     }
     while (m_written.size() > common) {
         m_out += m_written.back().endTag;
         m_written.pop_back();
     }
-    for (; i < limit; ++i) {
-        if (m_entries[i].suspended == 0) {
-            writeStart(m_entries[i], i);
-        }
+    for (std::size_t i = common; i < indices.size(); ++i) {
+        writeStart(m_entries[indices[i]], indices[i]);
     }
 }
 
@@ -403,7 +526,7 @@ void DeckWriter::writeStart(Entry& entry, std::size_t index) {
             const Element outer = m_entries[i].opening.element;
             if (outer == Element::Card || outer == Element::Wml) {
                 m_out += m_entries[i].indent;
-                if (e == Element::Card) {
+                if (e == Element::Card && entry.opening.source == Tree::none) {
                     end = m_entries[i].indent + end;
                 }
                 break;

@@ -46,6 +46,9 @@ public:
 
     /// Opens an element that stands in its source as it does on the page: nothing is turned.
     Handle openInPlace(Opening opening);
+    /// Whether nothing stands open inside `handle` but what gives way: what texts needed around
+    /// them, formats and links.
+    bool isInnermost(Handle handle) const;
     /// Opens one that may be turned, or be left out (0).
     Handle openFormat(Opening opening);
     Handle openLink(Opening opening);
@@ -121,11 +124,15 @@ private:
     std::size_t structureIndex() const;
     std::size_t placeOf(Element element, Tree::Id parent) const;
     void imply(std::size_t at, Element element);
-    void dropImplied();
+    void addParagraphAround(std::size_t from);
+    void dropImplied(bool cards = false);
     void prepareText(bool bare);
+    void addContainer(bool bare);
     std::size_t prepareLeaf(Element element, Tree::Id parent);
     void breakInside(std::size_t structure);
+    std::vector<std::size_t> effective(std::size_t limit) const;
     void synchronise(std::size_t limit);
+    void closeWritten(Handle handle);
     void writeStart(Entry& entry, std::size_t index);
     void writeEmpty(std::size_t index);
     std::u16string startTag(const Opening& opening, bool isCopy, bool keepsSlash) const;

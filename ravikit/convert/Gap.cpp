@@ -22,6 +22,7 @@ public:
                 noteRemoved();
             } else if (isElement) {
                 addUnseen(m_tree[id].begin, m_tree[id].end, false);
+                m_gap.unseen.back().isElement = true;
             } else {
                 readNode(id);
             }

@@ -12,6 +12,9 @@ inline constexpr char32_t breakAtom = 0x110000; ///< a `br`
 inline constexpr char32_t removedAtom =
     0x110001; ///< where elements stood that the page has no more
 
+/// Added to a blank of the page that counts as it is.
+inline constexpr char32_t exactBlank = 0x110010;
+
 /// A character of the source as the page shows it, with where it is written.
 struct SourceAtom {
     char32_t unit = 0; ///< a UTF-16 unit, a space for any number of blanks, or one of the above
@@ -26,6 +29,7 @@ struct Unseen {
     std::uint32_t begin = 0;
     std::uint32_t end = 0;
     bool isBlank = false;
+    bool isElement = false;
 };
 
 /// What a page can change between two elements that it shows both, or at an element's edge.

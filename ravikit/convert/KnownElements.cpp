@@ -122,7 +122,7 @@ bool KnownElements::hasTextOutside() const {
 }
 
 void KnownElements::matchSource(const Declarations* known) {
-    m_tree = parse(m_source, known);
+    m_tree = parseInPlace(m_source, known);
     if (m_tree->documentElement() == Tree::none) {
         m_tree.reset();
         return;

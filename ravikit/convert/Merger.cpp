@@ -81,6 +81,7 @@ void Merger::closeUpTo(std::uint32_t node) {
         if (open.isSoft) {
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
+        m_newExact -= open.isExact ? 1U : 0U;
         if (open.isPart) {
             m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
         }
@@ -123,7 +124,9 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
     m_open.push_back({.next = element.next,
                       .isSoft = !isTransparent,
                       .isBlock = isBlockTag(element.tag),
-                      .isPart = isTransparent});
+                      .isPart = isTransparent,
+                      .isExact = element.tag == PageTag::Pre});
+    m_newExact += m_open.back().isExact ? 1U : 0U;
     if (isTransparent) {
         m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
     } else {
@@ -167,11 +170,12 @@ bool Merger::takeCaption(std::uint32_t node) {
 }
 
 void Merger::addText(std::u16string_view text) {
-    if (m_frames.back().exact || m_exact > 0) {
+    if (m_exact > 0 || m_newExact > 0) {
         for (std::size_t i = 0; i < text.size(); ++i) {
             const bool crLf = text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n';
+            const char16_t c = text[i] == u'\r' ? u'\n' : text[i];
             if (!crLf) {
-                m_items.push_back({.unit = text[i] == u'\r' ? u'\n' : text[i]});
+                m_items.push_back({.unit = m_exact == 0 && isBlank(c) ? exactBlank + c : c});
             }
         }
         return;

@@ -44,7 +44,6 @@ private:
         std::vector<DeckWriter::Handle> sizes = {};
         bool isBlock = false;
         bool isList = false;
-        bool isExact = false;
         DeckWriter::Paragraph outer = {};
     };
     struct Open {
@@ -53,6 +52,7 @@ private:
         bool isSoft = false;
         bool isBlock = false;
         bool isPart = false;
+        bool isExact = false;
     };
     /// What the page has in a gap, in order.
     struct Item {
@@ -93,6 +93,7 @@ private:
     /// `beforeBlock`: what follows is a block that the source has elsewhere.
     void flush(bool isLast, bool beforeBlock = false);
     void openGap();
+    bool ownsElements() const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
     void normaliseItems(const GapPlace& place);
@@ -128,7 +129,8 @@ private:
     std::vector<Soft> m_soft;
     std::vector<Item> m_items;
     std::vector<List> m_lists;
-    std::uint32_t m_exact = 0; ///< open elements in which each blank counts
+    std::uint32_t m_exact = 0;    ///< open elements of the source in which each blank counts
+    std::uint32_t m_newExact = 0; ///< and such that only the page has
     std::u16string m_buffer;
     std::u16string m_lineEnd;
     std::u16string m_dropped;

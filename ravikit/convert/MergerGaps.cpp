@@ -16,11 +16,16 @@ bool Merger::isBlockSource(Tree::Id id) const {
 /// Whether text may stand here without a paragraph, since the source has it so.
 bool Merger::isBare() const {
     const Frame& frame = m_frames.back();
-    if (frame.known == nullptr || frame.handle == 0) {
+    if (frame.known == nullptr || !m_writer.isInnermost(frame.handle)) {
         return false;
     }
     const Element e = m_known.outline().element(frame.known->source);
     return !holdsElementsOnly(e) || m_known.outline().isBare(frame.known->source);
+}
+
+/// Whether the element that the gap is in is itself written, so that what belongs in it can be.
+bool Merger::ownsElements() const {
+    return m_frames.back().handle != 0 || m_frames.back().isParagraph;
 }
 
 bool Merger::endsAtAnchor() const {
@@ -224,6 +229,12 @@ void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
 void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
     // The frame may move while what is written opens others.
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
+    if (!ownsElements() &&
+        std::any_of(m_frames.back().gap.unseen.begin(), m_frames.back().gap.unseen.end(),
+                    [](const Unseen& one) { return one.isElement; })) {
+        writeNew(firstItem, behind);
+        return;
+    }
     std::size_t begin = atom;
     std::size_t end = atom + (behind - firstItem);
     // What is written in one with its neighbours can't be cut.
@@ -262,7 +273,8 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
         }
     };
     for (std::size_t i = firstItem; i < behind; ++i) {
-        const char32_t unit = m_items[i].unit;
+        const char32_t item = m_items[i].unit;
+        const char32_t unit = item >= exactBlank ? item - exactBlank : item;
         if (unit == breakAtom) {
             write();
             m_writer.lineBreak(u"<br/>", bare);
@@ -288,6 +300,9 @@ std::u16string Merger::unseenUpTo(std::size_t atom) {
         const std::size_t next = frame.usedUnseen + 1;
         const bool leads =
             next < unseen.size() && !unseen[next].isBlank && unseen[next].before == one.before;
+        if (one.isElement && !ownsElements()) {
+            continue;
+        }
         const bool kept = one.isBlank ? one.before == atom || (leads && !isSplit) : !isSplit;
         if (kept) {
             text += m_tree->text().substr(one.begin, one.end - one.begin);

@@ -94,7 +94,9 @@ void Merger::enterKnown(const KnownElement& known) {
                                 .isCopy = known.isCopy,
                                 .changes = std::move(changes)};
     const bool isRoot = m_frames.empty();
-    if (isRoot || known.isAnchor) {
+    // What stands in an element that was turned can't stand in its place.
+    const bool inPlace = isRoot || (known.isAnchor && m_writer.isInnermost(m_frames.back().handle));
+    if (inPlace) {
         frame.handle = m_writer.openInPlace(std::move(opening));
     } else if (element == Element::P) {
         frame.isParagraph = true;

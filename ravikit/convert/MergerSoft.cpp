@@ -77,7 +77,6 @@ void Merger::closeSoft() {
     if (soft.isList) {
         m_lists.pop_back();
     }
-    m_exact -= soft.isExact ? 1 : 0;
     if (soft.isBlock) {
         soft.outer.isCopy = soft.outer.source != Tree::none || soft.outer.isCopy;
         m_writer.breakParagraph(std::move(soft.outer));
@@ -171,8 +170,6 @@ void Merger::openBlock(std::uint32_t node, Soft& soft, std::uint32_t effects) {
             prefix = std::u16string(number.begin(), number.end()) + u". ";
         }
         m_writer.text(prefix, false);
-    } else if (tag == PageTag::Pre) {
-        soft.isExact = false;
     }
 }
 

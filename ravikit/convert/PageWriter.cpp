@@ -330,7 +330,7 @@ private:
     }
 
     void openPart() {
-        if (!m_open.back().inParts) {
+        if (m_open.empty() || !m_open.back().inParts) {
             return;
         }
         Frame& paragraph = m_open.back();

@@ -111,7 +111,11 @@ private:
             return {};
         }
         const std::string name = "wrap in " + toUtf8(element->tag);
-        const Range touched = rangeOf(text, m_deck);
+        const PageElement* outer = text;
+        while (outer->parent->tag == u"span" || outer->parent->parent->tag == u"span") {
+            outer = outer->parent; // a link is inside of what is in it
+        }
+        const Range touched = rangeOf(outer, m_deck);
         const std::size_t begin = below(text->text.size());
         const std::size_t length = 1 + below(text->text.size() - begin);
         const auto isLow = [text](std::size_t at) {
@@ -150,7 +154,18 @@ private:
     Edit normalSize() {
         auto font = makeElement(u"font");
         font->set(u"size", u"3");
-        return enclose(std::move(font));
+        PageElement* const made = font.get();
+        Edit edit = enclose(std::move(font));
+        if (!edit.name.empty()) {
+            // A size around it, however far up in the line of text, is closed for as long.
+            PageElement* line = made;
+            while (line->tag != u"p" && line->tag != u"td" && line->tag != u"div" &&
+                   line->tag != u"pre" && line->tag != u"h2") {
+                line = line->parent;
+            }
+            edit.touched = rangeOf(line, m_deck);
+        }
+        return edit;
     }
 
     Edit align() {

@@ -1,0 +1,274 @@
+#include "ravikit/ConvertSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <iostream>
+
+/// Pages that were made from no deck, or that nobody should have to read.
+namespace {
+
+using namespace convert_test;
+
+/// The inside of the deck's only card, without the indentation.
+std::string cardOf(const std::u16string& page) {
+    const std::u16string deck = markupOf(page);
+    std::string why;
+    EXPECT_TRUE(isValid(deck, &why)) << why << "\n" << toUtf8(deck);
+    const std::size_t begin = deck.find(u"<card>") + 6;
+    std::u16string inside = deck.substr(begin, deck.rfind(u"</card>") - begin);
+    for (std::size_t at = 0; (at = inside.find(u"\n    ")) != std::u16string::npos;) {
+        inside.erase(at, 5);
+    }
+    while (!inside.empty() && (inside.back() == u' ' || inside.back() == u'\n')) {
+        inside.pop_back();
+    }
+    return toUtf8(inside);
+}
+
+TEST(ConvertForeign, WhatPeopleTypeAndPaste) {
+    const std::array<std::pair<const char16_t*, const char*>, 25> cases{{
+        {u"", ""},
+        {u"<BODY text=#000000 bgColor=#ffffff><P><FONT face=Verdana></FONT>&nbsp;</P></BODY>",
+         "<p>&#160;</p>"},
+        {u"just text &amp; <b>bold</b>", "<p>just text &amp; <b>bold</b></p>"},
+        {u"<DIV>one<BR>two</DIV><DIV align=right>three</DIV>",
+         "<p>one<br/>two</p><p align=\"right\">three</p>"},
+        {u"<p>a<p style='text-align: CENTER'>b", "<p>a</p><p align=\"center\">b</p>"},
+        {u"<P>out <P>in</P> out</P>", "<p>out</p><p>in</p><p>out</p>"},
+        {u"<FONT size=5>L</FONT><FONT size=-1>s</FONT><FONT size=3>n</FONT>",
+         "<p><big>L</big><small>s</small>n</p>"},
+        {u"<BIG>x<FONT size=3>n</FONT>y</BIG>", "<p><big>x</big>n<big>y</big></p>"},
+        {u"<span style='font-weight:700;font-style:italic'>x</span><em>e</em><STRONG>s</STRONG>",
+         "<p><b><i>x</i></b><em>e</em><strong>s</strong></p>"},
+        {u"<a href='u?a=1&amp;b'>x <b>y</b></a>",
+         "<p><a href=\"u?a=1&amp;b\">x </a><b><a href=\"u?a=1&amp;b\">y</a></b></p>"},
+        {u"<a href='javascript:x()'>j</a><a name=n>k</a>", "<p>jk</p>"},
+        {u"<h1>T</h1><h3>s</h3>text", "<p><b><big>T</big></b></p><p><b>s</b></p><p>text</p>"},
+        {u"<ul><li>a<li>b</ul><ol><li>c<li>d</ol>", "<p>- a</p><p>- b</p><p>1. c</p><p>2. d</p>"},
+        {u"<script>a<b</script><style>p{}</style>x<title>no</title>", "<p>x</p>"},
+        {u"<table><tr><th>h<td>a<p>b<p>c<tr><td><ul><li>l</ul></table>",
+         "<p><table columns=\"2\"><tr><td><b>h</b></td><td>a<br/>b<br/>c</td></tr>"
+         "<tr><td>- l</td></tr></table></p>"},
+        {u"<table><tr><td>x<table><tr><td>in<td>side</table></table>",
+         "<p><table columns=\"1\"><tr><td>x<br/>in<br/>side</td></tr></table></p>"},
+        {u"<pre>\n a  <big>b</big>\n c</pre>d", "<pre> a  b\n c</pre><p>d</p>"},
+        {u"<select><option>a<option selected><b>b</b></select>",
+         "<p><select><option>a</option><option>b</option></select></p>"},
+        {u"<input name=q value='1\"'><input type=checkbox>",
+         "<p><input name=\"q\" value=\"1&quot;\"/></p>"},
+        {u"<img src=i.gif alt='A&B'><img alt=only>",
+         "<p><img alt=\"A&amp;B\" src=\"i.gif\"/>only</p>"},
+        {u"<b>x<p>y</b>z", "<p><b>x</b></p><p><b>y</b>z</p>"},
+        {u"<b><input name=n>t</b>", "<p><input name=\"n\"/><b>t</b></p>"},
+        {u"<center>m</center><textarea>t <b></textarea>",
+         "<p align=\"center\">m</p><p>t &lt;b&gt;</p>"},
+        {u"<div><div>a</div>b</div>c &eacute; \U0001F600 \xD800 \x0001",
+         "<p>a</p><p>b</p><p>c \\u00E9 \\uD83D\\uDE00 \\uFFFD \\uFFFD</p>"},
+        {u"<u>a<hr>b</u>", "<p><u>a</u></p><p><u>b</u></p>"},
+    }};
+    for (const auto& [page, card] : cases) {
+        EXPECT_EQ(cardOf(page), card) << toUtf8(page);
+    }
+}
+
+/// What the marks of a page say is believed only of the deck that it carries, and only once.
+TEST(ConvertForeign, MarksThatDoNotHold) {
+    const std::u16string deck = u"<wml><card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>";
+    const std::u16string other =
+        u"<wml><card><p id=\"p\"><b>two</b></p><timer value=\"1\"/></card></wml>";
+    auto body = browse(plainOf(deck));
+    PageElement& card = *body->children[0]->children[0];
+    PageElement& root = *body->children[0];
+    root.insert(1, card.clone()); // a card copied, ids and all
+    const auto from = browse(plainOf(other));
+    card.insert(2, from->children[0]->children[0]->children[0]->clone());
+    EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Modern))),
+              "<wml><card title=\"A\"><p id=\"p\">one</p><p><b>two</b></p></card>"
+              "<card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>");
+
+    // A source that was tampered with is none.
+    std::u16string page = plainOf(deck);
+    page.replace(page.find(u")one("), 5, u")uno(");
+    EXPECT_NE(markupOf(page).find(u"<p>one</p>"), std::u16string::npos);
+}
+
+TEST(ConvertForeign, TitlesLabelsAndTexts) {
+    const std::u16string deck =
+        u"<wml>\n  <card title='T'>\n    <do type=\"prev\" label=\"Back\"><prev/></do>\n"
+        u"    <p><img src=\"s\" alt=\"old\"/> <input name='n'/></p>\n  </card>\n</wml>";
+    std::u16string page = plainOf(deck);
+    const auto change = [&page](std::u16string_view from, std::u16string_view to) {
+        const std::size_t at = page.find(from, page.find(u'>'));
+        ASSERT_NE(at, std::u16string::npos);
+        page.replace(at, from.size(), to);
+    };
+    change(u">T<", u">New &quot;T&quot;<");
+    change(u">Back<", u">Home<");
+    change(u">old<", u">new<");
+    change(u">______<", u">preset<");
+    EXPECT_EQ(toUtf8(markupOf(page)), "<wml>\n  <card title=\"New &quot;T&quot;\">\n    <do "
+                                      "type=\"prev\" label=\"Home\"><prev/></do>\n"
+                                      "    <p><img src=\"s\" alt=\"new\"/> <input name='n' "
+                                      "value=\"preset\"/></p>\n  </card>\n</wml>");
+}
+
+TEST(ConvertForeign, MovesAndUnseenThings) {
+    const std::u16string deck = u"<wml>\n  <card id=\"a\">\n    <timer value=\"5\"/>\n    "
+                                u"<p>one</p>\n    <!-- two -->\n    <p >two</p>\n  </card>\n"
+                                u"  <card id=\"b\">\n    <p>three</p>\n  </card>\n</wml>";
+    auto body = browse(plainOf(deck));
+    PageElement& root = *body->children[0];
+    root.children[1]->insert(0, root.children[0]->children[0]->take());
+    EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Old))),
+              "<wml>\n  <card id=\"a\">\n    <timer value=\"5\"/>\n    <!-- two -->\n    <p "
+              ">two</p>\n  </card>\n"
+              "  <card id=\"b\">\n    <p>one</p>\n    <p>three</p>\n  </card>\n</wml>");
+    root.insert(0, root.children[1]->take());
+    EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Modern))),
+              "<wml>\n  <card id=\"b\">\n    <p>one</p>\n    <p>three</p>\n  </card>\n"
+              "  <card id=\"a\">\n    <timer value=\"5\"/>\n    <!-- two -->\n    <p >two</p>\n  "
+              "</card>\n</wml>");
+}
+
+TEST(ConvertForeign, StrictRefusesWhatItWouldDrop) {
+    const auto strict = [](std::u16string page) {
+        ravikit::Problems problems;
+        const std::u16string before = page;
+        const bool good = ravikit::plainToMarkup(page, true, nullptr, problems);
+        EXPECT_EQ(good, problems.empty());
+        EXPECT_TRUE(good || page == before);
+        return good;
+    };
+    EXPECT_TRUE(strict(u"<p>x <b>y</b></p>"));
+    EXPECT_FALSE(strict(u"<p>x</p><script>y</script>"));
+    EXPECT_FALSE(strict(u"<p>x<a href='javascript:y'>z</a></p>"));
+    EXPECT_FALSE(strict(u"<p>\x0001</p>"));
+}
+
+/// Tag soup: whatever comes, a valid deck goes out, and the text is in it.
+TEST(ConvertForeign, Soup) {
+    static constexpr std::array pieces{u"<p>",
+                                       u"</p>",
+                                       u"<div align=center>",
+                                       u"</div>",
+                                       u"<b>",
+                                       u"</b>",
+                                       u"<i>",
+                                       u"</i>",
+                                       u"<big>",
+                                       u"</big>",
+                                       u"<a href=x>",
+                                       u"</a>",
+                                       u"<table>",
+                                       u"</table>",
+                                       u"<tr>",
+                                       u"<td>",
+                                       u"</td>",
+                                       u"<ul>",
+                                       u"<li>",
+                                       u"</ul>",
+                                       u"<pre>",
+                                       u"</pre>",
+                                       u"<select name=s>",
+                                       u"<option>",
+                                       u"</select>",
+                                       u"<font size=3>",
+                                       u"</font>",
+                                       u"<h1>",
+                                       u"</h1>",
+                                       u"<br>",
+                                       u"<hr>",
+                                       u"<input name=n>",
+                                       u"<img src=s alt=t>",
+                                       u"text ",
+                                       u" w",
+                                       u"&lt;",
+                                       u"<span style='font-weight:bold'>",
+                                       u"</span>",
+                                       u"<center>",
+                                       u"</center>",
+                                       u"<fieldset>",
+                                       u"</fieldset>",
+                                       u"<foo>",
+                                       u"</foo>",
+                                       u"<th>",
+                                       u"<caption>"};
+    const std::u16string own = plainOf(
+        u"<wml><card id=\"c\" title=\"t\"><p id=\"q\">a <b>b</b> <a href=\"x\">l</a> "
+        u"<anchor>n<prev/></anchor> "
+        u"<table columns=\"1\"><tr><td>d</td></tr></table> <select><option>o</option></select> "
+        u"<fieldset>f</fieldset><input name=\"i\"/></p><pre>p</pre></card></wml>");
+    unsigned count = 0;
+    for (unsigned seed = 1; seed <= 900 && !HasFailure(); ++seed) {
+        std::mt19937 random(seed);
+        std::u16string page = seed % 3 == 0 ? own : std::u16string();
+        for (unsigned left = static_cast<unsigned>(random()) % 25; left > 0; --left) {
+            const std::u16string_view piece = pieces[random() % pieces.size()];
+            std::size_t at = random() % (page.size() + 1);
+            // Between tags, not inside one.
+            while (at < page.size() && page.rfind(u'<', at) != std::u16string::npos && at > 0 &&
+                   page[at] != u'<') {
+                ++at;
+            }
+            page.insert(at, piece);
+        }
+        SCOPED_TRACE(std::to_string(seed) + ": " + toUtf8(page));
+        const std::u16string deck = markupOf(page);
+        std::string why;
+        EXPECT_TRUE(isValid(deck, &why)) << why << "\n" << toUtf8(deck);
+        const auto body = browse(page);
+        const std::u16string text = letters(body->innerText());
+        const std::u16string shown = letters(browse(plainOf(deck))->innerText());
+        // All of the text; a list's signs, and words for what is empty, may be there besides.
+        for (const char16_t c : std::u16string_view(u"abdeflnoptwx<")) {
+            EXPECT_LE(std::count(text.begin(), text.end(), c),
+                      std::count(shown.begin(), shown.end(), c))
+                << toUtf8(deck) << "\n"
+                << toUtf8(text);
+        }
+        EXPECT_EQ(toUtf8(markupOf(plainOf(deck))), toUtf8(deck));
+        ++count;
+    }
+    std::cout << count << " pages of soup\n";
+}
+
+std::u16string repeated(std::u16string_view text, std::size_t count) {
+    std::u16string all;
+    all.reserve(text.size() * count);
+    for (std::size_t i = 0; i < count; ++i) {
+        all += text;
+    }
+    return all;
+}
+
+/// Size and depth cost in line with the page, or are refused with a reason.
+TEST(ConvertForeign, HostilePages) {
+    const std::size_t many = 200000;
+    const auto converts = [](std::u16string page) {
+        ravikit::Problems problems;
+        const bool good = ravikit::plainToMarkup(page, false, nullptr, problems);
+        EXPECT_NE(good, !problems.empty());
+        EXPECT_TRUE(!good || isValid(page));
+        return good;
+    };
+    EXPECT_TRUE(converts(repeated(u"<div>", many) + u"x" + repeated(u"</div>", many)));
+    EXPECT_TRUE(converts(repeated(u"<b>", many) + u"x" + repeated(u"</b>", many)));
+    EXPECT_TRUE(converts(repeated(u"<table><tr><td>", many) + u"x" +
+                         repeated(u"</td></tr></table>", many)));
+    EXPECT_TRUE(converts(repeated(u"<i>a</i><br>", many)));
+    EXPECT_TRUE(converts(repeated(u"<p>x", many)));
+    EXPECT_TRUE(converts(u"<p title=\"" + repeated(u"a", 1 << 20) + u"\">x</p>"));
+    EXPECT_FALSE(converts(repeated(u"<div>", many)));
+    EXPECT_FALSE(converts(repeated(u"<x1></y><object></div>", many)));
+    EXPECT_FALSE(converts(u"<p " + repeated(u"a=b ", many) + u"<p>"));
+    std::u16string fonts;
+    for (unsigned i = 0; i < 20000; ++i) {
+        fonts += u"<font color=" + std::u16string(1, static_cast<char16_t>(u'a' + i % 26)) +
+                 std::u16string(i / 26 % 50, u'b') + u"><p>";
+    }
+    EXPECT_FALSE(converts(fonts));
+}
+
+} // namespace
