@@ -219,14 +219,15 @@ void DeckWriter::addParagraphAround(std::size_t from) {
 
 std::vector<DeckWriter::Handle> DeckWriter::suspendSizes() {
     std::vector<Handle> sizes;
-    for (auto entry = m_entries.rbegin(); entry != m_entries.rend(); ++entry) {
-        const Element e = entry->opening.element;
+    for (std::size_t i = m_entries.size(); i-- > 0;) {
+        Entry& entry = m_entries[i];
+        const Element e = entry.opening.element;
         if (!isFormat(e) && !isLink(e)) {
             break; // around a table a size can't be taken back for one cell
         }
         if (e == Element::Big || e == Element::Small) {
-            ++entry->suspended;
-            sizes.push_back(entry->handle);
+            ++entry.suspended;
+            sizes.push_back(entry.handle);
         }
     }
     return sizes;
@@ -527,7 +528,7 @@ void DeckWriter::writeStart(Entry& entry, std::size_t index) {
             if (outer == Element::Card || outer == Element::Wml) {
                 m_out += m_entries[i].indent;
                 if (e == Element::Card && entry.opening.source == Tree::none) {
-                    end = m_entries[i].indent + end;
+                    end.insert(0, m_entries[i].indent);
                 }
                 break;
             }

@@ -264,18 +264,18 @@ std::u16string shownText(const Tree& tree, Tree::Id id, Element element) {
         const Tree::Id attribute = tree.attribute(id, name);
         return attribute == Tree::none ? std::u16string() : tree.value(attribute);
     };
-    const auto orElse = [](std::u16string text, std::u16string_view instead) {
+    const auto orElse = [](const std::u16string& text, std::u16string_view instead) {
         const bool isBlank = text.find_first_not_of(u" \t\r\n") == std::u16string::npos;
         return isBlank ? std::u16string(instead) : text;
     };
     std::u16string text = value(shownAttribute(element));
     switch (element) {
     case Element::Img:
-        return orElse(std::move(text), orElse(value(u"src"), u"image"));
+        return orElse(text, orElse(value(u"src"), u"image"));
     case Element::Input:
-        return orElse(std::move(text), u"______");
+        return orElse(text, u"______");
     case Element::Do:
-        return orElse(std::move(text), orElse(value(u"type"), u"do"));
+        return orElse(text, orElse(value(u"type"), u"do"));
     default:
         return text;
     }

@@ -115,7 +115,7 @@ constexpr char16_t lower(char16_t c) {
 }
 
 constexpr std::size_t placeOf(std::u16string_view name) {
-    std::uint32_t hash = static_cast<std::uint32_t>(name.size());
+    auto hash = static_cast<std::uint32_t>(name.size());
     for (const char16_t c : name) {
         hash = (hash + lower(c)) * 0x9E3779B1U;
         hash ^= hash >> 15;
