@@ -1,8 +1,10 @@
 #include "apps/cli/Commands.h"
+#include "apps/cli/ViewCheck.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
+#include <optional>
 #include <ostream>
 
 namespace cli {
@@ -24,9 +26,11 @@ public:
     virtual void deck(const Deck& deck) = 0;
     virtual void end() = 0;
 
+    bool views = false; ///< whether to take decks to the page and back
     std::size_t decks = 0;
     std::size_t invalid = 0;
     std::size_t errors = 0;
+    std::size_t lost = 0; ///< decks that did not come back from the page as they were
 
 protected:
     void count(const Deck& deck) {
@@ -37,6 +41,18 @@ protected:
         for (Error error = firstError(deck); error; error = error->next()) {
             ++errors;
         }
+    }
+
+    /// Nothing too where nobody asked, and for a deck that is not well-formed.
+    std::optional<Loss> lossOf(const Deck& deck) {
+        if (!views || deck.document->DOM()->xml().empty()) {
+            return std::nullopt;
+        }
+        std::optional<Loss> loss = switchThereAndBack(deck);
+        if (loss) {
+            ++lost;
+        }
+        return loss;
     }
 };
 
@@ -50,6 +66,9 @@ public:
         for (Error error = firstError(deck); error; error = error->next()) {
             line(deck.file, *error);
         }
+        if (const std::optional<Loss> loss = lossOf(deck)) {
+            place(deck.file, loss->line, loss->column, loss->reason);
+        }
     }
 
     void end() override {
@@ -58,6 +77,12 @@ public:
                                                  : errorCount + " in " + std::to_string(invalid) +
                                                        " of " + counted(decks, "deck");
         m_printer.out() << m_printer.styled(Style::Strong, verdict) << '\n';
+        if (views) {
+            m_printer.out() << (lost == 0 ? "no deck lost a byte on the way to the page and back"
+                                          : counted(lost, "deck") +
+                                                " did not come back from the page whole")
+                            << '\n';
+        }
     }
 
 private:
@@ -65,14 +90,20 @@ private:
         return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
     }
 
-    void line(const std::string& file, tessaly::ParseError& error) const {
-        const std::string place =
-            file + ':' + std::to_string(error.line()) + ':' + std::to_string(error.column()) + ':';
-        m_printer.out() << m_printer.styled(Style::Strong, place) << ' '
+    void place(const std::string& file, std::size_t line, std::size_t column,
+               const std::string& reason) const {
+        const std::string where =
+            file + ':' + std::to_string(line) + ':' + std::to_string(column) + ':';
+        m_printer.out() << m_printer.styled(Style::Strong, where) << ' '
                         << m_printer.styled(Style::Error, "error:") << ' '
-                        << m_printer.styled(Style::Plain, utf8(error.reason())) << '\n';
+                        << m_printer.styled(Style::Plain, reason) << '\n';
+    }
+
+    void line(const std::string& file, tessaly::ParseError& error) const {
+        const auto column = static_cast<std::size_t>(error.column());
+        place(file, static_cast<std::size_t>(error.line()), column, utf8(error.reason()));
         if (m_printer.rich()) {
-            m_printer.snippet(error.sourceLine(), static_cast<std::size_t>(error.column()));
+            m_printer.snippet(error.sourceLine(), column);
         }
     }
 
@@ -95,9 +126,14 @@ public:
                                  {"length", error->length()},
                                  {"reason", utf8(error->reason())}});
         }
-        m_decks.push_back({{"file", deck.file},
-                           {"valid", deck.document->isValidXML()},
-                           {"errors", std::move(errorList)}});
+        const bool valid = deck.document->isValidXML();
+        nlohmann::ordered_json entry = {
+            {"file", deck.file}, {"valid", valid}, {"errors", std::move(errorList)}};
+        if (const std::optional<Loss> loss = lossOf(deck)) {
+            entry["lost"] = {
+                {"line", loss->line}, {"column", loss->column}, {"reason", loss->reason}};
+        }
+        m_decks.push_back(std::move(entry));
     }
 
     void end() override {
@@ -112,13 +148,14 @@ private:
     nlohmann::ordered_json m_decks = nlohmann::ordered_json::array();
 };
 
-ExitStatus run(const std::vector<std::string>& paths, Report& report) {
+ExitStatus run(const std::vector<std::string>& paths, bool views, Report& report) {
     Session session;
+    report.views = views;
     for (const std::string& path : paths) {
         session.visitDecks(path, [&](const Deck& deck) { report.deck(deck); });
     }
     report.end();
-    if (report.invalid > 0) {
+    if (report.invalid > 0 || report.lost > 0) {
         session.raiseStatus(ExitStatus::Invalid);
     }
     return session.status();
@@ -126,13 +163,14 @@ ExitStatus run(const std::vector<std::string>& paths, Report& report) {
 
 } // namespace
 
-ExitStatus check(const std::vector<std::string>& paths, bool json, const Printer& printer) {
+ExitStatus check(const std::vector<std::string>& paths, bool views, bool json,
+                 const Printer& printer) {
     if (json) {
         JsonReport report(printer);
-        return run(paths, report);
+        return run(paths, views, report);
     }
     TextReport report(printer);
-    return run(paths, report);
+    return run(paths, views, report);
 }
 
 } // namespace cli

@@ -62,7 +62,7 @@ Session::Session()
     : m_files(tessaly::Platform::current()->newFileSystemObject())
     , m_decks(newProject()) {}
 
-std::shared_ptr<tessaly::clProject> Session::newProject() const {
+std::shared_ptr<tessaly::clProject> Session::newProject() {
     auto project = std::make_shared<tessaly::clProject>();
     project->AppPath(toComponentPath(dataFolder()));
     return project;
@@ -111,7 +111,7 @@ std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
     return decks;
 }
 
-void Session::visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit) {
+std::optional<std::u16string> Session::readText(const std::string& file) {
     std::u16string text;
     const auto failed = tessaly::attempt([&] {
         const auto stream =
@@ -121,10 +121,18 @@ void Session::visitDeck(const std::string& file, const std::function<void(const 
     });
     if (failed) {
         complain(ExitStatus::Unreadable, file, utf8(failed->description()));
+        return std::nullopt;
+    }
+    return text;
+}
+
+void Session::visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit) {
+    std::optional<std::u16string> text = readText(file);
+    if (!text) {
         return;
     }
     const std::u16string name = m_files->GetBaseName(toComponentPath(file));
-    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, text, nullptr, nullptr,
+    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, *text, nullptr, nullptr,
                                               nullptr, m_decks->Ravik());
     m_decks->Documents()->Clear();
     visit({file, std::move(document)});

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace cli {
@@ -32,6 +33,13 @@ public:
     /// every .wml file below a folder, in the order of their names.
     void visitDecks(const std::string& path, const std::function<void(const Deck&)>& visit);
 
+    /// The text in `file` as the component reads it; none if it could not be read, which has been
+    /// said.
+    std::optional<std::u16string> readText(const std::string& file);
+
+    /// A project that knows where the command's data lies.
+    static std::shared_ptr<tessaly::clProject> newProject();
+
     /// The decks of an opened project.
     static std::vector<Deck> decksOf(tessaly::clProject& project);
 
@@ -42,7 +50,6 @@ public:
     ExitStatus status() const { return m_status; }
 
 private:
-    std::shared_ptr<tessaly::clProject> newProject() const;
     bool readable(const std::string& file);
     void visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit);
     void visitFolder(const std::string& folder, const std::function<void(const Deck&)>& visit);

@@ -21,7 +21,12 @@ struct Options {
     std::string deck;
     CardForm form = CardForm::Text;
     std::string color = "auto";
+    std::string tags;
+    std::string to;
+    std::string out;
     bool json = false;
+    bool strict = false;
+    bool views = false;
 };
 
 bool wantsColours(const std::string& color, bool terminal) {
@@ -57,6 +62,8 @@ int run(int argc, char** argv) {
         ->add_option("PATH", options.paths,
                      "Decks, project files (.cvp), or folders: every .wml file below them")
         ->required();
+    check->add_flag("--views", options.views,
+                    "Take each deck to the page and back, and tell what did not survive");
     addJson(check, options);
 
     CLI::App* cards = app.add_subcommand("cards", "Walk the cards of decks");
@@ -71,6 +78,22 @@ int run(int argc, char** argv) {
         ->type_name("FORM");
     addJson(cards, options);
 
+    CLI::App* convert =
+        app.add_subcommand("convert", "Turn a deck into a page, or a page into a deck");
+    convert->add_option("FILE", options.paths, "A file; - is standard input")
+        ->required()
+        ->expected(1);
+    convert->add_option("--to", options.to, "plain (the HTML page) or markup (the deck)")
+        ->required()
+        ->check(CLI::IsMember({"plain", "markup"}));
+    convert->add_flag("--strict", options.strict, "Refuse what cannot be taken over as it is");
+    convert->add_option("-o", options.out, "Write to this file instead of standard output");
+
+    CLI::App* tags = app.add_subcommand("tags", "Find the tags of a list in decks");
+    tags->add_option("LIST", options.tags, "Tag names joined by commas")->required();
+    tags->add_option("PATH", options.paths, "Decks, project files or folders")->required();
+    addJson(tags, options);
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -84,7 +107,12 @@ int run(int argc, char** argv) {
     if (info->parsed()) {
         status = cli::info(options.paths.front(), options.json, printer);
     } else if (check->parsed()) {
-        status = cli::check(options.paths, options.json, printer);
+        status = cli::check(options.paths, options.views, options.json, printer);
+    } else if (convert->parsed()) {
+        status =
+            cli::convert(options.paths.front(), options.to == "plain", options.strict, options.out);
+    } else if (tags->parsed()) {
+        status = cli::tags(options.tags, options.paths, options.json, printer);
     } else {
         status =
             cli::cards(options.paths.front(), options.deck, options.form, options.json, printer);

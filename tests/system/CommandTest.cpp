@@ -149,6 +149,30 @@ TEST_F(Command, LetsNoDeckWriteToTheTerminal) {
     EXPECT_FALSE(holds(run("check broken/bad-attribute.wml"), "\x1b["));
 }
 
+TEST_F(Command, TakesDecksToThePageAndBack) {
+    const Outcome views = run("check --views . ../tests/ravikit/decks");
+    EXPECT_TRUE(holds(views, "no deck lost a byte on the way to the page and back")) << views.out;
+
+    const std::string deck = TESSALY_SOURCE_DIR "/examples/weather/settings.wml";
+    const Outcome back =
+        run("convert " + deck + " --to plain | " TESSALY_COMMAND " convert - --to markup");
+    std::ifstream file(deck, std::ios::binary);
+    EXPECT_EQ(back.out, std::string(std::istreambuf_iterator<char>(file), {}));
+
+    const Outcome refused = run("convert broken/not-well-formed.wml --to plain --strict", true);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(holds(refused, "not-well-formed.wml:4:32: error: ")) << refused.out;
+    EXPECT_EQ(run("convert /nowhere.wml --to plain").status, 3);
+}
+
+TEST_F(Command, FindsTheTagsOfAList) {
+    const Outcome found = run("tags table,blink,img weather/Weather.cvp");
+    EXPECT_EQ(found.status, 1);
+    EXPECT_EQ(found.out, "weather/forecast.wml: img 4\nweather/forecast.wml: table 1\n"
+                         "weather/index.wml: img 1\n");
+    EXPECT_EQ(run("tags blink weather").status, 0);
+}
+
 /// Whatever a project file lists or a deck holds, the command ends with a status of its own.
 TEST_F(Command, EndsOnHostileInput) {
     const std::string deep = write("deep.wml", [] {

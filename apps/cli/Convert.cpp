@@ -1,0 +1,75 @@
+#include "apps/cli/Commands.h"
+
+#include "platform/PathName.h"
+#include "platform/TextCodec.h"
+#include "util/Attempt.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <ostream>
+
+namespace cli {
+
+namespace {
+
+std::u16string readStandardInput() {
+    const std::string bytes{std::istreambuf_iterator<char>(std::cin), {}};
+    return tessaly::decodeText(bytes);
+}
+
+/// What a document would hold for `text` as it was read.
+std::u16string imported(tessaly::Ravik& ravik, const std::u16string& text) {
+    return text.find(u"DOCTYPE") == text.npos ? ravik.importBareText(text)
+                                              : ravik.importDoctypedText(text);
+}
+
+void tellErrors(const std::string& file, tessaly::Tolmek& tolmek) {
+    for (auto error = tolmek.lastError(); error; error = error->next()) {
+        std::cerr << harmless(file) << ':' << error->line() << ':' << error->column()
+                  << ": error: " << harmless(utf8(error->reason())) << '\n';
+    }
+}
+
+bool write(const std::string& out, const std::u16string& text) {
+    const std::string bytes = utf8(text);
+    if (out.empty()) {
+        std::cout << bytes << std::flush;
+        return static_cast<bool>(std::cout);
+    }
+    std::ofstream file(out, std::ios::binary);
+    file << bytes << std::flush;
+    return static_cast<bool>(file);
+}
+
+} // namespace
+
+ExitStatus convert(const std::string& file, bool toPlain, bool strict, const std::string& out) {
+    Session session;
+    const bool standardInput = file == "-";
+    std::optional<std::u16string> text =
+        standardInput ? readStandardInput() : session.readText(file);
+    if (!text) {
+        return session.status();
+    }
+    const auto project = session.newProject();
+    const auto tolmek = tessaly::Platform::current()->newTolmek();
+    tolmek->loadDtd(tessaly::kindMarkup, project->AppPath() + u"\\DTD\\wml.dtd");
+    if (toPlain) {
+        text = imported(*project->Ravik(), *text);
+    }
+    const std::int32_t from = toPlain ? tessaly::kindMarkup : tessaly::kindPlain;
+    const std::int32_t to = toPlain ? tessaly::kindPlain : tessaly::kindMarkup;
+    if (!tolmek->convertText(from, to, *text, strict)) {
+        tellErrors(standardInput ? "standard input" : file, *tolmek);
+        return ExitStatus::Invalid;
+    }
+    if (!write(out, *text)) {
+        session.complain(ExitStatus::Unreadable, out.empty() ? "standard output" : out,
+                         "cannot be written");
+    }
+    return session.status();
+}
+
+} // namespace cli

@@ -1,0 +1,70 @@
+#include "apps/cli/Commands.h"
+
+#include "platform/HeadlessRichText.h"
+#include "platform/TextCodec.h"
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+#include <ostream>
+
+namespace cli {
+
+namespace {
+
+/// Counts the tags that a document finds.
+class TagCount : public tessaly::__WirelessDocument {
+public:
+    void OnRefresh() override {}
+    void OnViewChange() override {}
+    void OnParseError(std::shared_ptr<tessaly::ParseError>& /*err*/) override {}
+    void OnClearErrors() override {}
+    void OnDocDirty() override {}
+    void OnUTag(std::u16string& strTagName) override { ++counts[utf8(strTagName)]; }
+    void OnAdd2UndoStack(std::int32_t& /*lStart*/, std::u16string& /*txt*/,
+                         std::u16string& /*delText*/, std::int32_t& /*action*/) override {}
+
+    std::map<std::string, int> counts;
+};
+
+std::map<std::string, int> tagsIn(const Deck& deck, const std::u16string& list) {
+    TagCount found;
+    const auto listening = deck.document->events().advise(found);
+    deck.document->MuRtb(std::make_shared<tessaly::HeadlessRichText>());
+    deck.document->view(tessaly::vMarkup);
+    deck.document->validateSupportedTags(list);
+    return found.counts;
+}
+
+} // namespace
+
+ExitStatus tags(const std::string& list, const std::vector<std::string>& paths, bool json,
+                const Printer& printer) {
+    Session session;
+    nlohmann::ordered_json report = nlohmann::ordered_json::array();
+    const std::u16string names = tessaly::decodeText(list);
+    const auto look = [&](const Deck& deck) {
+        if (deck.document->DOM()->xml().empty()) {
+            session.complain(ExitStatus::Invalid, deck.file,
+                             "is not well-formed and was not searched");
+        }
+        for (const auto& [name, count] : tagsIn(deck, names)) {
+            session.raiseStatus(ExitStatus::Invalid);
+            report.push_back({{"file", deck.file}, {"tag", name}, {"count", count}});
+            if (!json) {
+                printer.out() << printer.styled(Style::Strong, deck.file + ": ")
+                              << printer.styled(Style::Plain, name) << ' ' << count << '\n';
+            }
+        }
+    };
+    for (const std::string& path : paths) {
+        session.visitDecks(path, look);
+    }
+    if (json) {
+        printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+                      << '\n';
+    }
+    return session.status();
+}
+
+} // namespace cli
