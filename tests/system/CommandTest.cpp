@@ -168,8 +168,8 @@ TEST_F(Command, TakesDecksToThePageAndBack) {
 TEST_F(Command, FindsTheTagsOfAList) {
     const Outcome found = run("tags table,blink,img weather/Weather.cvp");
     EXPECT_EQ(found.status, 1);
-    EXPECT_EQ(found.out, "weather/forecast.wml: img 4\nweather/forecast.wml: table 1\n"
-                         "weather/index.wml: img 1\n");
+    EXPECT_EQ(found.out, "weather/index.wml: img 1\nweather/forecast.wml: img 4\n"
+                         "weather/forecast.wml: table 1\n");
     EXPECT_EQ(run("tags blink weather").status, 0);
 }
 
