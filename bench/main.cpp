@@ -67,6 +67,8 @@ void measureJudging(const Corpus& corpus, const LibXml& libXml, tessaly::Tolmek&
     const std::string name = "judge " + corpus.name;
     const auto overAll = [&corpus](const auto& work) {
         return [&corpus, work](benchmark::State& state) {
+            // What the one measured before has freed is not to be tidied up in the next one's time.
+            malloc_trim(0);
             for (auto _ : state) {
                 for (const DeckText& deck : corpus.decks) {
                     benchmark::DoNotOptimize(work(deck));

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "ravikit/NameTable.h"
 #include "ravikit/Problem.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -64,6 +66,9 @@ struct Declarations {
     std::vector<AttributeDeclaration> attributes;
     std::unordered_map<std::u16string, EntityDeclaration> entities;
     std::vector<std::u16string> notations;
+    /// If there, the names that a text most likely uses: the table of its names begins with them,
+    /// which spares each text learning them anew.
+    std::shared_ptr<const NameTable> names;
     /// True if there is a reference to a parameter entity. More may then be declared than stands
     /// here, so that an undeclared entity is no breach of well-formedness as such.
     bool incomplete = false;

@@ -101,6 +101,18 @@ void findRoots(DtdTables& tables) {
     }
 }
 
+/// Lets every text that is read with this DTD begin with its names.
+void learnNames(DtdTables& tables) {
+    auto names = std::make_shared<NameTable>();
+    for (const NameTable* const table : {&tables.elementNames, &tables.attributeNames}) {
+        for (NameTable::Id name = 0; name < table->size(); ++name) {
+            names->intern(table->text(name));
+        }
+    }
+    tables.meanings.learn(*names, tables);
+    tables.declarations.names = std::move(names);
+}
+
 /// False if the tables grow too large.
 bool compileTables(DtdTables& tables) {
     nameAll(tables);
@@ -130,6 +142,7 @@ bool compileTables(DtdTables& tables) {
         }
     }
     findRoots(tables);
+    learnNames(tables);
     tables.anything.holdsText = true;
     tables.anything.content = freeContent({}, true, names.size());
     tables.kindOfElement =
@@ -138,6 +151,19 @@ bool compileTables(DtdTables& tables) {
 }
 
 } // namespace
+
+void NameMeanings::learn(const NameTable& names, const DtdTables& dtd) {
+    elements.reserve(names.size());
+    attributes.reserve(names.size());
+    for (auto name = static_cast<NameTable::Id>(elements.size()); name < names.size(); ++name) {
+        const NameTable::Id element = dtd.elementNames.find(names.text(name));
+        const bool declared = element != NameTable::none && dtd.elements[element].declared;
+        elements.push_back(declared ? static_cast<Symbol>(element) : unknown);
+        const NameTable::Id attribute = dtd.attributeNames.find(names.text(name));
+        attributes.push_back(attribute == NameTable::none ? noAttribute
+                                                          : static_cast<std::uint16_t>(attribute));
+    }
+}
 
 struct Dtd::Tables : DtdTables {};
 

@@ -29,6 +29,20 @@ struct ElementRules {
     std::uint32_t required = 0; ///< how many attributes it must have
 };
 
+struct DtdTables;
+
+/// What the names of a text mean to a DTD, by their numbers in the text's table.
+struct NameMeanings {
+    static constexpr Symbol unknown = 0xFFFF;
+    static constexpr std::uint16_t noAttribute = 0xFFFF;
+
+    std::vector<Symbol> elements;          ///< an undeclared one is unknown
+    std::vector<std::uint16_t> attributes; ///< by the numbers of DtdTables::attributeNames
+
+    /// Takes in the names that the table has beyond those that are known here.
+    void learn(const NameTable& names, const DtdTables& dtd);
+};
+
 /// A DTD in the form in which it is judged by.
 struct DtdTables {
     Declarations declarations;
@@ -37,6 +51,7 @@ struct DtdTables {
     std::vector<ElementRules> elements; ///< by symbol
     std::vector<Symbol> roots;          ///< which the document element can be
     ElementRules anything;              ///< of an element that nothing is known of
+    NameMeanings meanings;              ///< of Declarations::names
 
     /// How an author calls what the DTD declares, such as "WML element".
     std::u16string kindOfElement;

@@ -32,15 +32,10 @@ const Judge::Source& Judge::sourceOf(const Tree& tree) {
         known = std::make_unique<Source>();
         source = known.get();
     }
-    const NameTable& names = tree.names();
-    for (NameTable::Id name = 0; name < names.size(); ++name) {
-        const NameTable::Id element = m_dtd.elementNames.find(names.text(name));
-        const bool declared = element != NameTable::none && m_dtd.elements[element].declared;
-        source->elements.push_back(declared ? static_cast<Symbol>(element) : unknown);
-        const NameTable::Id attribute = m_dtd.attributeNames.find(names.text(name));
-        source->attributes.push_back(
-            attribute == NameTable::none ? noAttribute : static_cast<std::uint16_t>(attribute));
+    if (tree.names().base() != nullptr && tree.names().base() == m_dtd.declarations.names.get()) {
+        source->meanings = m_dtd.meanings;
     }
+    source->meanings.learn(tree.names(), m_dtd);
     return *source;
 }
 

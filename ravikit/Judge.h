@@ -29,20 +29,20 @@ public:
 
 private:
     using Id = Tree::Id;
-    static constexpr Symbol unknown = 0xFFFF;
-    static constexpr std::uint16_t noAttribute = 0xFFFF;
+    static constexpr Symbol unknown = NameMeanings::unknown;
+    static constexpr std::uint16_t noAttribute = NameMeanings::noAttribute;
 
     /// A tree with what its names mean to the DTD: the deck, or the text of an entity.
     struct Source {
-        std::vector<Symbol> elements;          // by name
-        std::vector<std::uint16_t> attributes; // by name
+        NameMeanings meanings;
 
         // A name may have no number: the table of a tree's names has its limit.
         Symbol element(const Node& node) const {
-            return node.name < elements.size() ? elements[node.name] : unknown;
+            return node.name < meanings.elements.size() ? meanings.elements[node.name] : unknown;
         }
         std::uint16_t attribute(const Node& node) const {
-            return node.name < attributes.size() ? attributes[node.name] : noAttribute;
+            return node.name < meanings.attributes.size() ? meanings.attributes[node.name]
+                                                          : noAttribute;
         }
     };
     /// The source that is being walked.

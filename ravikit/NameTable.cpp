@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
 namespace ravikit {
 namespace {
@@ -36,6 +37,13 @@ NameKey NameKey::of(std::u16string_view name) {
     key.high = longMark | name.size();
     return key;
 }
+
+NameTable::NameTable(std::shared_ptr<const NameTable> base)
+    : m_base(std::move(base))
+    , m_names(m_base->m_names)
+    , m_slots(m_base->m_slots)
+    , m_seed(m_base->m_seed)
+    , m_shift(m_base->m_shift) {}
 
 NameTable::Id NameTable::find(std::u16string_view name) const {
     return m_slots[slotOf(name, NameKey::of(name))].id;

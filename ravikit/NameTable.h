@@ -28,6 +28,15 @@ public:
     using Id = std::uint32_t;
     static constexpr Id none = 0xFFFFFF;
 
+    NameTable() = default;
+
+    /// A table that holds the names of `base` to begin with, under the same numbers. It keeps
+    /// `base`, which must not change any more.
+    explicit NameTable(std::shared_ptr<const NameTable> base);
+
+    /// The table that this one began with, or none.
+    const NameTable* base() const { return m_base.get(); }
+
     /// The number of `name`, which is added if it is new; `none` when the table holds as many names
     /// as there are numbers.
     Id intern(std::u16string_view name);
@@ -65,6 +74,7 @@ private:
     void grow();
     std::u16string_view store(std::u16string_view name);
 
+    std::shared_ptr<const NameTable> m_base; // whose storage the first names stand in
     std::vector<std::u16string_view> m_names;
     std::vector<Slot> m_slots =
         std::vector<Slot>(2); // open addressing; at most half of them are taken

@@ -55,6 +55,10 @@ void Parser::run() {
     }
     m_tree.m_nodes.reserve(static_cast<std::uint32_t>(m_tree.m_text.size() / 8 + 16));
     m_open.push_back({Tree::document, NameTable::none, ~0U});
+    if (m_entities.known() != nullptr && m_entities.known()->names) {
+        m_tree.m_names = NameTable(m_entities.known()->names);
+        m_nameStates.resize(std::size_t{m_tree.m_names.size()} * 2 + 64);
+    }
     At at = m_begin;
     if (m_kind == Kind::Document) {
         if (*at == 0xFEFF) {
