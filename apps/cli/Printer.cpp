@@ -63,7 +63,7 @@ std::string harmless(std::string_view text) {
 }
 
 std::string Printer::styled(Style style, std::string_view text) const {
-    const std::string safe = harmless(text);
+    std::string safe = harmless(text);
     if (!m_colours || style == Style::Plain) {
         return safe;
     }

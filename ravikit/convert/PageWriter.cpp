@@ -152,7 +152,7 @@ private:
         case NodeKind::Element:
             return writeElement(id);
         case NodeKind::Blank:
-            if (m_open.back().skipsBlanks || m_open.back().inParts) {
+            if (!m_open.empty() && (m_open.back().skipsBlanks || m_open.back().inParts)) {
                 break;
             }
             text(m_tree.source(id));
@@ -198,8 +198,8 @@ private:
         const Element element = m_outline.element(id);
         const bool flat = m_outline.isFlat(id);
         const bool neutralTable =
-            m_outline.isIrregular(id) ||
-            ((element == Element::Tr || element == Element::Td) && m_open.back().isNeutral);
+            m_outline.isIrregular(id) || ((element == Element::Tr || element == Element::Td) &&
+                                          (m_open.empty() || m_open.back().isNeutral));
         const bool split = element == Element::P && m_outline.holdsBlock(id);
         const Shape shape = flat ? neutral : shapeOf(element, neutralTable || split);
         if (isBlockTag(shape.tag) || (!flat && m_outline.holdsBlock(id))) {

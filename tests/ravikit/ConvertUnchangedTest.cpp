@@ -133,4 +133,20 @@ TEST(ConvertUnchanged, StrictRefuses) {
     EXPECT_NE(plainOf(u"<card><p>&what;</p></card>").find(u"&amp;what;"), std::u16string::npos);
 }
 
+/// Text that has no deck around it, such as an author's selection.
+TEST(ConvertUnchanged, AnyPieceIsShownIfNotStrict) {
+    for (const char16_t* const name :
+         {u"td", u"tr", u"table", u"p", u"pre", u"a", u"anchor", u"do", u"select", u"option",
+          u"fieldset", u"img", u"br", u"head", u"template", u"other"}) {
+        const std::u16string open = std::u16string(u"<") + name + u">";
+        const std::u16string close = std::u16string(u"</") + name + u">";
+        const std::u16string inside = open + u" a <td>b</td>" + close;
+        for (std::u16string text : {inside, u" \n" + inside + u" seen", open + u" " + open}) {
+            ravikit::Problems problems;
+            EXPECT_TRUE(ravikit::markupToPlain(text, false, nullptr, problems));
+            EXPECT_TRUE(ravikit::plainToMarkup(text, false, nullptr, problems));
+        }
+    }
+}
+
 } // namespace
