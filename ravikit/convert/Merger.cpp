@@ -66,7 +66,7 @@ std::u16string Merger::merge() {
     flush(true);
     m_writer.close(m_frames.back().handle);
     m_writer.finish();
-    if (m_tree != nullptr) {
+    if (deck != nullptr && m_tree != nullptr) {
         m_writer.raw(m_tree->text().substr((*m_tree)[deck->source].end));
     } else {
         m_writer.raw(m_lineEnd);

@@ -70,8 +70,8 @@ void Merger::openSoft(std::uint32_t node) {
 void Merger::closeSoft() {
     Soft soft = std::move(m_soft.back());
     m_soft.pop_back();
-    for (auto handle = soft.handles.rbegin(); handle != soft.handles.rend(); ++handle) {
-        m_writer.close(*handle);
+    for (; !soft.handles.empty(); soft.handles.pop_back()) {
+        m_writer.close(soft.handles.back());
     }
     m_writer.resumeSizes(soft.sizes);
     if (soft.isList) {
