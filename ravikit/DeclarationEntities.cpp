@@ -122,27 +122,23 @@ bool DeclarationReader::includedParameter(std::u16string& value, std::u16string_
                     u"text of an entity",
                     ProblemKind::BadReference);
     }
-    const auto found = m_parameters.find(std::u16string(name));
-    const bool declared = found != m_parameters.end() || mayBeUndeclared();
-    m_result.incomplete = true;
-    if (!declared) {
-        return fail(u"no parameter entity " + quoted(name) + u" is declared",
-                    ProblemKind::UnknownEntity);
+    ParameterEntity* entity = nullptr;
+    if (!findParameter(name, entity)) {
+        return false;
     }
-    if (found == m_parameters.end() || found->second.external) {
+    if (entity == nullptr) {
         return true;
     }
-    ParameterEntity& entity = found->second;
-    if (entity.open || depth == m_limits.entityDepth) {
+    if (entity->open || depth == m_limits.entityDepth) {
         return fail(u"the parameter entity " + quoted(name) + u" refers to itself",
                     ProblemKind::RecursiveEntity);
     }
-    if (!spend(entity.replacement.size())) {
+    if (!spend(entity->replacement.size())) {
         return false;
     }
-    entity.open = true;
-    const bool included = appendValue(value, entity.replacement, false, depth + 1);
-    entity.open = false;
+    entity->open = true;
+    const bool included = appendValue(value, entity->replacement, false, depth + 1);
+    entity->open = false;
     return included;
 }
 

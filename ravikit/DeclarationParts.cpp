@@ -68,17 +68,14 @@ bool DeclarationReader::parameterReference() {
         return fail(u"a reference to a parameter entity has the form `%name;`",
                     ProblemKind::BadReference);
     }
-    const auto found = m_parameters.find(std::u16string(name));
-    const bool declared = found != m_parameters.end() || mayBeUndeclared();
-    m_result.incomplete = true;
-    if (!declared) {
-        return fail(u"no parameter entity " + quoted(name) + u" is declared",
-                    ProblemKind::UnknownEntity);
+    ParameterEntity* entity = nullptr;
+    if (!findParameter(name, entity)) {
+        return false;
     }
-    if (found == m_parameters.end() || found->second.external) {
+    if (entity == nullptr) {
         return true;
     }
-    if (found->second.open) {
+    if (entity->open) {
         return fail(u"the parameter entity " + quoted(name) + u" refers to itself",
                     ProblemKind::RecursiveEntity);
     }
@@ -86,10 +83,24 @@ bool DeclarationReader::parameterReference() {
         return fail(u"parameter entities refer to each other too deep",
                     ProblemKind::EntityTooLarge);
     }
-    if (!spend(found->second.replacement.size())) {
+    if (!spend(entity->replacement.size())) {
         return false;
     }
-    m_input.enter(found->second, begin);
+    m_input.enter(*entity, begin);
+    return true;
+}
+
+// Gives no entity for one that is external, or that something unread may declare: it stands for
+// nothing then. False, with its problem, for one that nobody declares.
+bool DeclarationReader::findParameter(std::u16string_view name, ParameterEntity*& entity) {
+    const auto found = m_parameters.find(std::u16string(name));
+    const bool declared = found != m_parameters.end() || mayBeUndeclared();
+    m_result.incomplete = true;
+    if (!declared) {
+        return fail(u"no parameter entity " + quoted(name) + u" is declared",
+                    ProblemKind::UnknownEntity);
+    }
+    entity = found == m_parameters.end() || found->second.external ? nullptr : &found->second;
     return true;
 }
 

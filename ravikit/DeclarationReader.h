@@ -40,6 +40,7 @@ private:
     bool skipBlanks(bool expand);
     bool needBlank(std::u16string_view behind);
     bool parameterReference();
+    bool findParameter(std::u16string_view name, ParameterEntity*& entity);
     std::optional<std::u16string_view> literal(std::u16string_view what);
     std::u16string_view neededName(std::u16string_view what);
     bool externalId(bool needSystem, std::u16string_view* system);
