@@ -36,7 +36,7 @@ Found lookUpTarget(const std::u16string& from, const std::u16string& to) {
     return target.namesFolder ? lookUpPlace(to + fileNameOf(from)) : target;
 }
 
-bool isSameFile(const Found& a, const Found& b) {
+bool isOneFile(const Found& a, const Found& b) {
     return a.exists() && b.exists() && a.status.st_dev == b.status.st_dev &&
            a.status.st_ino == b.status.st_ino;
 }
@@ -62,6 +62,12 @@ bool PosixFileSystem::FolderExists(const std::u16string& path) {
     bool exists = false;
     attempt([&] { exists = lookUp(path).isFolder(); });
     return exists;
+}
+
+bool PosixFileSystem::isSameFile(const std::u16string& a, const std::u16string& b) {
+    bool same = false;
+    attempt([&] { same = isOneFile(lookUp(a), lookUp(b)); });
+    return same;
 }
 
 std::shared_ptr<File> PosixFileSystem::GetFile(const std::u16string& path) {
@@ -98,7 +104,7 @@ void PosixFileSystem::CopyFile(const std::u16string& from, const std::u16string&
                                bool overwrite) {
     const Found source = lookUpFile(from);
     const Found target = lookUpTarget(from, to);
-    if (overwrite && isSameFile(source, target)) {
+    if (overwrite && isOneFile(source, target)) {
         return;
     }
     FileHandle reading = FileHandle::forReading(source.path);

@@ -17,6 +17,7 @@ public:
 
     /// What is no existing file fails with FileNotFound, also where its folder is missing and where
     /// no file can have such a name; a drive that is not there with DiskNotReady.
+    bool isSameFile(const std::u16string& a, const std::u16string& b) override;
     std::shared_ptr<File> GetFile(const std::u16string& path) override;
 
     std::shared_ptr<TextStream> OpenTextFile(const std::u16string& path, IOMode mode, bool create,

@@ -115,7 +115,11 @@ public:
         }
     }
 
-    void WriteLine(const std::u16string& text) override { Write(text + u"\r\n"); }
+    /// A line goes to the disk at once, so that whoever writes lines hears of a full disk there.
+    void WriteLine(const std::u16string& text) override {
+        Write(text + u"\r\n");
+        flush();
+    }
 
     void Close() override {
         if (m_file.isOpen()) {

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Draws the pictures of the component: src/format/pictures/*.ico and *.bmp, and the contact sheet
-docs/pictures.png. Takes no arguments; the same files come out of every run."""
+docs/pictures.png; and src/naming/pictures/WARNING.ico, the picture of the file-exists dialog. Takes
+no arguments; the same files come out of every run."""
 
 import pathlib
 import sys
@@ -75,6 +76,13 @@ def bitmap(motif):
     return canvas
 
 
+def warning(size):
+    canvas = Canvas(size)
+    for shape, colour in m.warning(size):
+        canvas.fill(shape, colour)
+    return canvas
+
+
 def main():
     icons = {}
     bitmaps = {}
@@ -90,10 +98,15 @@ def main():
         (folder / (name + ".ico")).write_bytes(ico(canvas))
     for name, canvas in bitmaps.items():
         (folder / (name + ".bmp")).write_bytes(bmp(canvas))
+    warnings = [warning(32), warning(16)]
+    (TOP / "src/naming/pictures/WARNING.ico").write_bytes(
+        ico(*warnings, bits=4, palette=m.SIXTEEN_COLOURS))
+    icons["WARNING"] = warnings[0]
+    bitmaps["WARNING 16"] = warnings[1]
     sheet = contact_sheet([(name, canvas, True) for name, canvas in icons.items()]
                           + [(name, canvas, False) for name, canvas in bitmaps.items()])
     (TOP / "docs/pictures.png").write_bytes(sheet)
-    print(f"{len(icons)} icons, {len(bitmaps)} bitmaps, a sheet of {len(sheet)} bytes")
+    print(f"{len(icons) + len(bitmaps)} pictures, a sheet of {len(sheet)} bytes")
 
 
 if __name__ == "__main__":

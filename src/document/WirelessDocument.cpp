@@ -4,6 +4,8 @@
 #include "document/cWMLValidate.h"
 #include "external/Platform.h"
 #include "format/cWMLFormat.h"
+#include "naming/dlgFileExists.h"
+#include "util/Attempt.h"
 #include "util/Integers.h"
 
 namespace tessaly {
@@ -16,6 +18,10 @@ WirelessDocument::WirelessDocument()
 }
 
 WirelessDocument::~WirelessDocument() {
+    attempt([] {
+        dlgFileExists::shared().load();
+        dlgFileExists::shared().unload();
+    });
     m_wbPlainEvents.end();
     m_Display.reset();
     m_Format.reset();

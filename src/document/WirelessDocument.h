@@ -16,6 +16,9 @@
 
 namespace tessaly {
 
+class FileSystemObject;
+class Steps;
+
 /// One deck in memory: its text, the DOM built from it, the host's two controls that show it, and
 /// the services that its type chooses. It is usable once colDocuments::Add has built it.
 ///
@@ -136,6 +139,20 @@ public:
     /// other state. No failure reaches the caller.
     void validateSupportedTags(const std::u16string& strElementList);
 
+    /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
+    /// of the text in the controls, and keeps that as Content. True if all of it was written. The
+    /// user is told where permission is denied or the disk is not ready; no failure reaches the
+    /// caller. isDirty, added and Name stay as they are.
+    virtual bool Save(const std::u16string& strDocFullPath);
+
+    /// Like Save, but a path that is taken is first settled with the user. False too if the user
+    /// gave no other name: the user is told that the document is not saved, and it is dirty then,
+    /// without an event. NewName tells what name it got.
+    virtual bool SaveAs(const std::u16string& strFullDocPath);
+
+    /// The name, without folder and extension, of the file last written by SaveAs; empty before.
+    virtual std::u16string NewName() const;
+
     /// Raises OnAdd2UndoStack.
     void raise_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt, std::u16string& delText,
                           std::int32_t& action);
@@ -167,6 +184,10 @@ private:
     void wrapPlainBody();
     void waitWhileNavigating();
 
+    /// Brings the text up to date and writes it to the file `path`. The file service that it used;
+    /// none if there was none to be had.
+    std::shared_ptr<FileSystemObject> writeDeck(Steps& step, const std::u16string& path);
+
     /// The page in the browser control, and its body, fetched anew for each use: a navigation
     /// replaces both.
     std::shared_ptr<HTMLDocument> page() const;
@@ -186,6 +207,7 @@ private:
     DocumentType m_DocType = dcWML;
     std::shared_ptr<RichTextControl> m_MuRtb;
     std::u16string m_Name;
+    std::u16string m_NewName;
     std::int32_t m_View = 0;
     std::int32_t m_PrevView = 0;
     bool m_isValidXML = false;

@@ -56,6 +56,9 @@ public:
     virtual bool FileExists(const std::u16string& path) = 0;
     virtual bool FolderExists(const std::u16string& path) = 0;
 
+    /// True if both paths lead to one and the same file, by whatever case or link. Never fails.
+    virtual bool isSameFile(const std::u16string& a, const std::u16string& b) = 0;
+
     virtual std::shared_ptr<File> GetFile(const std::u16string& path) = 0;
 
     /// `create`: a missing file is made. Opening for writing empties an existing one.

@@ -22,9 +22,12 @@ struct FormControl {
     std::int32_t height = 0;
     std::u16string text;
     std::u16string toolTip;
+    ObjectRef
+        picture; ///< what a Picture control shows: an icon of the component, a tessaly::Picture
 };
 
-/// A window with a fixed border: its title, its client area in twips, its controls in tab order.
+/// A window with the fixed border of a dialog, without boxes to minimise or maximise it: its title,
+/// its client area in twips, its controls in tab order. No button answers to Enter or Escape.
 struct FormLayout {
     std::u16string title;
     std::int32_t width = 0;

@@ -8,7 +8,8 @@
 
 namespace tessaly {
 
-/// One picture of the component: what IFormat's `icon` and `iconSmall` give as an opaque object.
+/// One picture of the component: what IFormat's `icon` and `iconSmall` give as an opaque object,
+/// and what a form of the component shows.
 class Picture final : public Object {
 public:
     PictureKind kind() const { return m_kind; }
@@ -16,7 +17,7 @@ public:
     /// The name in the store, in the store's own letters.
     const std::u16string& name() const { return m_name; }
 
-    /// In pixels.
+    /// In pixels; of an icon of several sizes, the first and largest.
     std::int32_t width() const { return m_width; }
     std::int32_t height() const { return m_height; }
 
@@ -29,6 +30,7 @@ public:
 
 private:
     friend class ComponentPictures;
+    friend ObjectRef warningPicture();
     Picture(PictureKind kind, std::u16string name, std::span<const std::uint8_t> bytes);
 
     PictureKind m_kind;

@@ -15,6 +15,7 @@
 namespace tessaly {
 
 struct ProjectRecord;
+class Steps;
 
 /// This object represents a Corvane project. A project consists of a grouping of WML decks. other
 /// information associated with a project include the path, author etc.
@@ -101,6 +102,44 @@ public:
     /// user is told of a missing file. No failure reaches the caller.
     bool addDocument(const std::u16string& strName, const Value& bTellApp = {});
 
+    /// Makes a new project on disk, and leaves this object as it is: to work with the project,
+    /// `init` it afterwards. The folder `strPath` is made if it is missing (not its parent) and
+    /// loses its trailing `\` in the caller's variable. The deck at the full path
+    /// `strFullDocumentName` is copied into it; if its name is taken there, the user is asked. Then
+    /// the project file `strName`.cvp is written, over an old one. A Boolean: False if the user
+    /// gave up. Failures of the copy and of the project file reach the caller, and what was done
+    /// stays.
+    virtual Value Create(const std::u16string& strName, const std::u16string& strDescription,
+                         std::u16string& strPath, const std::u16string& strFullDocumentName,
+                         const std::u16string& strBy);
+
+    /// Rewrites the project file in place, and no deck. The user is told of a file that cannot be
+    /// written; NeedSave does not move.
+    virtual void Save();
+
+    /// Writes the deck of the document called `docName` into the project's folder, under the
+    /// document's own name. True if it was written; a name that is not in Documents fails as
+    /// colDocuments::Item does. The project file and the flags stay as they are.
+    virtual bool SaveDocument(const std::u16string& docName);
+
+    /// Writes every deck, changed or not, and then the project file. A document that was written
+    /// loses isDirty and added. True if all were.
+    virtual bool SaveAll();
+
+    /// Writes the project under another name: `strNewFullpath` is the full path of a project file
+    /// in a folder that exists. The decks go beside it, from memory. The user settles each name
+    /// that is taken. True if all went well, and the object then stands for the new project; False
+    /// if the user gave up or something failed: the object stands for the old one, unless the user
+    /// was told of each failure, and what was written stays. No failure reaches the caller.
+    virtual bool SaveAs(const std::u16string& strNewFullpath);
+
+    /// Removes the project from the disk: its decks, its `images` folder, its project file and its
+    /// folder with whatever lies there. True if every deck and the project file were there. A step
+    /// that fails is dropped. A project without a folder, or one in the root of a drive, is
+    /// refused: nothing is removed, and the result is False. The object stays as it was; NeedSave
+    /// is True.
+    virtual bool DeleteFiles();
+
     /// Takes a document, told by name or by position from 1, out of Documents. Its file stays. One
     /// that is not there fails as colDocuments::Remove does.
     void removeDocument(const Value& strDocName);
@@ -147,6 +186,19 @@ private:
                    const std::shared_ptr<TextStream>& stream,
                    const std::u16string& strProjectFilePath);
     bool applyRecord(const ProjectRecord& record);
+
+    void writeProjectFile();
+
+    /// One document's part of SaveAs. False if it was not saved.
+    bool saveDocumentAs(Steps& step, const std::shared_ptr<WirelessDocument>& document,
+                        const std::u16string& strNewFullpath,
+                        const std::shared_ptr<TextStream>& stream);
+
+    /// Where the deck of `document` lies in `folder`, a path without trailing `\`.
+    static std::u16string deckPath(const std::u16string& folder, const WirelessDocument& document);
+
+    /// False where DeleteFiles would remove the root of a drive.
+    bool hasFolderToDelete(const std::shared_ptr<FileSystemObject>& fso);
 
     /// Tells the user if name or path is blank. True if neither is.
     bool hasNameAndPath(const std::u16string& strProjectFilePath);

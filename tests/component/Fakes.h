@@ -383,6 +383,7 @@ public:
         return cut == path.npos ? u"" : path.substr(0, cut);
     }
     bool FolderExists(const Path&) override { return false; }
+    bool isSameFile(const Path& a, const Path& b) override { return a == b; }
     std::shared_ptr<TextStream> OpenTextFile(const Path&, IOMode, bool, std::int32_t) override {
         return nullptr;
     }

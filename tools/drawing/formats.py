@@ -26,32 +26,52 @@ def bmp(canvas):
             + data)
 
 
-def ico(canvas):
-    """One image of 8 bits per pixel with a palette of 256 colours, and a mask of 1 bit."""
+def _icon_image(canvas, bits, palette):
+    """Palette, pixels and the mask of 1 bit; rows are filled up to 4 bytes."""
     size = canvas.size
     black = (0, 0, 0)
     opaque = canvas.opaque()
     # What is transparent must be black: it is combined with the background by exclusive or.
     pixels = [pixel if drawn else black for pixel, drawn in zip(canvas.pixels(), opaque)]
-    palette = [black] + sorted(set(pixels) - {black})
-    if len(palette) > 256:
+    if palette:
+        pixels = [_nearest(pixel, palette) for pixel in pixels]
+    else:
+        palette = [black] + sorted(set(pixels) - {black})
+    if len(palette) > 2 ** bits:
         raise ValueError(f"{len(palette)} colours are too many for a palette")
-    index = {colour: i for i, colour in enumerate(palette)}
-    palette += [black] * (256 - len(palette))
+    index = {colour: i for i, colour in reversed(list(enumerate(palette)))}
+    palette = palette + [black] * (2 ** bits - len(palette))
+
+    def row_bytes(bits_of_row):
+        row = int(bits_of_row, 2).to_bytes(len(bits_of_row) // 8, "big")
+        return row + b"\0" * (-len(row) % 4)
 
     image = b"".join(bytes((blue, green, red, 0)) for red, green, blue in palette)
-    image += b"".join(bytes(index[pixel] for pixel in row) for row in _rows_upwards(pixels, size))
+    for row in _rows_upwards(pixels, size):
+        image += row_bytes("".join(f"{index[pixel]:0{bits}b}" for pixel in row))
     for row in _rows_upwards(opaque, size):
-        bits = "".join("0" if drawn else "1" for drawn in row)
-        image += int(bits, 2).to_bytes(size // 8, "big")
+        image += row_bytes("".join("0" if drawn else "1" for drawn in row))
     # The height counts the colours and the mask, one above the other.
-    header = struct.pack(INFO_HEADER, INFO_HEADER_SIZE, size, 2 * size, 1, 8, 0,
-                         size * size + size * size // 8, 0, 0, 256, 0)
-    directory_size = 6 + 16
-    return (struct.pack("<HHH", 0, 1, 1)
-            + struct.pack("<BBBBHHII", size, size, 0, 0, 1, 8, len(header) + len(image),
-                          directory_size)
-            + header + image)
+    header = struct.pack(INFO_HEADER, INFO_HEADER_SIZE, size, 2 * size, 1, bits, 0,
+                         len(image) - 4 * 2 ** bits, 0, 0, 2 ** bits, 0)
+    return header + image
+
+
+def _nearest(pixel, palette):
+    return min(palette, key=lambda colour: sum((a - b) ** 2 for a, b in zip(pixel, colour)))
+
+
+def ico(*canvases, bits=8, palette=None):
+    """An image for each canvas, the largest first, of so many bits per pixel; without a palette,
+    each image has one of its own colours."""
+    images = [_icon_image(canvas, bits, palette) for canvas in canvases]
+    at = 6 + 16 * len(images)
+    directory = struct.pack("<HHH", 0, 1, len(images))
+    for canvas, image in zip(canvases, images):
+        directory += struct.pack("<BBBBHHII", canvas.size, canvas.size, 2 ** bits % 256, 0, 1, bits,
+                                 len(image), at)
+        at += len(image)
+    return directory + b"".join(images)
 
 
 def png(width, height, pixels):

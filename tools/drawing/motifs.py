@@ -18,6 +18,12 @@ GREY = (112, 128, 150)
 PALE = (222, 228, 236)
 WHITE = (255, 255, 255)
 
+# The palette of the sixteen colours that every screen has.
+SIXTEEN_COLOURS = [(0, 0, 0), (128, 0, 0), (0, 128, 0), (128, 128, 0), (0, 0, 128), (128, 0, 128),
+                   (0, 128, 128), (192, 192, 192), (128, 128, 128), (255, 0, 0), (0, 255, 0),
+                   (255, 255, 0), (0, 0, 255), (255, 0, 255), (0, 255, 255), (255, 255, 255)]
+BLACK, OLIVE, YELLOW = SIXTEEN_COLOURS[0], SIXTEEN_COLOURS[3], SIXTEEN_COLOURS[11]
+
 # A motif is a list of (shape, colour), drawn in this order.
 
 
@@ -198,3 +204,16 @@ def question():
 
 def small_tick():
     return [(tick(4.6, 4.8, 1, 2.2), GREEN)]
+
+
+def warning(size):
+    """A yellow triangle with a black exclamation mark, for 32 or 16 pixels."""
+    if size == 32:
+        triangle = polygon((16, 3), (29, 28), (3, 28))
+        mark = polygon((14, 10.5), (18, 10.5), (17, 20), (15, 20)) + disc(16, 23.8, 1.9)
+        return [(outline(triangle, 4), BLACK), (triangle, BLACK),
+                (polygon((16, 4.4), (27.7, 27), (4.3, 27)), OLIVE),
+                (polygon((16, 6), (26.4, 26.2), (5.6, 26.2)), YELLOW), (mark, BLACK)]
+    triangle = polygon((8, 1.8), (14, 13.8), (2, 13.8))
+    mark = rect(7, 5, 9, 10) + rect(7, 11, 9, 13)
+    return [(outline(triangle, 2.6), BLACK), (triangle, YELLOW), (mark, BLACK)]

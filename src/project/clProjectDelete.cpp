@@ -1,0 +1,49 @@
+// Removing a project from the disk. A failed step is dropped and the next one runs.
+
+#include "external/Platform.h"
+#include "project/clProject.h"
+#include "util/Attempt.h"
+
+namespace tessaly {
+
+bool clProject::DeleteFiles() {
+    const auto alive = keepAlive();
+    std::shared_ptr<FileSystemObject> fso;
+    attempt([&] { fso = Platform::current()->newFileSystemObject(); });
+    if (!hasFolderToDelete(fso)) {
+        return false;
+    }
+    bool result = true;
+    const auto deleteFile = [&](const std::u16string& path) {
+        if (require(fso).FileExists(path)) {
+            fso->DeleteFile(path, false);
+        } else {
+            result = false;
+        }
+    };
+    const auto deleteFolder = [&](const std::u16string& path) {
+        if (require(fso).FolderExists(path)) {
+            fso->DeleteFolder(path, true);
+        }
+    };
+    const std::int32_t count = mvarDocuments ? mvarDocuments->Count() : 0;
+    for (std::int32_t i = 1; i <= count; ++i) {
+        attempt([&] { deleteFile(deckPath(ProjectPath(), *mvarDocuments->Item(i))); });
+    }
+    attempt([&] { deleteFolder(ProjectPath() + u"\\images"); });
+    attempt([&] { deleteFile(projectFile()); });
+    attempt([&] { deleteFolder(ProjectPath()); });
+    m_NeedSave = true;
+    return result;
+}
+
+bool clProject::hasFolderToDelete(const std::shared_ptr<FileSystemObject>& fso) {
+    bool below = false;
+    attempt([&] {
+        const std::u16string folder = require(fso).GetAbsolutePathName(ProjectPath());
+        below = !ProjectPath().empty() && !fso->GetParentFolderName(folder).empty();
+    });
+    return below;
+}
+
+} // namespace tessaly
