@@ -65,9 +65,15 @@ bool clProject::SaveAs(const std::u16string& strNewFullpath) {
         FileSystemObject& fso = require(m_fso);
         std::shared_ptr<TextStream> stream;
         step([&] { stream = fso.CreateTextFile(path, true, false); });
-        step([&] { writeRecord(require(stream), keySite, fso.GetBaseName(path)); });
+        step([&] {
+            TextStream& file = require(stream); // without it, nothing else is asked for
+            writeRecord(file, keySite, fso.GetBaseName(path));
+        });
         step([&] { writeRecord(require(stream), keyDescription, m_description); });
-        step([&] { writeRecord(require(stream), keyPath, fso.GetParentFolderName(path)); });
+        step([&] {
+            const std::u16string folder = fso.GetParentFolderName(path);
+            writeRecord(require(stream), keyPath, folder);
+        });
         step([&] { writeRecord(require(stream), keyOwner, mvarOwner); });
         step([&] { writeRecord(require(stream), keyNotes, m_notes); });
         for (std::int32_t i = 1; i <= require(mvarDocuments).Count(); ++i) {

@@ -1,90 +1,17 @@
 #pragma once
 
-// A world for the component in which every call to the outside is written into one log, so that a
-// test compares orders as lists. Text in the log is ASCII.
+// Everything that the component asks of the outside, as fakes that log each call into the world.
 
-#include "support/Text.h"
-#include "tessaly.h"
+#include "FakeDisk.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <functional>
-#include <map>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace fakes {
-
-using namespace tessaly;
-using support::u16;
-using Log = std::vector<std::string>;
-
-struct World {
-    Log log;
-    std::map<std::u16string, std::u16string> files;
-    std::map<std::string, FailureCode> fails; // by the name of the call
-    std::function<void()> onDoEvents;
-
-    Log take() { return std::exchange(log, {}); }
-    /// How often `line` stands in the log, which is emptied.
-    std::ptrdiff_t takeCount(const std::string& line) {
-        const Log taken = take();
-        return std::count(taken.begin(), taken.end(), line);
-    }
-};
-
-/// The world of the test that runs.
-inline World world;
-
-inline std::string ascii(const std::u16string& text) {
-    std::string out;
-    for (const char16_t unit : text) {
-        out.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
-    }
-    return out;
-}
-inline std::string ascii(std::int32_t number) {
-    return std::to_string(number);
-}
-inline std::string ascii(bool flag) {
-    return flag ? "True" : "False";
-}
-
-/// Logs a call, and fails it if the test asked for that.
-template <class... Arguments>
-void call(const std::string& name, const Arguments&... arguments) {
-    std::string line = name;
-    ((line += " " + ascii(arguments)), ...);
-    world.log.push_back(line);
-    const auto failing = world.fails.find(name);
-    if (failing != world.fails.end()) {
-        throw Failure(failing->second);
-    }
-}
-
-/// Logs reading a property that holds `value`, or writing one.
-template <class T>
-T got(const std::string& name, const T& value) {
-    call(name);
-    return value;
-}
-template <class T>
-T put(const std::string& name, const T& value) {
-    call(name + "=", value);
-    return value;
-}
-
-template <class Call>
-FailureCode codeOf(Call&& attempted) {
-    try {
-        attempted();
-    } catch (const Failure& failure) {
-        return failure.code();
-    }
-    return FailureCode{};
-}
 
 class NodeList : public IXMLDOMNodeList {
 public:
@@ -146,7 +73,9 @@ public:
     std::u16string importDoctypedText(const std::u16string& text) override {
         return got("importDoctypedText", u"imported:" + text);
     }
-    std::u16string exportText(const std::u16string& text) override { return text; }
+    std::u16string exportText(const std::u16string& text) override {
+        return got("exportText", u"exported:" + text);
+    }
     std::u16string importBareText(const std::u16string& text) override {
         return got("importBareText", text);
     }
@@ -324,86 +253,48 @@ private:
 
 class FakeListBar : public ListBarControl {};
 
-class FakeStream : public TextStream {
-public:
-    explicit FakeStream(std::u16string& text)
-        : m_text(text) {}
-    ~FakeStream() override { world.log.emplace_back("stream gone"); }
-    bool AtEndOfStream() override { return got("AtEndOfStream", m_at >= m_text.size()); }
-    std::u16string ReadLine() override {
-        call("ReadLine");
-        const std::size_t end = std::min(m_text.find(u"\r\n", m_at), m_text.size());
-        const std::size_t start = std::exchange(m_at, end + 2);
-        return m_text.substr(start, end - start);
-    }
-    std::u16string ReadAll() override {
-        return got("ReadAll", m_text.substr(std::exchange(m_at, m_text.size())));
-    }
-    void Write(const std::u16string& text) override { m_text += text; }
-    void WriteLine(const std::u16string& text) override { Write(text + u"\r\n"); }
-    void Close() override { call("Close"); }
-
-private:
-    std::u16string& m_text;
-    std::size_t m_at = 0;
-};
-
-class FakeFile : public File {
-public:
-    explicit FakeFile(std::u16string& text)
-        : m_text(text) {}
-    std::int32_t Attributes() override { return 0; }
-    Date DateCreated() override { return got("DateCreated", 36526.5); }
-    Date DateLastModified() override { return 0; }
-    std::shared_ptr<TextStream> OpenAsTextStream(IOMode mode, std::int32_t format) override {
-        call("OpenAsTextStream", static_cast<std::int32_t>(mode), format);
-        return std::make_shared<FakeStream>(m_text);
-    }
-
-private:
-    std::u16string& m_text;
-};
-
-/// Files by their exact path. What opening a project does not need answers nothing.
-class FakeFileSystem : public FileSystemObject {
-    using Path = std::u16string;
-
-public:
-    bool FileExists(const Path& path) override { return world.files.contains(path); }
-    std::shared_ptr<File> GetFile(const Path& path) override {
-        call("GetFile", path);
-        const auto file = world.files.find(path);
-        if (file == world.files.end()) {
-            throw Failure(FailureCode::FileNotFound);
-        }
-        return std::make_shared<FakeFile>(file->second);
-    }
-    Path GetParentFolderName(const Path& path) override {
-        const std::size_t cut = path.rfind(u'\\');
-        return cut == path.npos ? u"" : path.substr(0, cut);
-    }
-    bool FolderExists(const Path&) override { return false; }
-    bool isSameFile(const Path& a, const Path& b) override { return a == b; }
-    std::shared_ptr<TextStream> OpenTextFile(const Path&, IOMode, bool, std::int32_t) override {
-        return nullptr;
-    }
-    std::shared_ptr<TextStream> CreateTextFile(const Path&, bool, bool) override { return nullptr; }
-    void CopyFile(const Path&, const Path&, bool) override {}
-    void DeleteFile(const Path&, bool) override {}
-    void CreateFolder(const Path&) override {}
-    void DeleteFolder(const Path&, bool) override {}
-    Path GetFileName(const Path&) override { return {}; }
-    Path GetBaseName(const Path&) override { return {}; }
-    Path GetExtensionName(const Path&) override { return {}; }
-    Path GetAbsolutePathName(const Path&) override { return {}; }
-};
-
 class FakePictures : public PictureStore {
 public:
     ObjectRef picture(const Value& name, PictureKind kind) override {
         call("picture", std::get<std::u16string>(name), static_cast<std::int32_t>(kind));
         return std::make_shared<FakeListBar>();
     }
+};
+
+/// The dialog's window. Showing it hands it to `world.onShow`; without that, the user closes it.
+class FakeForm : public ModalForm {
+public:
+    explicit FakeForm(FormLayout window)
+        : layout(std::move(window)) {}
+    void show() override {
+        world.log.emplace_back("show " + ascii(texts[u"lblReason"]));
+        if (world.onShow) {
+            world.onShow(*this);
+        }
+    }
+    void hide() override { world.log.emplace_back("hide"); }
+    std::u16string text(const std::u16string& control) override { return texts[control]; }
+    void text(const std::u16string& control, const std::u16string& text) override {
+        if (std::exchange(texts[control], text) != text) {
+            m_events.raise(&ModalFormEvents::OnChange, control);
+        }
+    }
+    void visible(const std::u16string& control, bool visible) override { shown[control] = visible; }
+    void enabled(const std::u16string& control, bool enabled) override { open[control] = enabled; }
+    EventSource<ModalFormEvents>& events() override { return m_events; }
+
+    void click(const std::u16string& control) {
+        EXPECT_TRUE(shown[control]) << ascii(control);
+        m_events.raise(&ModalFormEvents::OnClick, control);
+    }
+
+    FormLayout layout;
+    std::map<std::u16string, std::u16string> texts;
+    std::map<std::u16string, bool> shown;
+    std::map<std::u16string, bool> open;
+
+private:
+    EventSource<ModalFormEvents> m_events;
 };
 
 class FakePlatform : public Platform {
@@ -422,15 +313,19 @@ public:
     std::shared_ptr<FileSystemObject> newFileSystemObject() override {
         return make<FileSystemObject, FakeFileSystem>("newFileSystemObject");
     }
-    std::shared_ptr<ModalForm> newModalForm(const FormLayout&) override { return nullptr; }
+    std::shared_ptr<ModalForm> newModalForm(const FormLayout& layout) override {
+        return make<ModalForm, FakeForm>("newModalForm", layout);
+    }
     MsgBoxAnswer MsgBox(const std::u16string& text, MsgBoxFlags flags,
                         const std::u16string& caption) override {
         call("MsgBox", static_cast<std::int32_t>(flags), u"[" + caption + u"]", text);
-        return MsgBoxAnswer::Ok;
+        return flags == MsgBoxFlags::ExclamationYesNo ? next(world.answers, MsgBoxAnswer::No)
+                                                      : MsgBoxAnswer::Ok;
     }
-    std::u16string InputBox(const std::u16string&, const std::u16string&,
-                            const std::u16string&) override {
-        return {};
+    std::u16string InputBox(const std::u16string& prompt, const std::u16string& title,
+                            const std::u16string& defaultText) override {
+        call("InputBox", u"[" + title + u"]", prompt, u"[" + defaultText + u"]");
+        return next(world.typed, std::u16string());
     }
     void DoEvents() override {
         call("DoEvents");
@@ -438,8 +333,8 @@ public:
             world.onDoEvents();
         }
     }
-    std::u16string temporaryFolder() override { return {}; }
-    Date now() override { return 0; }
+    std::u16string temporaryFolder() override { return u"C:\\Temp\\"; }
+    Date now() override { return 40000; }
     std::int32_t textWidth(std::int32_t, const std::u16string&) override { return 0; }
     std::shared_ptr<PictureStore> pictures() override { return std::make_shared<FakePictures>(); }
 };

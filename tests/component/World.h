@@ -1,0 +1,142 @@
+#pragma once
+
+// The world of a test: what every call to the outside is written into, so that a test compares
+// orders as lists. Text in the log is ASCII.
+
+#include "support/Text.h"
+#include "tessaly.h"
+#include "util/LetterCase.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace fakes {
+
+using namespace tessaly;
+using support::u16;
+using Log = std::vector<std::string>;
+
+class FakeForm;
+
+/// Paths are one whatever the case of their letters.
+struct PathLess {
+    bool operator()(const std::u16string& a, const std::u16string& b) const {
+        return toLower(a) < toLower(b);
+    }
+};
+using Files = std::map<std::u16string, std::u16string, PathLess>;
+using Paths = std::set<std::u16string, PathLess>;
+
+/// The call on the file service that fails, counted from 1 in `World::diskCalls`; none for 0.
+struct Fault {
+    std::int32_t call = 0;
+    FailureCode code{};
+    bool onwards = false; // every call from there on fails
+};
+
+struct World {
+    Log log;
+    Files files;
+    Paths folders;
+    Paths readOnly;
+    std::map<std::string, FailureCode> fails; // by the name of the call
+    Fault fault;
+    std::int32_t diskCalls = 0;
+    std::function<void()> onDoEvents;
+    std::function<void(FakeForm&)> onShow; // the user at the dialog
+    std::vector<MsgBoxAnswer> answers;     // to the questions to come, last one first; then No
+    std::vector<std::u16string> typed;     // into the boxes to come, last one first; then nothing
+
+    Log take() { return std::exchange(log, {}); }
+    /// How often `line` stands in the log, which is emptied.
+    std::ptrdiff_t takeCount(const std::string& line) {
+        const Log taken = take();
+        return std::count(taken.begin(), taken.end(), line);
+    }
+};
+
+/// The world of the test that runs.
+inline World world;
+
+inline std::string ascii(const std::u16string& text) {
+    std::string out;
+    for (const char16_t unit : text) {
+        out.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
+    }
+    return out;
+}
+inline std::string ascii(std::int32_t number) {
+    return std::to_string(number);
+}
+inline std::string ascii(bool flag) {
+    return flag ? "True" : "False";
+}
+
+/// Logs a call, and fails it if the test asked for that.
+template <class... Arguments>
+void call(const std::string& name, const Arguments&... arguments) {
+    std::string line = name;
+    ((line += " " + ascii(arguments)), ...);
+    world.log.push_back(line);
+    const auto failing = world.fails.find(name);
+    if (failing != world.fails.end()) {
+        throw Failure(failing->second);
+    }
+}
+
+/// Counts a call on the file service, and fails it if its turn has come.
+inline void countDiskCall(const std::string& name) {
+    const std::int32_t number = ++world.diskCalls;
+    const Fault& fault = world.fault;
+    if (fault.call > 0 && (number == fault.call || (fault.onwards && number > fault.call))) {
+        throw Failure(fault.code, u16("no " + name));
+    }
+}
+
+/// The same, and the call is logged.
+template <class... Arguments>
+void diskCall(const std::string& name, const Arguments&... arguments) {
+    call(name, arguments...);
+    countDiskCall(name);
+}
+
+/// Takes the last of `list`; `otherwise` if it is empty.
+template <class T>
+T next(std::vector<T>& list, T otherwise) {
+    if (list.empty()) {
+        return otherwise;
+    }
+    T last = list.back();
+    list.pop_back();
+    return last;
+}
+
+/// Logs reading a property that holds `value`, or writing one.
+template <class T>
+T got(const std::string& name, const T& value) {
+    call(name);
+    return value;
+}
+template <class T>
+T put(const std::string& name, const T& value) {
+    call(name + "=", value);
+    return value;
+}
+
+template <class Call>
+FailureCode codeOf(Call&& attempted) {
+    try {
+        attempted();
+    } catch (const Failure& failure) {
+        return failure.code();
+    }
+    return FailureCode{};
+}
+
+} // namespace fakes
