@@ -74,7 +74,7 @@ bool clStringEx::bBetweenDelimeters(const std::u16string& StrSource, std::int32_
     const std::size_t c2 = firstFrom(start, StrSource, strDel2);
     const std::size_t o2 = firstFrom(start, StrSource, strDel1);
     const bool backward = o1 > 0 && o1 != position && (c1 == 0 || o1 > c1);
-    const bool forward = c2 != position && (c2 == 0 || o2 == 0 || o2 > c2);
+    const bool forward = c2 == 0 || (c2 != position && (o2 == 0 || o2 > c2));
     return backward || forward;
 }
 
