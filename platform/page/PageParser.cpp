@@ -1,8 +1,10 @@
 #include "platform/page/PageParser.h"
 
 #include "platform/TextCodec.h"
-#include "platform/page/GumboGuard.h"
+#include "ravikit/convert/GumboGuard.h"
+#include "util/Failure.h"
 
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -93,11 +95,22 @@ void copyChildren(Dom& dom, const GumboNode& from, Node& to) {
     }
 }
 
+/// `html`, which is UTF-8 and stays alive as long as the answer, as the content of a `context`.
+ravikit::GumboGuard read(std::string_view html, GumboTag context) {
+    try {
+        return {html, context, GUMBO_NAMESPACE_HTML};
+    } catch (const ravikit::PageTooCostly&) {
+        throw Failure(FailureCode::InvalidArgument, u"The page is nested too deeply");
+    } catch (const std::bad_alloc&) {
+        throw Failure(FailureCode::OutOfMemory);
+    }
+}
+
 } // namespace
 
 Node& parsePage(Dom& dom, const std::u16string& html) {
     const std::string bytes = encodeUtf8(html);
-    const GumboGuard parsed(bytes, GUMBO_TAG_LAST, GUMBO_NAMESPACE_HTML);
+    const ravikit::GumboGuard parsed = read(bytes, GUMBO_TAG_LAST);
     Node& root = elementFrom(dom, parsed.root().v.element);
     copyChildren(dom, parsed.root(), root);
     return root;
@@ -109,7 +122,7 @@ Node& parseFragment(Dom& dom, const std::u16string& html, const Node& context) {
     if (tag >= GUMBO_TAG_UNKNOWN || context.foreign) {
         tag = GUMBO_TAG_DIV; // elements that the parser does not know behave like one
     }
-    const GumboGuard parsed(bytes, tag, GUMBO_NAMESPACE_HTML);
+    const ravikit::GumboGuard parsed = read(bytes, tag);
     Node& holder = dom.newElement(u"html");
     copyChildren(dom, parsed.root(), holder);
     return holder;

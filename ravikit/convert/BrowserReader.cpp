@@ -1,110 +1,11 @@
 #include "ravikit/Chars.h"
 #include "ravikit/Reference.h"
+#include "ravikit/convert/GumboGuard.h"
 #include "ravikit/convert/PageTree.h"
-
-#include <gumbo.h>
-
-#include <cstring>
-#include <memory>
-#include <unordered_map>
 
 namespace ravikit {
 
 namespace {
-
-/// What reading as a browser may cost at most. Browsers mend broken nesting in ways that take time
-/// in line with how much stands open, so that hostile pages could take for ever.
-constexpr std::size_t deepest = 8000;
-constexpr std::size_t mostAttributes = 2000;
-constexpr std::uint64_t mostSteps = 500'000'000;
-
-constexpr bool isAlpha(char16_t c) {
-    return (c | 32) >= u'a' && (c | 32) <= u'z';
-}
-
-/// Closed by their likes without an end tag, and inside what is counted anyway.
-constexpr bool isImplied(PageTag tag) {
-    return tag == PageTag::P || tag == PageTag::Li || tag == PageTag::Dd || tag == PageTag::Dt ||
-           tag == PageTag::Tr || tag == PageTag::Td || tag == PageTag::Th ||
-           tag == PageTag::Tbody || tag == PageTag::Body || tag == PageTag::Html;
-}
-
-/// Estimates from the tags alone how deep and how long the reading would be.
-class Guard {
-public:
-    explicit Guard(std::u16string_view html)
-        : m_html(html) {}
-
-    /// The offset of the tag at which it is too much; npos if it never is.
-    std::size_t tooMuchAt() {
-        for (std::size_t at = m_html.find(u'<'); at != std::u16string_view::npos;
-             at = m_html.find(u'<', at + 1)) {
-            const bool isEnd = at + 1 < m_html.size() && m_html[at + 1] == u'/';
-            const std::size_t begin = at + (isEnd ? 2 : 1);
-            if (begin >= m_html.size() || !isAlpha(m_html[begin])) {
-                continue;
-            }
-            std::size_t end = begin;
-            std::uint64_t name = 0xCBF29CE484222325U;
-            for (; end < m_html.size() && (isAlpha(m_html[end]) || isDigit(m_html[end])); ++end) {
-                name = (name ^ (m_html[end] | 32U)) * 0x100000001B3U;
-            }
-            const std::u16string_view word = m_html.substr(begin, end - begin);
-            if (isImplied(pageTagOf(word)) || isVoidTag(word)) {
-                m_steps += m_depth;
-            } else {
-                count(name, isEnd);
-            }
-            if (m_depth > deepest || m_steps > mostSteps + 100 * m_html.size() ||
-                hasTooManyAttributes(end)) {
-                return at;
-            }
-        }
-        return std::u16string_view::npos;
-    }
-
-private:
-    static constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
-
-    void count(std::uint64_t name, bool isEnd) {
-        std::size_t& open = m_open[name];
-        if (!isEnd) {
-            ++open;
-            ++m_depth;
-        } else if (open > 0) {
-            --open;
-            --m_depth;
-        }
-        m_steps += m_depth;
-    }
-
-    /// Blanks and signs of equality tell, in whatever way the attributes are written.
-    bool hasTooManyAttributes(std::size_t at) const {
-        std::size_t signs = 0;
-        std::size_t gaps = 0;
-        char16_t quote = 0;
-        for (; at < m_html.size() && (quote != 0 || m_html[at] != u'>'); ++at) {
-            const char16_t c = m_html[at];
-            if (quote != 0) {
-                quote = c == quote ? u'\0' : quote;
-            } else if (c == u'"' || c == u'\'') {
-                quote = c;
-            } else {
-                signs += c == u'=' ? 1U : 0U;
-                gaps += isBlank(c) || c == u'/' ? 1U : 0U;
-            }
-            if (signs + gaps > 2 * mostAttributes) {
-                return true;
-            }
-        }
-        return false;
-    }
-
-    std::u16string_view m_html;
-    std::unordered_map<std::uint64_t, std::size_t> m_open;
-    std::size_t m_depth = 0;
-    std::uint64_t m_steps = 0;
-};
 
 std::string toUtf8(std::u16string_view text) {
     std::string bytes;
@@ -131,6 +32,16 @@ std::string toUtf8(std::u16string_view text) {
         }
     }
     return bytes;
+}
+
+/// How many UTF-16 units `utf8` stands for.
+std::uint32_t unitsIn(std::string_view utf8) {
+    std::uint32_t units = 0;
+    for (const char byte : utf8) {
+        const auto lead = static_cast<unsigned char>(byte);
+        units += lead >= 0xF0 ? 2U : lead < 0x80 || lead >= 0xC0 ? 1U : 0U;
+    }
+    return units;
 }
 
 class BrowserReader {
@@ -218,21 +129,17 @@ private:
 
 bool readAsBrowser(std::u16string_view html, PageTree& page, Problems& problems) {
     page.clear();
-    const std::size_t tooMuch = Guard(html).tooMuchAt();
-    if (tooMuch != std::u16string_view::npos) {
-        const auto at = static_cast<std::uint32_t>(tooMuch);
+    const std::string bytes = toUtf8(html);
+    try {
+        const GumboGuard parsed(bytes, GUMBO_TAG_BODY, GUMBO_NAMESPACE_HTML);
+        BrowserReader(page).read(parsed.root());
+        return true;
+    } catch (const PageTooCostly& refusal) {
+        const std::uint32_t at = unitsIn(std::string_view(bytes).substr(0, refusal.offset()));
         problems.add(ProblemKind::TooDeep, at, at + 1,
                      u"too much stands open at this tag: the page cannot be read");
         return false;
     }
-    const std::string bytes = toUtf8(html);
-    GumboOptions options = kGumboDefaultOptions;
-    options.max_errors = 0;
-    options.fragment_context = GUMBO_TAG_BODY;
-    GumboOutput* const output = gumbo_parse_with_options(&options, bytes.data(), bytes.size());
-    BrowserReader(page).read(*output->root);
-    gumbo_destroy_output(&options, output);
-    return true;
 }
 
 } // namespace ravikit

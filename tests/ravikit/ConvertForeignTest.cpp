@@ -262,8 +262,13 @@ TEST(ConvertForeign, HostilePages) {
     EXPECT_TRUE(converts(u"<p title=\"" + repeated(u"a", 1 << 20) + u"\">x</p>"));
     EXPECT_FALSE(converts(repeated(u"<div>", many)));
     EXPECT_FALSE(converts(repeated(u"<x1></y><object></div>", many)));
-    EXPECT_FALSE(converts(u"<p " + repeated(u"a=b ", many) + u"<p>"));
+    EXPECT_TRUE(converts(u"<p " + repeated(u"a=b ", many) + u"<p>"));
+    std::u16string attributes;
     std::u16string fonts;
+    for (char16_t c = 0x4E00; c < 0x9E00; ++c) {
+        attributes += {u'a', c, u' '};
+    }
+    EXPECT_FALSE(converts(u"<p " + attributes + u"<p>"));
     for (unsigned i = 0; i < 20000; ++i) {
         fonts += u"<font color=" + std::u16string(1, static_cast<char16_t>(u'a' + i % 26)) +
                  std::u16string(i / 26 % 50, u'b') + u"><p>";

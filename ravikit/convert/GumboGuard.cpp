@@ -1,11 +1,10 @@
-#include "platform/page/GumboGuard.h"
+#include "ravikit/convert/GumboGuard.h"
 
-#include "util/Failure.h"
-
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
-namespace tessaly::page {
+namespace ravikit {
 
 namespace {
 
@@ -71,6 +70,7 @@ void GumboGuard::measureDepth() {
         return; // a text, or a table of pointers of the same size
     }
     m_unmeasured = 0;
+    m_offset = std::max<std::size_t>(m_offset, node.v.element.start_pos.offset);
     m_depth = 0;
     for (const GumboNode* at = &node; at != nullptr; at = at->parent) {
         ++m_depth;
@@ -87,11 +87,8 @@ void GumboGuard::charge(std::size_t size) {
     }
     m_work += m_depth + m_attributes;
     m_bytes += size;
-    if (m_work > m_workAllowed) {
-        throw Failure(FailureCode::InvalidArgument, u"The page is nested too deeply");
-    }
-    if (m_bytes > m_bytesAllowed) {
-        throw Failure(FailureCode::OutOfMemory);
+    if (m_work > m_workAllowed || m_bytes > m_bytesAllowed) {
+        throw PageTooCostly(m_offset);
     }
 }
 
@@ -101,7 +98,7 @@ void* GumboGuard::allocate(void* guard, std::size_t size) {
     // Zeros, so that a block can be looked at before the parser has filled it.
     void* const memory = std::calloc(1, sizeof(Block) + size);
     if (memory == nullptr) {
-        throw Failure(FailureCode::OutOfMemory);
+        throw std::bad_alloc();
     }
     auto* const block = new (memory) Block{nullptr, self.m_blocks, size};
     if (self.m_blocks != nullptr) {
@@ -131,4 +128,4 @@ void GumboGuard::release(void* guard, void* memory) {
     std::free(block);
 }
 
-} // namespace tessaly::page
+} // namespace ravikit

@@ -1,24 +1,39 @@
 #pragma once
 
-#include <cstddef>
 #include <gumbo.h>
+
+#include <cstddef>
+#include <exception>
 #include <string_view>
 
-namespace tessaly::page {
+namespace ravikit {
+
+/// Thrown where a page costs more to read than its size allows.
+class PageTooCostly : public std::exception {
+public:
+    explicit PageTooCostly(std::size_t offset)
+        : m_offset(offset) {}
+    /// About where the reading stood: the offset, in bytes, of one of the last elements read.
+    std::size_t offset() const { return m_offset; }
+    const char* what() const noexcept override { return "The page is nested too deeply"; }
+
+private:
+    std::size_t m_offset;
+};
 
 /// One run of the HTML parser under guard, and the memory of its tree.
 ///
 /// The parser walks its stack of open elements for most tags, compares each attribute with all
 /// others of its tag, and gives its tree back by recursion: a million nested `div`s would keep it
-/// busy for many minutes, and end in a stack overflow. So it gets its memory from
-/// here. The blocks are listed, and the list is freed without a look at the tree; and each request
-/// for memory is a step of the parser that is charged by how deep it stands. A page that costs
-/// more than its size allows ends the run.
+/// busy for many minutes, and end in a stack overflow. So it gets its memory from here. The blocks
+/// are listed, and the list is freed without a look at the tree; and each request for memory is a
+/// step of the parser that is charged by how deep it stands. A page that costs more than its size
+/// allows ends the run.
 class GumboGuard {
 public:
     /// Parses `html`, which is UTF-8 and stays alive as long as this object. With a context of
     /// GUMBO_TAG_LAST it is a whole document, otherwise the content of such an element. A page
-    /// that is nested too deeply for its size, or whose tree does not fit into the memory, fails.
+    /// that costs too much throws PageTooCostly.
     GumboGuard(std::string_view html, GumboTag context, GumboNamespaceEnum contextNamespace);
     GumboGuard(const GumboGuard&) = delete;
     GumboGuard& operator=(const GumboGuard&) = delete;
@@ -41,6 +56,7 @@ private:
     Block* m_blocks = nullptr;
     const void* m_newest = nullptr; // of the size of a node
     std::size_t m_unmeasured = 0;
+    std::size_t m_offset = 0; // of an element that was measured
     std::size_t m_depth = 0;
     std::size_t m_attributes = 0;
     std::size_t m_work = 0;
@@ -50,4 +66,4 @@ private:
     const GumboOutput* m_output = nullptr;
 };
 
-} // namespace tessaly::page
+} // namespace ravikit
