@@ -39,6 +39,10 @@ void Table::add(const std::string& what, const std::string& ours, const std::str
                       reached ? "yes" : "NO"});
 }
 
+void Table::addFact(const std::string& what, const std::string& figure) {
+    m_rows.push_back({what, figure, "-", "-", "-", "-"});
+}
+
 void Table::print(std::ostream& out) const {
     std::vector<std::vector<std::string>> rows = m_rows;
     rows.insert(rows.begin(), {"what", "ours", "peer", "ratio", "goal", "reached"});

@@ -30,6 +30,9 @@ public:
     void add(const std::string& what, const std::string& ours, const std::string& peer,
              double ratio, double goal, bool atMost);
 
+    /// A figure that has no goal.
+    void addFact(const std::string& what, const std::string& figure);
+
     void print(std::ostream& out) const;
 
 private:

@@ -3,7 +3,10 @@
 // its input is valid.
 
 #include "bench/Command.h"
+#include "bench/Conversion.h"
+#include "bench/ConversionPeers.h"
 #include "bench/Corpus.h"
+#include "bench/Measure.h"
 #include "bench/Peers.h"
 #include "bench/Results.h"
 
@@ -17,9 +20,9 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
+#include <exception>
 #include <iostream>
-#include <stdexcept>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -30,24 +33,21 @@ using namespace bench;
 constexpr std::size_t kilobyte = 1024;
 constexpr std::size_t megabyte = 1024 * kilobyte;
 
-/// What is behind `|` in the name of a measurement.
-constexpr char ours[] = "|tessaly";
-constexpr char byLibXml[] = "|libxml2";
+constexpr char explanation[] =
+    R"(judge: we parse UTF-16 and judge; libxml2 does the same from UTF-8, with the DTD parsed
+beforehand; pugixml parses UTF-8 with parse_full and judges nothing.
+to plain: from a deck's text to the text of its page; libxslt with a stylesheet of the same mapping,
+which knows neither digests nor a carried source, parsed beforehand.
+to markup: from the text of a page, as a browser writes it, to that of a deck; libtidy to XHTML;
+libxml2 to a tree, from which texts and names are collected. Unchanged and edited are pages of our
+own with all that they carry, foreign is the page that libxslt makes, tag soup the same in capitals
+and without half of its end tags.
+Times are medians of 9 repetitions, of this process's processor time, and for check of wall-clock
+time.
+)";
+
 constexpr char byPugi[] = "|pugixml, white space kept";
 constexpr char byPugiFull[] = "|pugixml, white space dropped";
-
-benchmark::internal::Benchmark* measure(const std::string& name,
-                                        const std::function<void(benchmark::State&)>& run) {
-    return benchmark::RegisterBenchmark(name.c_str(), run)
-        ->Repetitions(9)
-        ->ReportAggregatesOnly(true);
-}
-
-void require(bool holds, const std::string& what) {
-    if (!holds) {
-        throw std::runtime_error(what);
-    }
-}
 
 void checkInput(const LibXml& libXml, tessaly::Tolmek& tolmek, const DeckText& deck) {
     if (!tolmek.isValidText(deck.utf16)) {
@@ -67,8 +67,7 @@ void measureJudging(const Corpus& corpus, const LibXml& libXml, tessaly::Tolmek&
     const std::string name = "judge " + corpus.name;
     const auto overAll = [&corpus](const auto& work) {
         return [&corpus, work](benchmark::State& state) {
-            // What the one measured before has freed is not to be tidied up in the next one's time.
-            malloc_trim(0);
+            tidyHeap();
             for (auto _ : state) {
                 for (const DeckText& deck : corpus.decks) {
                     benchmark::DoNotOptimize(work(deck));
@@ -190,17 +189,6 @@ void addMemory(Table& table, const DeckText& deck) {
     table.add("  (pugixml with white space)", asNumber(tree), asNumber(pugi), tree, 6, true);
 }
 
-/// Adds how many times as fast as the peer we are.
-void addSpeed(Table& table, const Medians& medians, const std::string& name,
-              const std::string& peer, double goal) {
-    const double mine = medians.of(name + ours);
-    const double theirs = medians.of(name + peer);
-    if (mine > 0 && theirs > 0) {
-        table.add(name + " (" + peer.substr(1) + ')', asTime(mine), asTime(theirs), theirs / mine,
-                  goal, false);
-    }
-}
-
 void addWalks(Table& table, const Medians& medians) {
     std::vector<double> perCard;
     std::string times;
@@ -235,6 +223,7 @@ void run() {
     measureSelecting(corpora[1]);
     measureWalking(tessaly::makeRavik(nullptr));
     measureCommand(folder);
+    const Conversion conversion(std::span<const Corpus>(corpora).first(3));
 
     Medians medians;
     benchmark::RunSpecifiedBenchmarks(&medians);
@@ -251,15 +240,13 @@ void run() {
     addMemory(table, corpora[2].decks.front());
     addWalks(table, medians);
     addSpeed(table, medians, "check 500 files", "|xmllint", 4);
+    conversion.addTo(table, medians);
 
     std::cout << "\nmachine:  " << machine() << "\nbuild:    " << BENCH_BUILD_TYPE << ", "
               << BENCH_COMPILER << "\npeers:    libxml2 " << LibXml::version() << ", pugixml "
-              << Pugi::version()
-              << "\n\njudge: we parse UTF-16 and judge; libxml2 does the same from UTF-8, with the"
-                 " DTD parsed\nbeforehand; pugixml parses UTF-8 with parse_full and judges nothing."
-                 " Times are\nmedians of 9 repetitions, of this process's processor time, and for "
-                 "check of"
-                 " wall-clock time.\n\n";
+              << Pugi::version() << ", libxslt " << Stylesheet::version() << ", libtidy "
+              << tidyVersion() << "\n\n"
+              << explanation << '\n';
     table.print(std::cout);
 }
 
