@@ -277,7 +277,7 @@ TEST(ConvertEdited, OneChangeOfAWrittenDeck) {
             expectOneChange(deck.text, seed);
         }
     }
-    std::cout << edits << " edits of written decks\n";
+    std::cout << "tried: " << edits << " edits of written decks\n";
 }
 
 TEST(ConvertEdited, OneChangeOfAGeneratedDeck) {
@@ -286,7 +286,7 @@ TEST(ConvertEdited, OneChangeOfAGeneratedDeck) {
         std::mt19937 random(seed);
         expectOneChange(generatedDeck(random, seed % 3 != 0), seed);
     }
-    std::cout << edits << " edits of generated decks\n";
+    std::cout << "tried: " << edits << " edits of generated decks\n";
 }
 
 } // namespace

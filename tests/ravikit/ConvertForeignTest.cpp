@@ -231,7 +231,7 @@ TEST(ConvertForeign, Soup) {
         EXPECT_EQ(toUtf8(markupOf(plainOf(deck))), toUtf8(deck));
         ++count;
     }
-    std::cout << count << " pages of soup\n";
+    std::cout << "tried: " << count << " pages of soup\n";
 }
 
 std::u16string repeated(std::u16string_view text, std::size_t count) {

