@@ -75,7 +75,7 @@ public:
     }
     bool FolderExists(const Path& path) override {
         countDiskCall("FolderExists");
-        return world.folders.contains(path);
+        return world.folders.contains(trimmed(path));
     }
     bool isSameFile(const Path& a, const Path& b) override {
         return world.files.contains(a) && equalIgnoringCase(a, b);
@@ -110,10 +110,10 @@ public:
     }
     void CreateFolder(const Path& path) override {
         diskCall("CreateFolder", path);
-        if (!world.folders.contains(folderOf(path))) {
+        if (!world.folders.contains(folderOf(trimmed(path)))) {
             throw Failure(FailureCode::PathNotFound);
         }
-        world.folders.insert(path);
+        world.folders.insert(trimmed(path));
     }
     void DeleteFolder(const Path& path, bool force) override {
         diskCall("DeleteFolder", path, force);
@@ -144,10 +144,16 @@ public:
     }
     Path GetAbsolutePathName(const Path& path) override {
         countDiskCall("GetAbsolutePathName");
-        return path.ends_with(u'\\') ? path.substr(0, path.size() - 1) : path;
+        return trimmed(path);
     }
 
 private:
+    static Path trimmed(Path path) {
+        while (path.ends_with(u'\\')) {
+            path.pop_back();
+        }
+        return path;
+    }
     static Path folderOf(const Path& path) {
         const std::size_t cut = path.rfind(u'\\');
         return cut == path.npos ? u"" : path.substr(0, cut);

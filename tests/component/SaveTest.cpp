@@ -1,0 +1,260 @@
+// Saving documents and projects, making and deleting them, where nothing fails. What failures do is
+// in FaultTest.cpp.
+
+#include "Fakes.h"
+
+using namespace fakes;
+
+namespace {
+
+class Saving : public Component {
+protected:
+    Saving() {
+        world.folders = {u"D:", u"D:\\p", u"D:\\q"};
+        subscription = project->events().advise(sink);
+        project->ProjectPath(u"D:\\p\\");
+        project->projectFile(u"D:\\p\\p.cvp");
+        project->ProjectName(u"P");
+        project->description(u"about it");
+        project->Owner(u"me");
+        project->notes(u"first\nsecond");
+    }
+
+    std::shared_ptr<WirelessDocument> add(const std::u16string& name) {
+        world.files[u"D:\\p\\" + name + u".wml"] = u"old";
+        std::u16string text = u"<wml>" + name + u"</wml>";
+        auto document =
+            project->Documents()->Add(u"", name, text, nullptr, nullptr, nullptr, project->Ravik());
+        document->isDirty(true);
+        world.take();
+        return document;
+    }
+    Value create(std::u16string path, const std::u16string& from = u"D:\\q\\first.wml") {
+        return project->Create(u"N", u"d", path, from, u"who");
+    }
+
+    const std::u16string projectFile = u"Site=P\r\nDescription=about it\r\nPath=D:\\p\r\n"
+                                       u"Owner=me\r\nNotes=first\nsecond\r\nDocument=a\r\n"
+                                       u"-------------- END OF FILE ----------\r\n";
+};
+
+} // namespace
+
+TEST_F(Saving, ADeckGoesOutAsTheMarkupLibraryMakesIt) {
+    const auto document = add(u"a");
+    document->MuRtb(rtb);
+    document->wbPlain(browser);
+    document->view(vMarkup);
+    rtb->text = u"<wml>typed</wml>";
+    world.take();
+    EXPECT_TRUE(document->Save(u"D:\\q\\x.wml"));
+    EXPECT_EQ(world.take(),
+              (Log{"rtb.Text", "newFileSystemObject", "OpenTextFile D:\\q\\x.wml 2 True 0",
+                   "exportText", "Write exported:<wml>typed</wml>", "Close", "stream gone"}));
+    EXPECT_EQ(document->Content(), u"exported:<wml>typed</wml>");
+    EXPECT_EQ(rtb->text, u"<wml>typed</wml>");
+    EXPECT_TRUE(document->isDirty() && document->added() && document->Name() == u"a");
+    EXPECT_EQ(document->NewName(), u"");
+
+    // In the plain view the page is taken over first; one that is refused leaves the older text.
+    document->view(vPLain);
+    browser->page->theBody->html = browser->page->theBody->text = u"page";
+    EXPECT_TRUE(document->Save(u"D:\\q\\x.wml"));
+    EXPECT_EQ(world.files[u"D:\\q\\x.wml"], u"exported:wml:[<DIV>page</DIV>]");
+    browser->page->theBody->html = u"REFUSED";
+    EXPECT_TRUE(document->Save(u"D:\\q\\x.wml"));
+    EXPECT_EQ(world.files[u"D:\\q\\x.wml"], u"exported:wml:[<DIV>page</DIV>]");
+}
+
+TEST_F(Saving, ANameThatIsGivenUpLeavesTheDocumentUnsaved) {
+    const auto document = add(u"a");
+    const Subscription heard = document->events().advise(sink);
+    document->isDirty(false);
+    EXPECT_FALSE(document->SaveAs(u"D:\\p\\A.wml"));
+    const Log log = world.take();
+    EXPECT_EQ(log.back(),
+              "MsgBox 64 [Corvane professional] Document D:\\p\\A.wml has not been saved. "
+              "\nYou must save this document in order to keep the changes.");
+    EXPECT_EQ(std::count(log.begin(), log.end(), "OnDocDirty"), 0);
+    EXPECT_TRUE(document->isDirty());
+    EXPECT_EQ(document->NewName(), u"");
+    EXPECT_EQ(world.files[u"D:\\p\\a.wml"], u"old");
+
+    world.onShow = [](FakeForm& form) { form.click(u"cmdYes"); };
+    EXPECT_TRUE(document->SaveAs(u"D:\\p\\A.wml"));
+    EXPECT_EQ(document->NewName(), u"A");
+    EXPECT_EQ(document->Name(), u"a");
+    EXPECT_TRUE(document->isDirty());
+}
+
+TEST_F(Saving, AProjectIsRewrittenInItsPlace) {
+    add(u"a");
+    project->Save();
+    EXPECT_EQ(world.files[u"D:\\p\\p.cvp"], projectFile);
+    EXPECT_TRUE(project->NeedSave());
+    EXPECT_EQ(world.files[u"D:\\p\\a.wml"], u"old");
+
+    EXPECT_TRUE(project->SaveDocument(u"A"));
+    EXPECT_EQ(world.files[u"D:\\p\\a.wml"], u"exported:<wml>a</wml>");
+    EXPECT_TRUE(project->Documents()->Item(1)->isDirty());
+    EXPECT_EQ(codeOf([&] { project->SaveDocument(u"none"); }), FailureCode::InvalidArgument);
+
+    const auto b = add(u"b");
+    project->removeDocument(u"a");
+    b->isDirty(false); // a clean one is written too
+    EXPECT_TRUE(project->SaveAll());
+    EXPECT_EQ(world.files[u"D:\\p\\b.wml"], u"exported:<wml>b</wml>");
+    EXPECT_FALSE(project->NeedSave() || b->added());
+    EXPECT_NE(world.files[u"D:\\p\\p.cvp"].find(u"Document=b\r\n---"), std::u16string::npos);
+
+    world.readOnly = {u"D:\\p\\b.wml"};
+    b->isDirty(true);
+    EXPECT_FALSE(project->SaveAll());
+    EXPECT_TRUE(b->isDirty() && project->NeedSave());
+    EXPECT_NE(world.files[u"D:\\p\\p.cvp"].find(u"Document=b\r\n---"), std::u16string::npos);
+
+    project->projectFile(u"");
+    world.take();
+    project->Save();
+    EXPECT_EQ(world.take(), Log{"CreateTextFile  True False"});
+}
+
+TEST_F(Saving, AProjectMovesToItsNewName) {
+    const auto a = add(u"a");
+    const auto b = add(u"b");
+    project->CurrentDocument(b);
+    world.files[u"D:\\q\\B.WML"] = u"of another project";
+    world.onShow = [](FakeForm& form) {
+        form.click(u"cmdNo");
+        form.text(u"txtName", u"b2");
+        form.click(u"cmdOk");
+    };
+    world.take();
+    EXPECT_TRUE(project->SaveAs(u"D:\\q\\New.cvp"));
+    EXPECT_EQ(world.files[u"D:\\q\\New.cvp"],
+              u"Site=New\r\nDescription=about it\r\nPath=D:\\q\r\nOwner=me\r\n"
+              u"Notes=first\nsecond\r\nDocument=a\r\nDocument=b2\r\n"
+              u"-------------- END OF FILE ----------\r\n");
+    EXPECT_EQ(world.files[u"D:\\q\\b2.wml"], u"exported:<wml>b</wml>");
+    EXPECT_EQ(world.files[u"D:\\q\\b.wml"], u"of another project");
+    EXPECT_EQ(world.files[u"D:\\p\\a.wml"], u"old");
+    EXPECT_EQ(project->ProjectName() + u" " + project->ProjectPath() + u" " +
+                  project->projectFile(),
+              u"New D:\\q D:\\q\\New.cvp");
+    EXPECT_EQ(project->CreationDate(), 40000);
+    EXPECT_FALSE(project->NeedSave() || a->added() || b->added());
+    EXPECT_EQ(b->Name(), u"b2");
+    EXPECT_EQ(project->Documents()->Item(u"b"), b) << "filed under its old name";
+    EXPECT_EQ(project->CurrentDocument(), b);
+    EXPECT_EQ(world.takeCount("OnSetCurrentDocument"), 0);
+
+    world.onShow = nullptr; // given up at the second deck
+    a->isDirty(true);
+    b->isDirty(true);
+    project->ProjectPath(u"D:\\p");
+    world.files.erase(u"D:\\q\\a.wml");
+    EXPECT_FALSE(project->SaveAs(u"D:\\q\\Third.cvp"));
+    EXPECT_TRUE(world.files[u"D:\\q\\Third.cvp"].ends_with(u"Document=a\r\n"));
+    EXPECT_EQ(project->projectFile(), u"D:\\q\\New.cvp");
+    EXPECT_TRUE(!a->isDirty() && b->isDirty());
+    EXPECT_FALSE(project->SaveAs(u"D:\\q\\New.cvp"));
+    EXPECT_TRUE(world.files[u"D:\\q\\New.cvp"].starts_with(u"Site=New"));
+}
+
+TEST_F(Saving, AProjectIsMadeAroundOneDeck) {
+    world.files = {{u"D:\\q\\first.wml", u"deck"}, {u"D:\\q\\bare", u"deck"}};
+    std::u16string path = u"D:\\new\\\\";
+    EXPECT_EQ(project->Create(u"N", u"d", path, u"D:\\q\\first.wml", u"who"), Value(true));
+    EXPECT_EQ(path, u"D:\\new");
+    EXPECT_EQ(world.files[u"D:\\new\\first.wml"], u"deck");
+    const std::u16string made = u"Site=N\r\nDescription=d\r\nPath=D:\\new\r\nOwner=who\r\n"
+                                u"Document=first\r\n-------------- END OF FILE ----------\r\n";
+    EXPECT_EQ(world.files[u"D:\\new\\N.cvp"], made);
+    EXPECT_EQ(project->ProjectPath(), u"D:\\p");
+    EXPECT_EQ(codeOf([&] { create(u"D:\\new", u"D:\\none.wml"); }), FailureCode::FileNotFound);
+    EXPECT_EQ(world.files[u"D:\\new\\N.cvp"], made);
+
+    // Taken, then a name that cannot be, then one that is taken too, then a free one.
+    world.answers = {MsgBoxAnswer::No, MsgBoxAnswer::No, MsgBoxAnswer::No};
+    world.typed = {u"second", u"BARE", u"a|b"};
+    world.files[u"D:\\new\\bare.wml"] = u"";
+    world.take();
+    EXPECT_EQ(create(u"D:\\new"), Value(true));
+    Log log = world.take();
+    std::erase_if(log, [](const std::string& line) {
+        return !line.starts_with("MsgBox") && !line.starts_with("InputBox") && line != "DoEvents";
+    });
+    const std::string exists = " already exists in the directory D:\\new\nThis could be part of "
+                               "another project in the same directory. Overwrite?";
+    const std::string input =
+        "InputBox [Select File name] Please enter a new value for the filename []";
+    EXPECT_EQ(log, (Log{"MsgBox 52 [File Exists] A file named first.wml" + exists, input,
+                        "MsgBox 16 [Corvane professional] File names cannot contain the following "
+                        "characters:\n\n         \\/:*?\"<>|",
+                        input, "DoEvents", "MsgBox 52 [File Exists] A file named BARE.wml" + exists,
+                        input, "DoEvents"}));
+    EXPECT_NE(world.files[u"D:\\new\\N.cvp"].find(u"Document=second\r\n"), std::u16string::npos);
+
+    // Cancelled but not given up, so asked again; then given up.
+    world.answers = {MsgBoxAnswer::Yes, MsgBoxAnswer::No, MsgBoxAnswer::No};
+    const Files before = world.files;
+    EXPECT_EQ(create(u"D:\\new"), Value(false));
+    EXPECT_EQ(world.takeCount("MsgBox 52 [Corvane professional] You are about to cancel this "
+                              "operation.\nAre you sure?"),
+              2);
+    EXPECT_EQ(world.files, before);
+}
+
+TEST_F(Saving, MakingAProjectLosesNoDeckThatNobodyGaveUp) {
+    world.files = {{u"D:\\p\\first.wml", u"mine"}, {u"D:\\q\\first.wml", u"other"}};
+    world.answers = {MsgBoxAnswer::Yes};
+    EXPECT_EQ(create(u"D:\\p", u"D:\\P\\FIRST.wml"), Value(true))
+        << "the deck is itself in the way";
+    EXPECT_EQ(world.files[u"D:\\p\\first.wml"], u"mine");
+    world.answers = {MsgBoxAnswer::Yes};
+    EXPECT_EQ(create(u"D:\\p"), Value(true));
+    EXPECT_EQ(world.takeCount("DeleteFile D:\\p\\first.wml True"), 1);
+    EXPECT_EQ(world.files[u"D:\\p\\first.wml"], u"other");
+
+    // In the folder for temporary files nothing is asked, in one of other letters it is.
+    world.files[u"C:\\Temp\\first.wml"] = u"left over";
+    world.folders.insert(u"C:\\Temp");
+    EXPECT_EQ(create(u"C:\\Temp\\"), Value(true));
+    EXPECT_EQ(world.files[u"C:\\Temp\\first.wml"], u"other");
+    world.answers = {MsgBoxAnswer::Yes, MsgBoxAnswer::No};
+    EXPECT_EQ(create(u"c:\\temp"), Value(false));
+}
+
+TEST_F(Saving, AProjectGoesWithAllThatLiesInItsFolder) {
+    add(u"a");
+    const auto fill = [] {
+        world.folders = {u"D:", u"D:\\p", u"D:\\p\\images"};
+        world.files = {{u"D:\\p\\a.wml", u""},
+                       {u"D:\\p\\p.cvp", u""},
+                       {u"D:\\p\\images\\x.wbmp", u""},
+                       {u"D:\\p\\stray.wml", u""},
+                       {u"D:\\other\\p.cvp", u"stays"}};
+    };
+    fill();
+    world.readOnly = {u"D:\\p\\a.wml"};
+    EXPECT_TRUE(project->DeleteFiles());
+    EXPECT_EQ(world.take(), (Log{"newFileSystemObject", "DeleteFile D:\\p\\a.wml False",
+                                 "DeleteFolder D:\\p\\images True", "DeleteFile D:\\p\\p.cvp False",
+                                 "DeleteFolder D:\\p True"}));
+    EXPECT_EQ(world.files, (Files{{u"D:\\other\\p.cvp", u"stays"}}));
+    EXPECT_TRUE(project->NeedSave());
+    EXPECT_EQ(project->Documents()->Count(), 1);
+
+    fill();
+    world.files.erase(u"D:\\p\\a.wml");
+    EXPECT_FALSE(project->DeleteFiles());
+    EXPECT_EQ(world.files.size(), 1U);
+
+    for (const char16_t* root : {u"", u"\\", u"D:", u"D:\\"}) {
+        fill();
+        const Files before = world.files;
+        project->ProjectPath(root);
+        EXPECT_FALSE(project->DeleteFiles()) << ascii(root);
+        EXPECT_EQ(world.files, before);
+    }
+}
