@@ -94,21 +94,27 @@ std::u16string dlgFileExists::chosenFileName() {
 }
 
 dlgFileExists::State dlgFileExists::stateOfMode() {
-    const std::u16string taken = require(m_fso).GetFileName(m_strFileName) +
-                                 u" already exists in the directory " +
-                                 m_fso->GetParentFolderName(m_strFileName) + u"\nOverwrite? ";
-    const std::u16string readOnly = m_strFileName + u" is READ-ONLY.\nPlease choose another ";
+    const auto readOnly = [&](const std::u16string& kind) {
+        return u"The " + kind + u" " + m_strFileName + u" is READ-ONLY.\nPlease choose another " +
+               kind + u" name ";
+    };
+    const auto exists = [&](const std::u16string& kind) {
+        const std::u16string file = require(m_fso).GetFileName(m_strFileName);
+        const std::u16string folder = m_fso->GetParentFolderName(m_strFileName);
+        return u"The " + kind + u" " + file + u" already exists in the directory " + folder +
+               u"\nOverwrite? ";
+    };
     switch (m_iMode) {
     case modeProjectReadOnly:
-        return {u"The project " + readOnly + u"project name ", false, true};
+        return {readOnly(u"project"), false, true};
     case modeProjectExists:
-        return {u"The project " + taken, true, true};
+        return {exists(u"project"), true, true};
     case modeDocumentReadOnly:
-        return {u"The document " + readOnly + u"document name ", false, false};
+        return {readOnly(u"document"), false, false};
     case modeDocumentExists:
         break;
     }
-    return {u"The document " + taken, true, false};
+    return {exists(u"document"), true, false};
 }
 
 dlgFileExists::State dlgFileExists::entryState() {

@@ -71,8 +71,8 @@ bool clProject::SaveAs(const std::u16string& strNewFullpath) {
         });
         step([&] { writeRecord(require(stream), keyDescription, m_description); });
         step([&] {
-            const std::u16string folder = fso.GetParentFolderName(path);
-            writeRecord(require(stream), keyPath, folder);
+            TextStream& file = require(stream);
+            writeRecord(file, keyPath, fso.GetParentFolderName(path));
         });
         step([&] { writeRecord(require(stream), keyOwner, mvarOwner); });
         step([&] { writeRecord(require(stream), keyNotes, m_notes); });

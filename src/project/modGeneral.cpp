@@ -71,9 +71,10 @@ bool promptFileExists(std::u16string& strFile, const std::u16string& strKeep) {
         }
         MsgBoxAnswer overwrite = MsgBoxAnswer::No;
         step([&] {
+            const std::u16string file = require(fso).GetFileName(strFile);
+            const std::u16string folder = fso->GetParentFolderName(strFile);
             overwrite = Platform::current()->MsgBox(
-                u"A file named " + require(fso).GetFileName(strFile) +
-                    u" already exists in the directory " + fso->GetParentFolderName(strFile) +
+                u"A file named " + file + u" already exists in the directory " + folder +
                     u"\nThis could be part of another project in the same directory. Overwrite?",
                 MsgBoxFlags::ExclamationYesNo, u"File Exists");
         });

@@ -98,6 +98,7 @@ public:
     void CopyFile(const Path& from, const Path& to, bool overwrite) override {
         diskCall("CopyFile", from, to, overwrite);
         requireFile(from);
+        requireFolderOf(to);
         world.files[to] = world.files[from];
     }
     void DeleteFile(const Path& path, bool force) override {
@@ -110,9 +111,7 @@ public:
     }
     void CreateFolder(const Path& path) override {
         diskCall("CreateFolder", path);
-        if (!world.folders.contains(folderOf(trimmed(path)))) {
-            throw Failure(FailureCode::PathNotFound);
-        }
+        requireFolderOf(trimmed(path));
         world.folders.insert(trimmed(path));
     }
     void DeleteFolder(const Path& path, bool force) override {
@@ -163,13 +162,16 @@ private:
             throw Failure(FailureCode::FileNotFound);
         }
     }
+    static void requireFolderOf(const Path& path) {
+        if (!world.folders.contains(folderOf(path))) {
+            throw Failure(FailureCode::PathNotFound);
+        }
+    }
     static std::shared_ptr<TextStream> openEmptied(const Path& path) {
         if (world.readOnly.contains(path)) {
             throw Failure(FailureCode::PermissionDenied);
         }
-        if (!world.folders.contains(folderOf(path))) {
-            throw Failure(FailureCode::PathNotFound);
-        }
+        requireFolderOf(path);
         world.files[path].clear();
         return std::make_shared<FakeStream>(world.files[path]);
     }
