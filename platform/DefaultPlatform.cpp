@@ -4,7 +4,7 @@
 #include "platform/LocalDate.h"
 #include "platform/PathName.h"
 #include "platform/PosixFileSystem.h"
-#include "platform/ScreenlessForm.h"
+#include "platform/TerminalForm.h"
 #include "platform/TextCodec.h"
 #include "ravikit/component/Objects.h"
 #include "util/Attempt.h"
@@ -25,7 +25,11 @@ constexpr std::size_t pixelsPerCharacter = 8;
 } // namespace
 
 DefaultPlatform::DefaultPlatform()
-    : m_dialogs(STDIN_FILENO, STDERR_FILENO)
+    : DefaultPlatform(Terminal(STDIN_FILENO, STDERR_FILENO)) {}
+
+DefaultPlatform::DefaultPlatform(Terminal terminal)
+    : m_terminal(terminal)
+    , m_dialogs(terminal)
     , m_loop(std::make_shared<MessageLoop>())
     , m_pictures(componentPictures()) {}
 
@@ -48,7 +52,7 @@ std::shared_ptr<FileSystemObject> DefaultPlatform::newFileSystemObject() {
 
 std::shared_ptr<ModalForm> DefaultPlatform::newModalForm(const FormLayout& layout) {
     m_dialogs.workGoesOn();
-    return std::make_shared<ScreenlessForm>(layout, STDERR_FILENO);
+    return std::make_shared<TerminalForm>(layout, m_terminal);
 }
 
 MsgBoxAnswer DefaultPlatform::MsgBox(const std::u16string& text, MsgBoxFlags flags,

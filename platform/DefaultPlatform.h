@@ -8,12 +8,14 @@
 
 namespace tessaly {
 
-/// The platform of a program without windows: files of the POSIX system, dialogs on standard error
-/// and standard input, forms that cannot be shown, Ravikit's objects. A host with windows of its
-/// own derives from it and overrides what it does better.
+/// The platform of a program without windows: files of the POSIX system, dialogs and
+/// forms as text on standard error and standard input, Ravikit's objects. A host with windows of
+/// its own derives from it and overrides what it does better.
 class DefaultPlatform : public Platform {
 public:
     DefaultPlatform();
+    /// With dialogs on another terminal.
+    explicit DefaultPlatform(Terminal terminal);
 
     std::shared_ptr<IXMLDOMDocument2> newDOMDocument() override;
     std::shared_ptr<Ravik> newRavik() override;
@@ -42,6 +44,7 @@ public:
     std::shared_ptr<MessageLoop> messageLoop() const { return m_loop; }
 
 private:
+    Terminal m_terminal;
     TerminalDialogs m_dialogs;
     std::shared_ptr<MessageLoop> m_loop;
     std::shared_ptr<PictureStore> m_pictures;

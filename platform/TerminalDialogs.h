@@ -1,15 +1,14 @@
 #pragma once
 
 #include "external/Platform.h"
+#include "platform/Terminal.h"
 
-#include <optional>
 #include <string>
 
 namespace tessaly {
 
-/// Message boxes and input boxes of a program without windows. They are shown on one descriptor and
-/// answered on another; without a terminal on both nobody is there to answer, and the box says
-/// which answer was taken for granted.
+/// Message boxes and input boxes of a program without windows. Without a terminal nobody
+/// is there to answer, and the box says which answer was taken for granted.
 ///
 /// That answer is No, since a question asks leave to do something that cannot be undone, and the
 /// empty text for an input box, as if it had been cancelled. One question differs: the one that
@@ -18,10 +17,8 @@ namespace tessaly {
 /// that, so that the Yes never meets a question about something else.
 class TerminalDialogs {
 public:
-    /// The descriptors stay open as long as this object is in use.
-    explicit TerminalDialogs(int input, int output)
-        : m_input(input)
-        , m_output(output) {}
+    explicit TerminalDialogs(Terminal terminal)
+        : m_terminal(terminal) {}
 
     /// A question is answered with y or n; Enter alone, and the end of the input, give the answer
     /// that is taken for granted.
@@ -36,13 +33,10 @@ public:
     void workGoesOn() { m_justDeclined = false; }
 
 private:
-    bool isAttended() const;
     void say(const std::u16string& caption, const std::u16string& text) const;
     MsgBoxAnswer ask(MsgBoxAnswer assumed) const;
-    std::optional<std::u16string> readLine() const;
 
-    int m_input;
-    int m_output;
+    Terminal m_terminal;
     bool m_justDeclined = false;
 };
 

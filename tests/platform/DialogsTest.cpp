@@ -1,5 +1,5 @@
-#include "platform/ScreenlessForm.h"
 #include "platform/TerminalDialogs.h"
+#include "platform/TerminalForm.h"
 #include "tests/platform/TempFolder.h"
 #include "tests/support/Text.h"
 
@@ -50,7 +50,7 @@ protected:
         }
     }
 
-    int output() const { return m_out[1]; }
+    Terminal terminal() const { return Terminal(m_in[0], m_out[1]); }
     std::string written() const { return readWritten(m_out[0]); }
 
 private:
@@ -58,7 +58,7 @@ private:
     std::array<int, 2> m_out = makePipe();
 
 protected:
-    TerminalDialogs dialogs{m_in[0], m_out[1]};
+    TerminalDialogs dialogs{terminal()};
 };
 
 /// Somebody who has typed ahead.
@@ -79,10 +79,13 @@ protected:
         EXPECT_EQ(write(m_master, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
     std::string shown() const { return readWritten(m_master); }
-    TerminalDialogs dialogs() const { return TerminalDialogs(m_slave, m_slave); }
+    Terminal terminal() const { return Terminal(m_slave, m_slave); }
+    TerminalDialogs dialogs() const { return TerminalDialogs(terminal()); }
 
 private:
     int m_master = posix_openpt(O_RDWR | O_NOCTTY);
+
+protected:
     int m_slave = -1;
 };
 
@@ -129,31 +132,106 @@ TEST_F(Attended, TheEndOfTheInputIsNoAnswer) {
     EXPECT_EQ(dialog.MsgBox(u"Give up?", question, u"T"), MsgBoxAnswer::Yes);
 }
 
+namespace {
+
+/// A form that asks to go ahead or, after No, for a name of more than two letters.
+struct Question : ModalFormEvents {
+    explicit Question(Terminal terminal)
+        : form(layout(), terminal) {
+        ask(true);
+    }
+
+    static FormLayout layout() {
+        using enum FormControlKind;
+        FormLayout layout{u"Title", 0, 0, {}};
+        layout.controls = {
+            {u"reason", Label, 0, 0, 900, 200, u"Go \u001B[2J\nahead?", u"", nullptr},
+            {u"yes", Button, 500, 300, 90, 50, u"Yes", u"Clicking \"yes\" goes ahead.", nullptr},
+            {u"no", Button, 600, 300, 90, 50, u"No", u"Asks for a name.", nullptr},
+            {u"name", TextBox, 200, 300, 90, 50, u"ab", u"", nullptr},
+            {u"caption", Label, 100, 310, 90, 50, u"Name:", u"", nullptr},
+            {u"ok", Button, 500, 300, 90, 50, u"OK", u"", nullptr},
+            {u"none", Button, 700, 300, 90, 50, u"None", u"Clicking \"none\" stops.", nullptr},
+        };
+        return layout;
+    }
+
+    void ask(bool yesOrNo) {
+        for (const auto* button : {u"yes", u"no"}) {
+            form.visible(button, yesOrNo);
+        }
+        for (const auto* control : {u"name", u"caption", u"ok", u"none"}) {
+            form.visible(control, !yesOrNo);
+        }
+        form.enabled(u"ok", false);
+    }
+    void OnClick(const std::u16string& control) override {
+        heard += control + u' ';
+        if (control == u"no") {
+            ask(false);
+        } else {
+            form.hide();
+        }
+    }
+    void OnChange(const std::u16string& control) override {
+        heard += u'*' + control + u' ';
+        form.enabled(u"ok", form.text(u"name").size() > 2);
+    }
+
+    TerminalForm form;
+    std::u16string heard;
+    Subscription bond = form.events().advise(*this);
+};
+
+} // namespace
+
 TEST_F(Unattended, AFormIsSaidAndKeepsItsState) {
-    FormLayout layout;
-    layout.title = u"Title";
-    layout.controls.resize(3);
-    layout.controls[0].name = u"lblReason";
-    layout.controls[1].name = u"txtName";
-    layout.controls[1].kind = FormControlKind::TextBox;
-    layout.controls[2].name = u"lblHidden";
-    layout.controls[2].text = u"hidden";
-    ScreenlessForm form(layout, output());
-    struct Changes : ModalFormEvents {
-        void OnClick(const std::u16string&) override { ADD_FAILURE(); }
-        void OnChange(const std::u16string& control) override { heard += control + u' '; }
-        std::u16string heard;
-    } changes;
-    const auto bond = form.events().advise(changes);
-    form.text(u"lblReason", u"Overwrite?");
-    form.text(u"txtName", u"deck");
-    form.text(u"txtName", u"deck");
-    form.visible(u"lblHidden", false);
-    form.enabled(u"txtName", false);
-    form.show();
-    EXPECT_EQ(written(), "Title: Overwrite?\n(no screen to show this form on: taken as closed)\n");
-    EXPECT_EQ(changes.heard, u"txtName ");
-    EXPECT_EQ(form.text(u"txtName"), u"deck");
-    EXPECT_TRUE(form.isVisible(u"txtName") && !form.isEnabled(u"txtName"));
-    EXPECT_EQ(support::failureOf([&] { form.text(u"txtname"); }), 5);
+    Question question(terminal());
+    question.form.text(u"name", u"deck");
+    question.form.text(u"name", u"deck");
+    question.form.text(u"reason", u"Overwrite?");
+    question.form.show();
+    EXPECT_EQ(written(), "Title: Overwrite?\n(nobody to ask: taken as closed)\n");
+    EXPECT_EQ(question.heard, u"*name ");
+    EXPECT_EQ(question.form.text(u"name"), u"deck");
+    EXPECT_TRUE(question.form.isEnabled(u"ok") && !question.form.isVisible(u"ok"));
+    EXPECT_EQ(support::failureOf([&] { question.form.text(u"Name"); }), 5);
+}
+
+TEST_F(Attended, AFormIsAnsweredInWords) {
+    const struct {
+        const char* typed;
+        const char16_t* heard;
+        const char* shown;
+    } cases[] = {
+        {"y\n", u"yes ",
+         "  yes: Typing \"yes\" goes ahead.\r\n  no: Asks for a name.\r\nyes or no? "},
+        {"YES\n", u"yes ", "Title: Go \xEF\xBF\xBD[2J\r\nahead?\r\n"},
+        {"maybe\n\nnone\ny\n", u"yes ", "yes or no? yes or no? yes or no? yes or no? "},
+        {"n\nabc\n", u"no *name ok ", "  /none: Typing \"/none\" stops.\r\nName: [ab] "},
+        {"n\n\na\n\nlonger\n", u"no *name *name ok ",
+         "\"ab\" cannot be taken here, another can.\r\nName: [ab] \"a\" cannot"},
+        {"n\nno\n/y\n/n\n", u"no *name none ", "Name: [no] Name: [no] "},
+        {"\x04", u"", "yes or no? \r\n"},
+        {"n\n\x04", u"no ", "Name: [ab] \r\n"},
+    };
+    for (const auto& one : cases) {
+        Question question(terminal());
+        type(one.typed);
+        question.form.show();
+        EXPECT_EQ(question.heard, one.heard) << one.typed;
+        const std::string seen = shown();
+        EXPECT_NE(seen.find(one.shown), std::string::npos) << one.typed << " showed\n" << seen;
+    }
+}
+
+TEST_F(Attended, WhoeverHasLeftAnswersNothing) {
+    const std::array<int, 2> leaving = makePipe();
+    type("y\n");
+    EXPECT_EQ(write(leaving[1], "x", 1), 1);
+    TerminalDialogs dialog(Terminal(m_slave, m_slave, leaving[0]));
+    EXPECT_EQ(dialog.MsgBox(u"Overwrite?", question, u"T"), MsgBoxAnswer::No);
+    EXPECT_EQ(dialog.InputBox(u"Name?", u"T", u"old"), u"");
+    close(leaving[0]);
+    close(leaving[1]);
 }

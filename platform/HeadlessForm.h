@@ -7,17 +7,13 @@
 
 namespace tessaly {
 
-/// A form where there is no screen to draw it on. It keeps the state of its controls, and to show
-/// it means to say on a descriptor what it would have asked and to come back at once, as if the
-/// user had closed the window.
-class ScreenlessForm : public ModalForm {
+/// A form without a window: it keeps the state of its controls. What it means to show it is left to
+/// the classes that derive from it.
+class HeadlessForm : public ModalForm {
 public:
-    /// `output` stays open as long as the form is in use.
-    ScreenlessForm(const FormLayout& layout, int output);
+    explicit HeadlessForm(const FormLayout& layout);
 
-    void show() override;
-    /// Without effect: the form is never up.
-    void hide() override {}
+    void hide() override { m_up = false; }
 
     std::u16string text(const std::u16string& control) override;
     void text(const std::u16string& control, const std::u16string& text) override;
@@ -31,21 +27,35 @@ public:
     bool isVisible(const std::u16string& control);
     bool isEnabled(const std::u16string& control);
 
-private:
+protected:
     struct Control {
-        std::u16string name;
-        FormControlKind kind;
+        FormControl layout;
         std::u16string text;
         bool visible = true;
         bool enabled = true;
+
+        bool isUsable(FormControlKind kind) const {
+            return layout.kind == kind && visible && enabled;
+        }
     };
 
+    const std::u16string& title() const { return m_title; }
+    const std::vector<Control>& controls() const { return m_controls; }
+
+    /// True from `open` until a handler hides the form.
+    bool isUp() const { return m_up; }
+    void open() { m_up = true; }
+
+    /// As a click on the button would; without effect if it is hidden or disabled.
+    void click(const std::u16string& button);
+
+private:
     Control& find(const std::u16string& name);
 
     std::u16string m_title;
-    std::vector<Control> m_controls;
+    std::vector<Control> m_controls; ///< in tab order; keeps its size
     EventSource<ModalFormEvents> m_events;
-    int m_output;
+    bool m_up = false;
 };
 
 } // namespace tessaly
