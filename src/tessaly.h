@@ -2,6 +2,10 @@
 
 /// All that a host needs: the classes of the component, their events, and the interfaces of what a
 /// host lends to it.
+///
+/// The public members of the classes are virtual, though nothing derives from them: a host that got
+/// an object from the loaded library reaches its members through the object and links no code of
+/// the component. What is not virtual is inline.
 
 #include "display/IDisplay.h"
 #include "display/cWMLDisplay.h"

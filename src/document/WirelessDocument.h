@@ -25,10 +25,10 @@ class Steps;
 /// Make one with std::make_shared. Failures of an outside object or a control reach the caller with
 /// the fields as the steps before the failure left them. A control that is needed and was not given
 /// fails with ObjectNotSet.
-class WirelessDocument final : public Object,
-                               public std::enable_shared_from_this<WirelessDocument>,
-                               private __clWMLEventProxy,
-                               private BrowserControlEvents {
+class WirelessDocument : public Object,
+                         public std::enable_shared_from_this<WirelessDocument>,
+                         private __clWMLEventProxy,
+                         private BrowserControlEvents {
 public:
     WirelessDocument();
     ~WirelessDocument() override;
@@ -38,106 +38,106 @@ public:
     WirelessDocument& operator=(WirelessDocument&&) = delete;
 
     /// True from the document's making until its project was loaded or it was saved.
-    void added(bool bAdded);
-    bool added() const;
+    virtual void added(bool bAdded);
+    virtual bool added() const;
 
     /// Selects the whole deck in the markup view, or in the browser in any other state.
-    void selectAll();
+    virtual void selectAll();
 
     /// These two are kept for the host and mean nothing to the document.
-    std::u16string CurrentElementID() const;
-    void CurrentElementID(const std::u16string& strID);
-    std::int16_t CurrentElementIndex() const;
+    virtual std::u16string CurrentElementID() const;
+    virtual void CurrentElementID(const std::u16string& strID);
+    virtual std::int16_t CurrentElementIndex() const;
 
     /// The length of the deck in UTF-16 units. In the plain view the page is first converted into
     /// the rich-text control.
-    std::int32_t size();
+    virtual std::int32_t size();
 
-    void CurrentElementIndex(std::int16_t Idx);
+    virtual void CurrentElementIndex(std::int16_t Idx);
 
     /// The name of the type, which serves as a file extension; empty for dcHTML and unknown types.
-    std::u16string DocumentTypeName() const;
+    virtual std::u16string DocumentTypeName() const;
 
     /// Switches the view. If the text cannot be converted, OnParseError is raised and the document
     /// stays in the view that it had. No value is refused: one that is no view hides both controls.
     /// A value beyond 16 bits fails with Overflow when the formatter is told.
-    void view(enumView vView);
-    enumView view() const;
+    virtual void view(enumView vView);
+    virtual enumView view() const;
 
     /// The setter leaves the display on the DOM that it has.
-    std::shared_ptr<IXMLDOMDocument2> DOM() const;
-    void DOM(const std::shared_ptr<IXMLDOMDocument2>& oDOM);
+    virtual std::shared_ptr<IXMLDOMDocument2> DOM() const;
+    virtual void DOM(const std::shared_ptr<IXMLDOMDocument2>& oDOM);
 
-    std::shared_ptr<tessaly::Tolmek> Tolmek() const;
+    virtual std::shared_ptr<tessaly::Tolmek> Tolmek() const;
 
-    std::shared_ptr<tessaly::Ravik> Ravik() const;
+    virtual std::shared_ptr<tessaly::Ravik> Ravik() const;
     /// Takes a tessaly::Ravik; another object fails with TypeMismatch.
-    void Ravik(const ObjectRef& Ravik);
+    virtual void Ravik(const ObjectRef& Ravik);
 
-    DocumentType DocType() const;
-    std::u16string DTDPath() const;
+    virtual DocumentType DocType() const;
+    virtual std::u16string DTDPath() const;
 
     /// The verdict of the last checkValidity; False before.
-    bool isValidXML() const;
+    virtual bool isValidXML() const;
 
     /// The host application's folder, without trailing `\`. For a dcWML document the DTD below it
     /// is loaded.
-    void AppPath(const std::u16string& strPath);
-    std::u16string AppPath() const;
+    virtual void AppPath(const std::u16string& strPath);
+    virtual std::u16string AppPath() const;
 
     /// Replaces the services: dcWML makes new ones, every other type leaves none.
-    void DocType(DocumentType DT);
+    virtual void DocType(DocumentType DT);
 
-    std::shared_ptr<RichTextControl> MuRtb() const;
+    virtual std::shared_ptr<RichTextControl> MuRtb() const;
     /// Takes a RichTextControl and fills it with Content; another object fails with TypeMismatch.
     /// Without a formatter the control is stored and ObjectNotSet follows.
-    void MuRtb(const ObjectRef& rtb);
+    virtual void MuRtb(const ObjectRef& rtb);
 
     /// Takes a BrowserControl, and fails like the setter of MuRtb.
-    void wbPlain(const ObjectRef& wb);
-    std::shared_ptr<BrowserControl> wbPlain() const;
+    virtual void wbPlain(const ObjectRef& wb);
+    virtual std::shared_ptr<BrowserControl> wbPlain() const;
 
     /// Takes a ListBarControl; another object fails with TypeMismatch.
-    void Listbar(const ObjectRef& lb);
+    virtual void Listbar(const ObjectRef& lb);
 
     /// The deck's file name without folder and extension.
-    void Name(const std::u16string& strName);
-    std::u16string Name() const;
+    virtual void Name(const std::u16string& strName);
+    virtual std::u16string Name() const;
 
     /// The services; none for every type but dcWML.
-    std::shared_ptr<IDisplay> Display() const;
-    std::shared_ptr<IFormat> Format() const;
-    std::shared_ptr<IValidate> validate() const;
+    virtual std::shared_ptr<IDisplay> Display() const;
+    virtual std::shared_ptr<IFormat> Format() const;
+    virtual std::shared_ptr<IValidate> validate() const;
 
     /// The text as last taken over, which may be older than what the controls show. The setter
     /// clears isDirty without an event and judges the text; it neither parses it nor writes it to a
     /// control.
-    void Content(const std::u16string& strContent);
-    std::u16string Content() const;
+    virtual void Content(const std::u16string& strContent);
+    virtual std::u16string Content() const;
 
     /// The document has changes that are not saved. Setting True raises OnDocDirty every time.
-    void isDirty(bool bDirty);
-    bool isDirty() const;
+    virtual void isDirty(bool bDirty);
+    virtual bool isDirty() const;
 
     /// Takes over a pending update, of which there is none as yet: nothing sets the flag.
-    void Update();
+    virtual void Update();
 
     /// Takes the text over from the control that is shown, judges it, and if it is valid parses it
     /// into a new DOM for the document and its display. Nothing happens without a rich-text
     /// control.
-    void Refresh();
+    virtual void Refresh();
 
     /// Judges Content and raises OnClearErrors or OnParseError.
-    void checkValidity();
+    virtual void checkValidity();
 
     /// Shows the DOM's text again in the rich-text control and, but for the markup view, in the
     /// browser. Nothing happens while isValidXML is False.
-    void reloadViewfromDOM();
+    virtual void reloadViewfromDOM();
 
     /// Raises OnUTag for each element whose name stands in `strElementList`, names joined by commas
     /// and not trimmed. Searches the rich-text control's text in the markup view, the page in any
     /// other state. No failure reaches the caller.
-    void validateSupportedTags(const std::u16string& strElementList);
+    virtual void validateSupportedTags(const std::u16string& strElementList);
 
     /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
     /// of the text in the controls, and keeps that as Content. True if all of it was written. The
@@ -154,8 +154,8 @@ public:
     virtual std::u16string NewName() const;
 
     /// Raises OnAdd2UndoStack.
-    void raise_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt, std::u16string& delText,
-                          std::int32_t& action);
+    virtual void raise_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt,
+                                  std::u16string& delText, std::int32_t& action);
 
     EventSource<__WirelessDocument>& events() { return m_events; }
 

@@ -11,19 +11,20 @@
 namespace tessaly {
 
 /// An ordered list of formatting commands with optional keys; see KeyedList for the failures.
-class colWMLFormats final : public Object {
+class colWMLFormats : public Object {
 public:
     /// Appends a new record, under `sKey` if that is not empty.
-    std::shared_ptr<clWMLFormat> Add(const std::u16string& Caption,
-                                     const std::u16string& ToolTiptext, const Value& iconRes,
-                                     const Value& iconResSmall, const std::u16string& sKey = {});
+    virtual std::shared_ptr<clWMLFormat> Add(const std::u16string& Caption,
+                                             const std::u16string& ToolTiptext,
+                                             const Value& iconRes, const Value& iconResSmall,
+                                             const std::u16string& sKey = {});
 
     /// By position from 1 or by key.
-    std::shared_ptr<clWMLFormat> Item(const Value& vntIndexKey) const;
-    std::int32_t Count() const;
-    void Remove(const Value& vntIndexKey);
+    virtual std::shared_ptr<clWMLFormat> Item(const Value& vntIndexKey) const;
+    virtual std::int32_t Count() const;
+    virtual void Remove(const Value& vntIndexKey);
     /// The list as it stands now, for a walk that later changes do not disturb.
-    std::vector<std::shared_ptr<clWMLFormat>> NewEnum() const;
+    virtual std::vector<std::shared_ptr<clWMLFormat>> NewEnum() const;
 
 private:
     KeyedList<clWMLFormat> m_Col;

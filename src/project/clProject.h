@@ -23,9 +23,9 @@ class Steps;
 /// Make one with std::make_shared; that fails if the platform cannot make its objects. Give it
 /// AppPath and the controls, then `init` it on a project file. There is no close operation: drop
 /// it.
-class clProject final : public Object,
-                        public std::enable_shared_from_this<clProject>,
-                        private __WirelessDocument {
+class clProject : public Object,
+                  public std::enable_shared_from_this<clProject>,
+                  private __WirelessDocument {
 public:
     clProject();
     ~clProject() override;
@@ -34,73 +34,73 @@ public:
     clProject(clProject&&) = delete;
     clProject& operator=(clProject&&) = delete;
 
-    void description(const std::u16string& strDesc);
-    std::u16string description() const;
+    virtual void description(const std::u16string& strDesc);
+    virtual std::u16string description() const;
 
-    void notes(const std::u16string& strNotes);
-    std::u16string notes() const;
+    virtual void notes(const std::u16string& strNotes);
+    virtual std::u16string notes() const;
 
     /// The host application's folder, without trailing `\`; the DTD and the schema lie below it.
     /// Documents that are there already are not told.
-    void AppPath(const std::u16string& strPath);
-    std::u16string AppPath() const;
+    virtual void AppPath(const std::u16string& strPath);
+    virtual std::u16string AppPath() const;
 
     /// The one markup object, which all documents share.
-    std::shared_ptr<tessaly::Ravik> Ravik() const;
+    virtual std::shared_ptr<tessaly::Ravik> Ravik() const;
 
     /// The host's controls: a ListBarControl, a BrowserControl, a RichTextControl. Another object
     /// fails with TypeMismatch.
-    void Listbar(const ObjectRef& lb);
-    void wbPlain(const ObjectRef& wb);
-    void MuRtb(const ObjectRef& rtb);
+    virtual void Listbar(const ObjectRef& lb);
+    virtual void wbPlain(const ObjectRef& wb);
+    virtual void MuRtb(const ObjectRef& rtb);
 
     /// The document whose events are passed on; it need not be one of Documents. The first setter
     /// takes none as well, and ignores a document with the name of the current one. The second
     /// always takes the document and always raises OnSetCurrentDocument; none fails with
     /// ObjectNotSet once the current document has become none.
-    void CurrentDocument(const std::shared_ptr<WirelessDocument>& vData);
-    void CurrentDocumentEx(const std::shared_ptr<WirelessDocument>& vData);
-    std::shared_ptr<WirelessDocument> CurrentDocument() const;
+    virtual void CurrentDocument(const std::shared_ptr<WirelessDocument>& vData);
+    virtual void CurrentDocumentEx(const std::shared_ptr<WirelessDocument>& vData);
+    virtual std::shared_ptr<WirelessDocument> CurrentDocument() const;
 
-    void Documents(const std::shared_ptr<colDocuments>& vData);
-    std::shared_ptr<colDocuments> Documents() const;
+    virtual void Documents(const std::shared_ptr<colDocuments>& vData);
+    virtual std::shared_ptr<colDocuments> Documents() const;
 
-    void CreationDate(Date vData);
-    Date CreationDate() const;
+    virtual void CreationDate(Date vData);
+    virtual Date CreationDate() const;
 
     /// True if the project's path holds the word "templates" anywhere, in any case.
-    bool isTemplate() const;
+    virtual bool isTemplate() const;
 
     /// True if the project or one of its documents has changes that are not saved. The setter is
     /// there for hosts that call it and stores nothing: only the project's own operations count.
-    void NeedSave(bool bValue);
-    bool NeedSave() const;
+    virtual void NeedSave(bool bValue);
+    virtual bool NeedSave() const;
 
-    void Owner(const std::u16string& vData);
-    std::u16string Owner() const;
+    virtual void Owner(const std::u16string& vData);
+    virtual std::u16string Owner() const;
 
     /// The full path of the project file.
-    void projectFile(const std::u16string& vData);
-    std::u16string projectFile() const;
+    virtual void projectFile(const std::u16string& vData);
+    virtual std::u16string projectFile() const;
 
     /// The project's folder. The getter takes trailing `\` off what is stored.
-    void ProjectPath(const std::u16string& vData);
-    std::u16string ProjectPath();
+    virtual void ProjectPath(const std::u16string& vData);
+    virtual std::u16string ProjectPath();
 
     /// This is the name of the project as given by the user. The setter takes trailing `\` off.
-    void ProjectName(const std::u16string& vData);
-    std::u16string ProjectName() const;
+    virtual void ProjectName(const std::u16string& vData);
+    virtual std::u16string ProjectName() const;
 
     /// Opens the project file at the full path `strProjectFilePath` with all its decks. False if
     /// there is no such file, if a deck could not be loaded (the rest of the file is then not
     /// read), or if the file gives no name or its path no folder, of which the user is told. What
     /// was read until then stays. No failure reaches the caller, and no current document is chosen.
-    bool init(const std::u16string& strProjectFilePath);
+    virtual bool init(const std::u16string& strProjectFilePath);
 
     /// Loads the deck `strName`, a file name without folder and extension, from the project's
     /// folder into Documents. `bTellApp` True raises OnDocAdd. False if it could not be loaded; the
     /// user is told of a missing file. No failure reaches the caller.
-    bool addDocument(const std::u16string& strName, const Value& bTellApp = {});
+    virtual bool addDocument(const std::u16string& strName, const Value& bTellApp = {});
 
     /// Makes a new project on disk, and leaves this object as it is: to work with the project,
     /// `init` it afterwards. The folder `strPath` is made if it is missing (not its parent) and
@@ -142,11 +142,11 @@ public:
 
     /// Takes a document, told by name or by position from 1, out of Documents. Its file stays. One
     /// that is not there fails as colDocuments::Remove does.
-    void removeDocument(const Value& strDocName);
+    virtual void removeDocument(const Value& strDocName);
 
     /// The name of the first document that the project file lists, empty if it lists none, and
     /// "Cannot access document !" if it cannot be read. The file is not opened as a project.
-    std::u16string getFirstDocument(const std::u16string& strProjectFileName) const;
+    virtual std::u16string getFirstDocument(const std::u16string& strProjectFileName) const;
 
     EventSource<__clProject>& events() { return m_events; }
 
