@@ -434,5 +434,6 @@ TEST_F(Faults, LeaveBehindWhatEachStepPromises) {
         }
     }
     EXPECT_GE(points, 500);
-    std::cout << points << " points of failure tried in " << operations.size() << " operations\n";
+    std::cout << "tried: " << points << " points of failure in " << operations.size()
+              << " operations on the disk\n";
 }

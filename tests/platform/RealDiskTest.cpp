@@ -1,0 +1,201 @@
+// Projects on a real disk that is full, closed, or holds something else than what is expected.
+
+#include "naming/dlgFileExists.h"
+#include "platform/DefaultPlatform.h"
+#include "tessaly.h"
+#include "tests/platform/TempFolder.h"
+#include "tests/support/Text.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <filesystem>
+
+using namespace tessaly;
+
+namespace {
+
+/// Keeps what the user is shown, and answers Yes.
+class Shown : public DefaultPlatform {
+public:
+    MsgBoxAnswer MsgBox(const std::u16string& text, MsgBoxFlags, const std::u16string&) override {
+        texts.push_back(text);
+        return MsgBoxAnswer::Yes;
+    }
+    std::vector<std::u16string> texts;
+};
+
+/// No file may grow beyond `bytes` as long as it lives.
+class SmallFiles {
+public:
+    explicit SmallFiles(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small = {bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~SmallFiles() {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, SIG_DFL);
+    }
+    SmallFiles(const SmallFiles&) = delete;
+    SmallFiles& operator=(const SmallFiles&) = delete;
+
+private:
+    rlimit m_old = {};
+};
+
+class RealDisk : public testing::Test {
+protected:
+    RealDisk() {
+        Platform::install(platform);
+        temp.folder("p");
+        temp.folder("q");
+        temp.write("p/p.cvp", "Site=P\r\nDescription=d\r\nOwner=o\r\nNotes=n\r\nDocument=a\r\n");
+        temp.write("p/a.wml", deck);
+        project = std::make_shared<clProject>();
+        EXPECT_TRUE(project->init(temp.path("p/p.cvp")));
+    }
+    ~RealDisk() override {
+        project.reset();
+        dlgFileExists::shared().unload();
+        Platform::install(nullptr);
+    }
+    std::shared_ptr<WirelessDocument> document() { return project->Documents()->Item(1); }
+    Value create(const std::u16string& folder, const std::u16string& from,
+                 const std::u16string& name = u"N", const std::u16string& description = u"") {
+        std::u16string path = folder;
+        return project->Create(name, description, path, from, u"");
+    }
+    using Texts = std::vector<std::u16string>;
+    Texts takeShown() { return std::exchange(platform->texts, {}); }
+
+    const std::string deck = "<wml><card><p>old</p></card></wml>";
+    const Texts denied = {u"Permission denied"};
+    std::shared_ptr<Shown> platform = std::make_shared<Shown>();
+    support::TempFolder temp;
+    std::shared_ptr<clProject> project;
+};
+
+} // namespace
+
+TEST_F(RealDisk, WhatIsClosedToWritingIsToldAndStays) {
+    document()->Content(u"<wml/>");
+    temp.mode("p/a.wml", 0444);
+    EXPECT_FALSE(project->SaveDocument(u"a"));
+    EXPECT_EQ(takeShown(), denied);
+    EXPECT_EQ(temp.read("p/a.wml"), deck);
+
+    const std::string before = temp.read("p/p.cvp");
+    temp.mode("p/p.cvp", 0444);
+    EXPECT_FALSE(project->SaveAll());
+    EXPECT_EQ(takeShown(), (Texts{denied[0], denied[0]})) << "the deck and the project file";
+    EXPECT_EQ(temp.read("p/p.cvp"), before);
+
+    temp.mode("q", 0555);
+    EXPECT_FALSE(project->SaveAs(temp.path("q/n.cvp")));
+    EXPECT_EQ(takeShown(), denied);
+    EXPECT_FALSE(temp.has("q/n.cvp"));
+    EXPECT_EQ(support::failureOf([&] { create(temp.path("q/new"), temp.path("p/a.wml")); }), 76);
+    EXPECT_EQ(takeShown(), denied) << "the folder could not be made";
+
+    temp.folder("p/sub");
+    temp.write("p/sub/x", "x");
+    temp.mode("p/sub", 0555);
+    EXPECT_TRUE(project->DeleteFiles()) << "read-only files go with their folder";
+    EXPECT_FALSE(temp.has("p"));
+    temp.mode("q", 0755);
+}
+
+TEST_F(RealDisk, AFullDiskLeavesTheTextInMemory) {
+    const std::u16string text = u"<wml>" + std::u16string(5000, u'x') + u"</wml>";
+    document()->Content(text);
+    document()->isDirty(true);
+    {
+        const SmallFiles full(1000);
+        EXPECT_FALSE(project->SaveAll());
+    }
+    EXPECT_TRUE(project->NeedSave());
+    EXPECT_TRUE(document()->Content().ends_with(text));
+    EXPECT_TRUE(project->SaveAll());
+    EXPECT_EQ(temp.read("p/a.wml").size(), document()->Content().size());
+
+    project->notes(std::u16string(2000, u'n'));
+    {
+        const SmallFiles full(1000); // the lines that went out are a file that still opens
+        project->Save();
+        EXPECT_EQ(support::failureOf([&] {
+                      create(temp.path("q"), temp.path("p/p.cvp"), u"N",
+                             std::u16string(2000, u'd'));
+                  }),
+                  61);
+    }
+    EXPECT_EQ(std::make_shared<clProject>()->getFirstDocument(temp.path("p/p.cvp")), u"");
+    EXPECT_TRUE(temp.read("p/p.cvp").starts_with("Site=P\r\nDescription=d\r\n"));
+    EXPECT_EQ(takeShown(), Texts{});
+}
+
+TEST_F(RealDisk, SomethingElseInThePlaceOfAFile) {
+    temp.folder("q/n.cvp");
+    EXPECT_FALSE(project->SaveAs(temp.path("q/n.cvp"))) << "a folder of that name";
+    EXPECT_EQ(takeShown(), denied);
+    temp.folder("q/a.wml");
+    EXPECT_FALSE(project->SaveAs(temp.path("q/m.cvp")));
+    EXPECT_EQ(takeShown(), denied);
+    EXPECT_TRUE(temp.read("q/m.cvp").ends_with("Notes=n\r\n")) << "as far as it came";
+
+    const std::u16string tooLong = temp.path("q") + u"\\" + std::u16string(256, u'l') + u".cvp";
+    EXPECT_FALSE(project->SaveAs(tooLong));
+    EXPECT_FALSE(project->SaveAs(temp.path("none/n.cvp")));
+    EXPECT_EQ(takeShown(), Texts{});
+    EXPECT_EQ(project->projectFile(), temp.path("p/p.cvp"));
+}
+
+TEST_F(RealDisk, LinksAreFollowedAndNotReplaced) {
+    temp.write("q/real.wml", deck);
+    std::filesystem::remove(temp.posix("p/a.wml"));
+    std::filesystem::create_symlink(temp.posix("q/real.wml"), temp.posix("p/a.wml"));
+    document()->Content(u"<wml/>");
+    EXPECT_TRUE(project->SaveDocument(u"a"));
+    EXPECT_TRUE(std::filesystem::is_symlink(temp.posix("p/a.wml")));
+    EXPECT_TRUE(temp.read("q/real.wml").ends_with("<wml/>"));
+
+    // A project is made where the deck lies to which the given link leads; the user says overwrite.
+    temp.write("q/a.wml", "mine");
+    std::filesystem::remove(temp.posix("p/a.wml"));
+    std::filesystem::create_symlink(temp.posix("q/a.wml"), temp.posix("p/a.wml"));
+    EXPECT_EQ(create(temp.path("q"), temp.path("p/a.wml")), Value(true));
+    EXPECT_EQ(temp.read("q/a.wml"), "mine");
+}
+
+TEST_F(RealDisk, NamesOfAllKinds) {
+    temp.write("deck.wml", deck);
+    const std::vector<std::u16string> names = {
+        u"a ", u"  ", u".", u"-x", u"трын-трава", u"\xD83D\xDE00", std::u16string(251, u'n'),
+    };
+    for (const std::u16string& name : names) {
+        EXPECT_EQ(create(temp.path("q"), temp.path("deck.wml"), name), Value(true));
+        EXPECT_EQ(takeShown().size(), temp.has("q/once") ? 1U : 0U) << "the deck was there";
+        temp.write("q/once", "");
+        const auto made = std::make_shared<clProject>();
+        const std::u16string file = temp.path("q") + u"\\" + name + u".cvp";
+        EXPECT_EQ(made->getFirstDocument(file), u"deck");
+    }
+    const auto failureOf = [&](const std::string& from, const std::u16string& name) {
+        return support::failureOf([&] { create(temp.path("q"), temp.path(from), name); });
+    };
+    EXPECT_EQ(failureOf("deck.wml", std::u16string(252, u'n')), 52);
+    EXPECT_EQ(failureOf("deck.wml", u"a/b"), 76) << "no such folder";
+    EXPECT_EQ(failureOf("none.wml", u"N"), 53);
+}
+
+TEST_F(RealDisk, ADeckThatWentBetweenTwoSteps) {
+    ASSERT_TRUE(std::filesystem::remove(temp.posix("p/a.wml")));
+    EXPECT_TRUE(project->SaveAll()) << "it is written anew from memory";
+    EXPECT_TRUE(temp.read("p/a.wml").ends_with(deck));
+    ASSERT_TRUE(std::filesystem::remove(temp.posix("p/a.wml")));
+    EXPECT_FALSE(project->DeleteFiles());
+    EXPECT_FALSE(temp.has("p"));
+}
