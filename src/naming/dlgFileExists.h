@@ -15,6 +15,7 @@ namespace tessaly {
 class dlgFileExists final : private ModalFormEvents {
 public:
     static dlgFileExists& shared();
+    ~dlgFileExists() override = default;
 
     dlgFileExists(const dlgFileExists&) = delete;
     dlgFileExists& operator=(const dlgFileExists&) = delete;
@@ -48,7 +49,6 @@ private:
     struct State;
 
     dlgFileExists() = default;
-    ~dlgFileExists() override = default;
 
     void OnClick(const std::u16string& control) override;
     void OnChange(const std::u16string& control) override;
