@@ -169,7 +169,8 @@ void DeckWriter::close(Handle handle) {
         imply(index + 1, Element::Card);
         synchronise(m_entries.size());
         dropImplied(true);
-    } else if (!m_entries[index].written && isStructure && m_entries[index].suspended == 0) {
+    } else if (!m_entries[index].written && !m_entries[index].isEmptied && isStructure &&
+               m_entries[index].suspended == 0) {
         if (m_entries[index].inPlace ? e != Element::Select && e != Element::Table &&
                                            e != Element::Tr && e != Element::Optgroup
                                      : e == Element::Td || e == Element::Card) {
@@ -227,6 +228,7 @@ std::vector<DeckWriter::Handle> DeckWriter::suspendSizes() {
         }
         if (e == Element::Big || e == Element::Small) {
             ++entry.suspended;
+            entry.isEmptied = true;
             sizes.push_back(entry.handle);
         }
     }

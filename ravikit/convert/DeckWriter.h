@@ -53,7 +53,8 @@ public:
     Handle openFormat(Opening opening);
     Handle openLink(Opening opening);
     Handle openStructure(Opening opening);
-    /// Ends it. One that has a place in the source is written even if nothing was in it.
+    /// Ends it. One that has a place in the source is written even if nothing was in it, but for a
+    /// size that was suspended.
     void close(Handle handle);
 
     /// From here on `big` and `small` don't count, until `resumeSizes` is given the same.
@@ -104,6 +105,7 @@ private:
         Handle handle = 0;
         std::uint32_t instance = 0;
         std::uint32_t suspended = 0;
+        bool isEmptied = false; ///< a size that was suspended: what it held may stand outside of it
         bool inPlace = false;
         bool implied = false;
         bool written = false;

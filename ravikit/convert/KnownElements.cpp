@@ -8,6 +8,27 @@
 
 namespace ravikit {
 
+Element formatOf(PageTag tag) {
+    switch (tag) {
+    case PageTag::B:
+        return Element::B;
+    case PageTag::I:
+        return Element::I;
+    case PageTag::U:
+        return Element::U;
+    case PageTag::Em:
+        return Element::Em;
+    case PageTag::Strong:
+        return Element::Strong;
+    case PageTag::Big:
+        return Element::Big;
+    case PageTag::Small:
+        return Element::Small;
+    default:
+        return Element::Unknown;
+    }
+}
+
 std::uint32_t pageEffects(const PageTree& page, std::uint32_t node) {
     std::uint32_t effects = 0;
     const PageNode& element = page[node];
@@ -131,7 +152,7 @@ void KnownElements::matchSource(const Declarations* known) {
     findParents();
     for (std::size_t i = 0; i < m_elements.size(); ++i) {
         const Tree::Id id = elementAt(m_begins[i]);
-        if (id == Tree::none || !m_outline->isShown(id)) {
+        if (id == Tree::none || !m_outline->isShown(id) || isTurned(m_elements[i].page, id)) {
             m_byNode[m_elements[i].page] = none;
         } else {
             m_elements[i].source = id;
@@ -139,6 +160,13 @@ void KnownElements::matchSource(const Declarations* known) {
     }
     choose();
     chooseAnchors();
+}
+
+/// Whether a format was taken off: what is left of its element, mark and all, is another one.
+bool KnownElements::isTurned(std::uint32_t pageNode, Tree::Id source) const {
+    const Element element = m_outline->element(source);
+    return isFormat(element) && !m_outline->isFlat(source) &&
+           formatOf(m_page[pageNode].tag) != element;
 }
 
 Tree::Id KnownElements::elementAt(std::uint32_t begin) const {

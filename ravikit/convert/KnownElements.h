@@ -11,6 +11,9 @@
 
 namespace ravikit {
 
+/// The format that `tag` is on a page; Unknown if it is none.
+Element formatOf(PageTag tag);
+
 /// The effects of all attributes of an element of the page: of `align`, `style`, `size`.
 std::uint32_t pageEffects(const PageTree& page, std::uint32_t node);
 
@@ -58,6 +61,7 @@ private:
     void chooseAnchors();
     bool hasTextOutside() const;
     Tree::Id elementAt(std::uint32_t begin) const;
+    bool isTurned(std::uint32_t pageNode, Tree::Id source) const;
 
     const PageTree& m_page;
     std::uint32_t m_root = none;

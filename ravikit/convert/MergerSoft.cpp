@@ -8,27 +8,6 @@ namespace ravikit {
 
 namespace {
 
-constexpr Element formatOf(PageTag tag) {
-    switch (tag) {
-    case PageTag::B:
-        return Element::B;
-    case PageTag::I:
-        return Element::I;
-    case PageTag::U:
-        return Element::U;
-    case PageTag::Em:
-        return Element::Em;
-    case PageTag::Strong:
-        return Element::Strong;
-    case PageTag::Big:
-        return Element::Big;
-    case PageTag::Small:
-        return Element::Small;
-    default:
-        return Element::Unknown;
-    }
-}
-
 constexpr bool isHeading(PageTag tag) {
     return tag >= PageTag::H1 && tag <= PageTag::H6;
 }

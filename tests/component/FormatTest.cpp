@@ -92,13 +92,33 @@ TEST_F(Format, InTheMarkupViewACommandWrapsTheSelection) {
                        "rtb.SelLength= 5", "OnAdd2UndoStack 6 [" + txt + "] [world] 2"}));
     }
     EXPECT_EQ(rtb->SelText(), u"world");
-    for (const char16_t* unknown : {u"bold", u"BOLD", u" Bold", u"Bold ", u"Bol", u""}) {
-        EXPECT_EQ(exec(unknown), Log{});
+    EXPECT_EQ(exec(u"Bold").back(), "OnAdd2UndoStack 13 [<b>world</b>] [world] 2"); // once more
+    EXPECT_EQ(rtb->text, u"hello <small><b>world</b></small>");
+
+    rtb->start = 4;
+    rtb->length = 0;
+    sink.hooks["OnAdd2UndoStack"] = [&] { // all stands as it will stay
+        EXPECT_EQ(rtb->text.substr(0, 12), u"hell<b></b>o");
+        EXPECT_EQ(rtb->start, 7);
+        EXPECT_EQ(rtb->length, 0);
+    };
+    EXPECT_EQ(exec(u"Bold").back(), "OnAdd2UndoStack 4 [<b></b>] [] 2");
+}
+
+TEST_F(Format, KeysAreMatchedAsAWholeAndAnyOtherViewIsTheMarkupView) {
+    for (const auto view : std::initializer_list<std::int16_t>{0, 1, 2, 7}) {
+        format->view(view);
+        for (const char16_t* unknown : {u"bold", u"BOLD", u" Bold", u"Bold ", u"Bol", u""}) {
+            EXPECT_EQ(exec(unknown), Log{});
+        }
+        EXPECT_EQ(exec(u"Bold").size(), view == vPLain ? 1U : 4U);
     }
+    const std::u16string text = rtb->text;
     EXPECT_EQ(exec(u"Normal Font"),
               Log{"MsgBox 48 [\"Font Normal\" not supported in WML View] This function is only "
                   "available in PLAIN View. To revert back to \nnormal font size please remove any "
                   "<big> or <small> tags manually."});
+    EXPECT_EQ(rtb->text, text);
 }
 
 TEST_F(Format, AFailureStaysWithTheCallerAndUndoesNothing) {
@@ -126,8 +146,12 @@ TEST_F(Format, InThePageItUsesTheBrowsersCommandsAndPastes) {
     page.theSelection->range->selected = u"a<b";
     EXPECT_EQ(exec(u"Big Font"), Log{"pasteHTML <big>a<b</big>"});
     EXPECT_EQ(exec(u"Small Font"), Log{"pasteHTML <small>a<b</small>"});
+    page.theSelection->kind = u"None"; // a caret
+    page.theSelection->range->selected.clear();
+    EXPECT_EQ(exec(u"Big Font"), Log{"pasteHTML <big></big>"});
     page.theSelection->kind = u"Control";
     EXPECT_EQ(exec(u"Big Font"), Log{});
+    EXPECT_FALSE(doc->isDirty());
 }
 
 TEST_F(Format, InThePageAlignmentFindsTheParagraphAround) {
@@ -137,8 +161,10 @@ TEST_F(Format, InThePageAlignmentFindsTheParagraphAround) {
     };
     const auto first = element(u"P", u"p1");
     const auto second = element(u"P", u"p2");
-    second->inside = {element(u"B", u"b0"), element(u"B", u"b1")};
-    page.elements = {first, second};
+    const auto third = element(u"P", u"p3"); // in the second
+    third->inside = {element(u"B", u"b1")};
+    second->inside = {element(u"B", u"b0"), third, element(u"B", u"b1")};
+    page.elements = {first, second, third, element(u"P", u"p4")};
     page.theSelection = std::make_shared<FakeSelection>();
     FakeRange& range = *page.theSelection->range;
 
@@ -146,9 +172,12 @@ TEST_F(Format, InThePageAlignmentFindsTheParagraphAround) {
     EXPECT_EQ(exec(u"Align Left"), Log{"setAttribute p1 align left 0"});
     range.element = element(u"B", u"b1"); // another object for the element in the paragraph
     EXPECT_EQ(exec(u"Align Center"),
-              (Log{"getElementsByTagName P", "setAttribute p2 align center 0"}));
-    range.element = element(u"I", u"outside");
-    EXPECT_EQ(exec(u"Align Right"), Log{"getElementsByTagName P"});
+              (Log{"getElementsByTagName P", "setAttribute p2 align center 0",
+                   "setAttribute p3 align center 0"}));
+    for (const char16_t* const tag : {u"I", u"BODY", u"p"}) {
+        range.element = element(tag, u"outside");
+        EXPECT_EQ(exec(u"Align Right"), Log{"getElementsByTagName P"});
+    }
     page.theSelection->kind = u"Control";
     range.control = element(u"IMG", u"img");
     range.control->parent = first;

@@ -1,0 +1,105 @@
+#include "platform/HeadlessBrowser.h"
+#include "platform/HeadlessRichText.h"
+#include "platform/page/HeadlessPage.h"
+#include "tessaly.h"
+
+#include <gtest/gtest.h>
+
+using namespace tessaly;
+
+namespace {
+
+const std::u16string head = u"<wml>\n  <card>\n    <do type='prev'><prev/></do>\n    ";
+const std::u16string tail = u"\n    <p>more &#65;</p>\n  </card>\n</wml>\n";
+const std::u16string line = u"<p>one <b>two</b> <big>three</big> &nbsp;four</p>";
+
+struct UndoStack : __WirelessDocument {
+    void OnRefresh() override {}
+    void OnViewChange() override {}
+    void OnParseError(std::shared_ptr<ParseError>& err) override { FAIL() << err->line(); }
+    void OnClearErrors() override {}
+    void OnDocDirty() override {}
+    void OnUTag(std::u16string&) override {}
+    void OnAdd2UndoStack(std::int32_t&, std::u16string&, std::u16string&, std::int32_t&) override {
+        ++records;
+    }
+    int records = 0;
+};
+
+/// A deck in both controls, as a host has it.
+class NineKeys : public testing::Test {
+protected:
+    NineKeys() {
+        browser->Document(page);
+        document->wbPlain(browser);
+        document->MuRtb(text);
+        document->view(vPLain);
+    }
+
+    std::u16string deck = head + line + tail;
+    std::shared_ptr<clProject> project = std::make_shared<clProject>();
+    std::shared_ptr<WirelessDocument> document =
+        project->Documents()->Add(u"", u"deck", deck, nullptr, nullptr, nullptr, project->Ravik());
+    std::shared_ptr<HeadlessBrowser> browser =
+        std::make_shared<HeadlessBrowser>(std::make_shared<MessageLoop>());
+    std::shared_ptr<HeadlessPage> page = makePage(u"");
+    std::shared_ptr<HeadlessRichText> text = std::make_shared<HeadlessRichText>();
+    UndoStack stack;
+    Subscription subscription = document->events().advise(stack);
+};
+
+} // namespace
+
+TEST_F(NineKeys, OnThePageChangeTheLineAndNothingElse) {
+    struct Case {
+        std::u16string key;
+        std::u16string selected;
+        std::u16string line;
+    };
+    const Case cases[] = {
+        {u"Bold", u"four", u"<p>one <b>two</b> <big>three</big> &nbsp;<b>four</b></p>"},
+        {u"Bold", u"two", u"<p>one two <big>three</big> &nbsp;four</p>"},
+        {u"Italic", u"two", u"<p>one <i><b>two</b></i> <big>three</big> &nbsp;four</p>"},
+        {u"Underline", u"ne", u"<p>o<u>ne</u> <b>two</b> <big>three</big> &nbsp;four</p>"},
+        {u"Align Left", u"one",
+         u"<p align=\"left\">one <b>two</b> <big>three</big> &nbsp;four</p>"},
+        {u"Align Center", u"two",
+         u"<p align=\"center\">one <b>two</b> <big>three</big> &nbsp;four</p>"},
+        {u"Align Right", u"four",
+         u"<p align=\"right\">one <b>two</b> <big>three</big> &nbsp;four</p>"},
+        {u"Big Font", u"one", u"<p><big>one</big> <b>two</b> <big>three</big> &nbsp;four</p>"},
+        {u"Small Font", u"two",
+         u"<p>one <b><small>two</small></b> <big>three</big> &nbsp;four</p>"},
+        {u"Normal Font", u"three", u"<p>one <b>two</b> three &nbsp;four</p>"},
+    };
+    for (const Case& each : cases) {
+        document->view(vMarkup);
+        text->Text(deck);
+        document->view(vPLain);
+        ASSERT_TRUE(page->selectText(each.selected));
+        document->Format()->exec(each.key);
+        document->view(vMarkup);
+        EXPECT_EQ(text->Text(), head + each.line + tail);
+        EXPECT_TRUE(document->Tolmek()->isValidText(text->Text()));
+    }
+    EXPECT_EQ(stack.records, 0);
+    EXPECT_FALSE(document->isDirty());
+}
+
+TEST_F(NineKeys, InTheMarkupAreShownOnThePage) {
+    document->view(vMarkup);
+    for (const char16_t* const key : {u"Bold", u"Small Font", u"Align Right"}) {
+        const std::u16string before = text->Text();
+        text->SelStart(static_cast<std::int32_t>(before.find(u"more")));
+        text->SelLength(4);
+        document->Format()->exec(key);
+        EXPECT_EQ(text->SelText(), u"more");
+    }
+    EXPECT_EQ(stack.records, 3);
+    const std::u16string written = text->Text();
+    EXPECT_NE(written.find(u"<b><small><p align=\"right\">more</p></small></b>"), written.npos);
+    document->view(vPLain);
+    EXPECT_TRUE(page->selectText(u"more"));
+    document->view(vMarkup);
+    EXPECT_EQ(text->Text(), written);
+}
