@@ -1,10 +1,9 @@
 // Making a new project on disk.
 
+#include "external/Platform.h"
 #include "project/ProjectFile.h"
 #include "project/clProject.h"
 #include "project/modGeneral.h"
-
-#include "external/Platform.h"
 
 namespace tessaly {
 
@@ -17,7 +16,10 @@ Value clProject::Create(const std::u16string& strName, const std::u16string& str
     const std::u16string fileName = fso.GetFileName(strFullDocumentName);
     std::u16string target = m_StringEx->trimCharacter(strPath, u"\\") + u"\\" + fileName;
 
-    const bool inTemporaryFolder = fso.GetAbsolutePathName(modGeneral::getTempPath()) == strPath;
+    const std::u16string temporary = modGeneral::getTempPath();
+    // No path at all would stand for the current folder, where nothing may be replaced unasked.
+    const bool inTemporaryFolder =
+        !temporary.empty() && fso.GetAbsolutePathName(temporary) == strPath;
     if (!inTemporaryFolder) {
         while (modGeneral::promptFileExists(target, strFullDocumentName)) {
             Platform::current()->DoEvents();
