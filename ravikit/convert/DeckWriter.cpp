@@ -503,7 +503,10 @@ std::vector<std::size_t> DeckWriter::effective(std::size_t limit) const {
 
 /// Closes and opens until of the entries the first `limit` stand open in what is written.
 void DeckWriter::synchronise(std::size_t limit) {
-    const std::vector<std::size_t> indices = effective(limit);
+    openExactly(effective(limit));
+}
+
+void DeckWriter::openExactly(const std::vector<std::size_t>& indices) {
     std::size_t common = 0;
     while (common < indices.size() && common < m_written.size() &&
            m_written[common].handle == m_entries[indices[common]].handle &&
@@ -548,7 +551,12 @@ void DeckWriter::writeStart(Entry& entry, std::size_t index) {
 
 /// Writes an element that nothing stands in.
 void DeckWriter::writeEmpty(std::size_t index) {
-    synchronise(index);
+    // What gives way to it is closed, but the element itself is not opened: it may be one tag.
+    std::vector<std::size_t> around = effective(index + 1);
+    if (!around.empty() && around.back() == index) {
+        around.pop_back();
+    }
+    openExactly(around);
     Entry& entry = m_entries[index];
     const bool isEmptyTag =
         entry.opening.source != Tree::none && m_tree->has(entry.opening.source, EmptyTag);

@@ -134,6 +134,7 @@ private:
     void breakInside(std::size_t structure);
     std::vector<std::size_t> effective(std::size_t limit) const;
     void synchronise(std::size_t limit);
+    void openExactly(const std::vector<std::size_t>& indices);
     void closeWritten(Handle handle);
     void writeStart(Entry& entry, std::size_t index);
     void writeEmpty(std::size_t index);
