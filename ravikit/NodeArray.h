@@ -1,14 +1,12 @@
 #pragma once
 
+#include "ravikit/LargePages.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <utility>
-
-#if defined(__linux__)
-#include <sys/mman.h>
-#endif
 
 namespace ravikit {
 
@@ -73,21 +71,7 @@ private:
         }
         m_data = static_cast<T*>(data);
         m_capacity = capacity;
-        askForLargePages();
-    }
-
-    // For a large array the time to get its memory page by page is a good part of all time.
-    void askForLargePages() {
-#if defined(__linux__)
-        constexpr std::size_t large = std::size_t{1} << 21;
-        const std::size_t ahead =
-            (large - reinterpret_cast<std::uintptr_t>(m_data) % large) % large;
-        if (bytes() >= ahead + large) {
-            // It is but a wish: whether it is granted makes no difference here.
-            static_cast<void>(madvise(reinterpret_cast<char*>(m_data) + ahead,
-                                      (bytes() - ahead) / large * large, MADV_HUGEPAGE));
-        }
-#endif
+        askForLargePages(m_data, bytes());
     }
 
     T* m_data = nullptr;

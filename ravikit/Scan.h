@@ -87,10 +87,15 @@ struct ValueStop {
 template <class Stop>
 inline const char16_t* find(const char16_t* at, const char16_t* end, const Stop& stop) {
 #if defined(__SSE2__)
+    const bool isLong = end - at >= stride;
     for (; end - at >= stride; at += stride) {
         if (const unsigned mask = maskOf(stop(narrowed(at))); mask != 0) {
             return at + __builtin_ctz(mask);
         }
+    }
+    if (isLong && at != end) { // the rest, along with units that were looked at already
+        const unsigned mask = maskOf(stop(narrowed(end - stride))) >> (stride - (end - at));
+        return mask != 0 ? at + __builtin_ctz(mask) : end;
     }
 #endif
     while (at != end && !stop(*at)) {

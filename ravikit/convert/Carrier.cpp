@@ -1,5 +1,6 @@
 #include "ravikit/convert/Carrier.h"
 
+#include <algorithm>
 #include <array>
 
 namespace ravikit {
@@ -46,6 +47,27 @@ constexpr Tables makeTables() {
 }
 constexpr Tables tables = makeTables();
 
+enum class Way : std::uint8_t { ToLetters, ToUnits };
+
+/// What stands for `unit`, or the unit that a letter stands for; 0 if there is none.
+constexpr char16_t counterpart(Way way, char16_t unit) {
+    const auto& table = way == Way::ToLetters ? tables.letterOf : tables.unitOf;
+    return unit < table.size() ? table[unit] : u'\0';
+}
+
+/// Writes the counterparts of the units from `at` on to `to`, up to the first that has none, where
+/// it leaves both.
+template <Way way>
+void exchange(const char16_t*& at, const char16_t* end, char16_t*& to) {
+    for (; at != end; ++at, ++to) {
+        const char16_t other = counterpart(way, *at);
+        if (other == 0) {
+            return;
+        }
+        *to = other;
+    }
+}
+
 void putDigits(char16_t* at, std::uint64_t number, unsigned count) {
     for (unsigned i = count; i-- > 0; number >>= 6) {
         at[i] = letters[number & 63];
@@ -66,96 +88,73 @@ std::optional<std::uint64_t> readDigits(std::u16string_view digits) {
 
 } // namespace
 
-std::uint64_t hashOf(std::u16string_view text) {
-    std::uint64_t hash = text.size() * 0x9E3779B97F4A7C15U;
-    std::size_t at = 0;
-    const auto add = [&hash](std::uint64_t word) {
-        hash = (hash ^ word) * 0xC2B2AE3D27D4EB4FU;
-        hash ^= hash >> 29;
-    };
-    for (; at + 4 <= text.size(); at += 4) {
-        add(std::uint64_t{text[at]} | std::uint64_t{text[at + 1]} << 16 |
-            std::uint64_t{text[at + 2]} << 32 | std::uint64_t{text[at + 3]} << 48);
-    }
-    for (; at < text.size(); ++at) {
-        add(text[at]);
-    }
-    return (hash ^ hash >> 32) * 0x9E3779B97F4A7C15U;
-}
-
 void appendCarried(std::u16string& page, std::u16string_view source) {
-    const std::size_t begin = page.size();
-    page.resize(begin + source.size() + source.size() / 8 + 64);
-    std::size_t out = begin;
-    const auto room = [&](std::size_t units) {
-        if (page.size() - out < units) {
-            page.resize(page.size() + page.size() / 2 + units);
-        }
-    };
-    for (std::size_t at = 0; at < source.size();) {
-        room(source.size() - at + 1);
-        char16_t* to = page.data() + out;
-        for (; at < source.size(); ++at, ++to) {
-            const char16_t letter = source[at] < 128 ? tables.letterOf[source[at]] : u'\0';
-            if (letter == 0) {
-                break;
+    std::array<char16_t, 4096> buffer; // the page need not grow for each unit
+    const char16_t* at = source.data();
+    const char16_t* const end = at + source.size();
+    while (at != end) {
+        char16_t* to = buffer.data();
+        const auto room = [&] { return buffer.data() + buffer.size() - to; };
+        while (at != end && room() >= 8) {
+            exchange<Way::ToLetters>(at, at + std::min(end - at, room()), to);
+            if (at == end || room() < 8 || counterpart(Way::ToLetters, *at) != 0) {
+                continue;
             }
-            *to = letter;
+            *to++ = runMark;
+            for (; at != end && room() >= 4 && counterpart(Way::ToLetters, *at) == 0; ++at) {
+                putDigits(to, *at, 3);
+                to += 3;
+            }
+            *to++ = runMark;
         }
-        out = static_cast<std::size_t>(to - page.data());
-        if (at == source.size()) {
-            break;
-        }
-        page[out++] = runMark;
-        for (; at < source.size() && (source[at] >= 128 || tables.letterOf[source[at]] == 0);
-             ++at, out += 3) {
-            room(4);
-            putDigits(page.data() + out, source[at], 3);
-        }
-        room(1);
-        page[out++] = runMark;
+        page.append(buffer.data(), static_cast<std::size_t>(to - buffer.data()));
     }
-    page.resize(out);
 }
 
 std::optional<std::u16string> carriedSource(std::u16string_view value) {
     std::u16string source(value.size(), u'\0');
-    std::size_t out = 0;
-    for (std::size_t at = 0; at < value.size(); ++at) {
-        const char16_t c = value[at];
-        if (c < 128 && tables.unitOf[c] != 0) {
-            source[out++] = tables.unitOf[c];
-            continue;
+    char16_t* to = source.data();
+    const char16_t* at = value.data();
+    const char16_t* const end = at + value.size();
+    for (;;) {
+        exchange<Way::ToUnits>(at, end, to);
+        if (at == end) {
+            break;
         }
-        if (c != runMark) {
+        if (*at++ != runMark) {
             return std::nullopt;
         }
-        for (++at; at < value.size() && value[at] != runMark; at += 3) {
-            const auto unit = readDigits(value.substr(at, 3));
-            if (!unit || *unit > 0xFFFF || at + 3 > value.size()) {
+        for (; at != end && *at != runMark; at += 3) {
+            const auto unit = end - at < 3 ? std::nullopt : readDigits({at, 3});
+            if (!unit || *unit > 0xFFFF) {
                 return std::nullopt;
             }
-            source[out++] = static_cast<char16_t>(*unit);
+            *to++ = static_cast<char16_t>(*unit);
         }
-        if (at >= value.size()) {
+        if (at == end) {
             return std::nullopt;
         }
+        ++at;
     }
-    source.resize(out);
+    source.resize(static_cast<std::size_t>(to - source.data()));
     return source;
 }
 
 std::size_t appendMark(std::u16string& page, std::uint64_t deck, std::uint32_t begin) {
-    constexpr unsigned fixed = Mark::deckLetters + Mark::digestLetters;
-    std::array<char16_t, fixed + 6> mark{};
-    putDigits(mark.data(), deck, Mark::deckLetters);
+    constexpr std::u16string_view attribute = u" data-mark=\"";
+    static_assert(attribute.substr(1, markAttribute.size()) == markAttribute);
+    constexpr std::size_t fixed = attribute.size() + Mark::deckLetters + Mark::digestLetters;
+    std::array<char16_t, fixed + 7> mark{};
+    std::copy(attribute.begin(), attribute.end(), mark.begin());
+    putDigits(mark.data() + attribute.size(), deck, Mark::deckLetters);
     unsigned count = 1;
     while (count < 6 && begin >> (6 * count) != 0) {
         ++count;
     }
     putDigits(mark.data() + fixed, begin, count);
-    const std::size_t place = page.size() + Mark::deckLetters;
-    page.append(mark.data(), fixed + count);
+    mark[fixed + count] = u'"';
+    const std::size_t place = page.size() + attribute.size() + Mark::deckLetters;
+    page.append(mark.data(), fixed + count + 1);
     return place;
 }
 

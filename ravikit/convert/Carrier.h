@@ -15,9 +15,6 @@ inline constexpr std::u16string_view markAttribute = u"data-mark"; ///< the mark
 inline constexpr std::u16string_view textAttribute = u"data-text"; ///< shows this attribute
 inline constexpr std::u16string_view partAttribute = u"data-part"; ///< a part of a paragraph
 
-/// A hash that is the same in every process.
-std::uint64_t hashOf(std::u16string_view text);
-
 /// Appends `source` as the value of a deck attribute.
 void appendCarried(std::u16string& page, std::u16string_view source);
 
@@ -37,7 +34,8 @@ struct Mark {
     static std::uint64_t digestOf(std::uint64_t hash) { return hash >> (64 - 6 * digestLetters); }
 };
 
-/// Appends the mark of an element whose digest isn't known yet, and gives the place for it.
+/// Appends a mark attribute for an element whose digest isn't known yet, a blank ahead of it, and
+/// gives the place for the digest.
 std::size_t appendMark(std::u16string& page, std::uint64_t deck, std::uint32_t begin);
 void setDigest(std::u16string& page, std::size_t place, std::uint64_t digest);
 

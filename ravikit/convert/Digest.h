@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Chars.h"
+#include "ravikit/convert/Hash.h"
 #include "ravikit/convert/PageTags.h"
 
 #include <cstdint>
@@ -28,30 +28,7 @@ public:
                             .pre = pre});
     }
 
-    void text(std::u16string_view text) {
-        if (m_frames.empty()) {
-            return;
-        }
-        Frame& frame = m_frames.back();
-        if (frame.pre) {
-            exactText(frame, text);
-            return;
-        }
-        Frame now = frame; // in registers
-        for (const char16_t c : text) {
-            if (c <= u' ' && isBlank(c)) {
-                now.space = !now.edge;
-                continue;
-            }
-            if (now.space) {
-                now.unit(u' ');
-                now.space = false;
-            }
-            now.edge = false;
-            now.unit(c);
-        }
-        frame = now;
-    }
+    void text(std::u16string_view text);
 
     /// Ends the innermost element and gives its digest.
     std::uint64_t close() {
@@ -87,10 +64,21 @@ private:
             mix(word);
         }
         void unit(char16_t c) {
-            waiting = waiting << 16 | c;
+            waiting |= std::uint64_t{c} << (16 * count);
             if (++count == 4) {
                 mix(waiting);
                 waiting = count = 0;
+            }
+        }
+        void units(const char16_t* at, const char16_t* end) {
+            for (; at != end && count != 0; ++at) {
+                unit(*at);
+            }
+            for (; end - at >= 4; at += 4) {
+                mix(fourUnits(at));
+            }
+            for (; at != end; ++at) {
+                unit(*at);
             }
         }
         void flush() {
@@ -99,10 +87,7 @@ private:
                 waiting = count = 0;
             }
         }
-        void mix(std::uint64_t word) {
-            hash = (hash ^ word) * 0xC2B2AE3D27D4EB4FU;
-            hash ^= hash >> 29;
-        }
+        void mix(std::uint64_t word) { hash = mixed(hash, word); }
     };
 
     void beforeChild(bool block) {
@@ -113,16 +98,7 @@ private:
         frame.space = false;
     }
 
-    static void exactText(Frame& frame, std::u16string_view text) {
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            const bool crLf = text[i] == u'\r' && i + 1 < text.size() && text[i + 1] == u'\n';
-            const char16_t c = text[i] == u'\r' ? u'\n' : text[i];
-            if (!crLf && !(frame.edge && c == u'\n')) {
-                frame.edge = false;
-                frame.unit(c);
-            }
-        }
-    }
+    static void exactText(Frame& frame, std::u16string_view text);
 
     std::vector<Frame> m_frames;
 };

@@ -140,7 +140,7 @@ Outline::Outline(const Tree& tree)
         return;
     }
     for (Tree::Id id = root; id < tree[root].next;) {
-        while (!m_open.empty() && tree[m_open.back()].next <= id) {
+        while (!m_open.empty() && tree[m_open.back().id].next <= id) {
             m_open.pop_back();
         }
         const NodeKind kind = tree.kind(id);
@@ -153,7 +153,7 @@ Outline::Outline(const Tree& tree)
         if (e != Element::Unseen || id == root) {
             enter(id, e);
         }
-        id = m_open.empty() || m_open.back() != id ? tree[id].next : id + 1;
+        id = m_open.empty() || m_open.back().id != id ? tree[id].next : id + 1;
     }
 }
 
@@ -168,8 +168,7 @@ Element Outline::element(Tree::Id id) const {
 }
 
 void Outline::enter(Tree::Id id, Element e) {
-    const Tree::Id parent = m_open.empty() ? Tree::none : m_open.back();
-    const Element above = parent == Tree::none ? Element::Unknown : element(parent);
+    const auto [parent, above] = m_open.empty() ? Open() : m_open.back();
     if (parent != Tree::none) {
         if (isShownEmpty(e) || e == Element::Br) {
             mark(Shown);
@@ -187,7 +186,7 @@ void Outline::enter(Tree::Id id, Element e) {
         }
         // A row that is out of order makes its table so.
         if (above == Element::Tr && e != Element::Td && m_open.size() > 1) {
-            m_flags[m_open[m_open.size() - 2]] |= Irregular;
+            m_flags[m_open[m_open.size() - 2].id] |= Irregular;
         }
         if ((above == Element::Wml && e != Element::Card) ||
             (above == Element::Card && !accepts(Element::Card, e))) {
@@ -208,7 +207,7 @@ void Outline::enter(Tree::Id id, Element e) {
         mark(Shown);
         return;
     }
-    m_open.push_back(id);
+    m_open.push_back({id, e});
 }
 
 void Outline::noteText(NodeKind kind) {
@@ -216,8 +215,7 @@ void Outline::noteText(NodeKind kind) {
                            kind != NodeKind::CData && kind != NodeKind::Reference)) {
         return;
     }
-    const Tree::Id parent = m_open.back();
-    const Element e = element(parent);
+    const auto [parent, e] = m_open.back();
     if (kind == NodeKind::Blank && holdsElementsOnly(e)) {
         return;
     }
@@ -228,16 +226,16 @@ void Outline::noteText(NodeKind kind) {
     if (e == Element::Table || e == Element::Tr) {
         m_flags[parent] |= Irregular;
         if (e == Element::Tr && m_open.size() > 1) {
-            m_flags[m_open[m_open.size() - 2]] |= Irregular;
+            m_flags[m_open[m_open.size() - 2].id] |= Irregular;
         }
     }
 }
 
 /// Notes `flag` of all open elements. Above one that has it all have it already.
 void Outline::mark(Flag flag) {
-    for (auto open = m_open.rbegin(); open != m_open.rend() && (m_flags[*open] & flag) == 0;
+    for (auto open = m_open.rbegin(); open != m_open.rend() && (m_flags[open->id] & flag) == 0;
          ++open) {
-        m_flags[*open] |= flag;
+        m_flags[open->id] |= flag;
     }
 }
 

@@ -89,6 +89,10 @@ public:
 
 private:
     enum Flag : std::uint8_t { Shown = 1, HoldsBlock = 2, Irregular = 4, Bare = 8, Flat = 16 };
+    struct Open {
+        Tree::Id id = Tree::none;
+        Element element = Element::Unknown;
+    };
     void enter(Tree::Id id, Element element);
     void noteText(NodeKind kind);
     void mark(Flag flag);
@@ -96,7 +100,7 @@ private:
     const Tree* m_tree;
     std::vector<Element> m_byName;
     std::vector<std::uint8_t> m_flags;
-    std::vector<Tree::Id> m_open;
+    std::vector<Open> m_open;
 };
 
 /// The attribute that an element shows as a text of its own: `title` of a card, `alt` of a picture.

@@ -2,6 +2,7 @@
 
 #include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/Digest.h"
+#include "ravikit/convert/Hash.h"
 #include "ravikit/convert/Style.h"
 
 #include <algorithm>

@@ -1,9 +1,11 @@
 #include "ravikit/convert/PageWriter.h"
 
+#include "ravikit/LargePages.h"
 #include "ravikit/Scan.h"
 #include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/Digest.h"
 #include "ravikit/convert/Elements.h"
+#include "ravikit/convert/Hash.h"
 #include "ravikit/convert/Style.h"
 
 #include <vector>
@@ -15,73 +17,107 @@ namespace {
 /// How an element stands on the page. Nothing that loads, runs or leads anywhere is among them, and
 /// none that a browser would move elsewhere from where we write it.
 struct Shape {
-    std::u16string_view name;
     PageTag tag = PageTag::Span;
-    std::u16string_view attributes = {};
-    std::u16string_view caption = {}; ///< the page's element for the attribute that is shown
-    std::u16string_view captionAttributes = {};
+    std::u16string_view start; ///< the start tag but for what differs between elements
+    std::u16string_view end;
+    std::u16string_view caption = {}; ///< around the attribute that is shown: the start tag
+    std::u16string_view captionEnd = {};
+    PageTag captionTag = PageTag::None;
 };
 
-constexpr std::u16string_view boxed = u" style=\"border:1px solid #888;padding:2px\"";
-constexpr std::u16string_view button = u" style=\"border:2px outset #aaa;padding:2px\"";
-constexpr std::u16string_view link = u" style=\"color:#0000cc;border-bottom:1px solid #0000cc\"";
-constexpr std::u16string_view line = u" style=\"display:block\"";
+namespace shapes {
 
-constexpr Shape neutralBlock{u"div", PageTag::Div};
-constexpr Shape neutral{u"span", PageTag::Span};
+constexpr Shape neutralBlock{PageTag::Div, u"<div", u"</div>"};
+constexpr Shape neutral{PageTag::Span, u"<span", u"</span>"};
+constexpr Shape deck{PageTag::Div, u"<div class=\"deck\"", u"</div>"};
+constexpr Shape card{PageTag::Div, u"<div class=\"card\"",
+                     u"</div>",    u"<h2 data-text=\"title\">",
+                     u"</h2>",     PageTag::H2};
+constexpr Shape paragraph{PageTag::P, u"<p", u"</p>"};
+constexpr Shape preformatted{PageTag::Pre, u"<pre", u"</pre>"};
+constexpr Shape table{PageTag::Table, u"<table border=\"1\"",
+                      u"</table>",    u"<caption data-text=\"title\">",
+                      u"</caption>",  PageTag::Caption};
+constexpr Shape neutralTable{PageTag::Div, u"<div",     u"</div>", u"<div data-text=\"title\">",
+                             u"</div>",    PageTag::Div};
+constexpr Shape row{PageTag::Tr, u"<tr", u"</tr>"};
+constexpr Shape cell{PageTag::Td, u"<td", u"</td>"};
+constexpr Shape fieldset{PageTag::Div, u"<div style=\"border:1px solid #888;padding:2px\"",
+                         u"</div>",    u"<div data-text=\"title\">",
+                         u"</div>",    PageTag::Div};
+constexpr Shape choice{PageTag::Span,
+                       u"<span style=\"display:inline-block;border:1px solid #888;padding:2px\"",
+                       u"</span>"};
+constexpr Shape group{PageTag::Span, u"<span style=\"display:block\"",
+                      u"</span>",    u"<span data-text=\"title\" style=\"display:block\">",
+                      u"</span>",    PageTag::Span};
+constexpr Shape option{PageTag::Span, u"<span style=\"display:block\"", u"</span>"};
+constexpr Shape box{PageTag::Span, u"<span style=\"border:1px solid #888;padding:2px\"",
+                    u"</span>"};
+constexpr Shape button{PageTag::Span, u"<span style=\"border:2px outset #aaa;padding:2px\"",
+                       u"</span>"};
+constexpr Shape link{PageTag::Span,
+                     u"<span style=\"color:#0000cc;border-bottom:1px solid #0000cc\"", u"</span>"};
+constexpr Shape b{PageTag::B, u"<b", u"</b>"};
+constexpr Shape i{PageTag::I, u"<i", u"</i>"};
+constexpr Shape u{PageTag::U, u"<u", u"</u>"};
+constexpr Shape em{PageTag::Em, u"<em", u"</em>"};
+constexpr Shape strong{PageTag::Strong, u"<strong", u"</strong>"};
+constexpr Shape big{PageTag::Big, u"<big", u"</big>"};
+constexpr Shape small{PageTag::Small, u"<small", u"</small>"};
 
-Shape shapeOf(Element element, bool irregular) {
+} // namespace shapes
+
+const Shape& shapeOf(Element element, bool irregular) {
     switch (element) {
     case Element::Wml:
-        return {u"div", PageTag::Div, u" class=\"deck\""};
+        return shapes::deck;
     case Element::Card:
-        return {u"div", PageTag::Div, u" class=\"card\"", u"h2"};
+        return shapes::card;
     case Element::P:
-        return irregular ? neutralBlock : Shape{u"p", PageTag::P};
+        return irregular ? shapes::neutralBlock : shapes::paragraph;
     case Element::Pre:
-        return {u"pre", PageTag::Pre};
+        return shapes::preformatted;
     case Element::Table:
-        return irregular ? Shape{u"div", PageTag::Div, {}, u"div"}
-                         : Shape{u"table", PageTag::Table, u" border=\"1\"", u"caption"};
+        return irregular ? shapes::neutralTable : shapes::table;
     case Element::Tr:
-        return irregular ? neutralBlock : Shape{u"tr", PageTag::Tr};
+        return irregular ? shapes::neutralBlock : shapes::row;
     case Element::Td:
-        return irregular ? neutralBlock : Shape{u"td", PageTag::Td};
+        return irregular ? shapes::neutralBlock : shapes::cell;
     case Element::Fieldset:
-        return {u"div", PageTag::Div, boxed, u"div"};
+        return shapes::fieldset;
     case Element::HtmlBlock:
-        return neutralBlock;
+        return shapes::neutralBlock;
     case Element::Select:
-        return {u"span", PageTag::Span,
-                u" style=\"display:inline-block;border:1px solid #888;padding:2px\""};
+        return shapes::choice;
     case Element::Optgroup:
-        return {u"span", PageTag::Span, line, u"span", line};
+        return shapes::group;
     case Element::Option:
-        return {u"span", PageTag::Span, line};
+        return shapes::option;
     case Element::Input:
     case Element::Img:
-        return {u"span", PageTag::Span, boxed};
+        return shapes::box;
     case Element::Do:
-        return {u"span", PageTag::Span, button};
+        return shapes::button;
     case Element::A:
     case Element::Anchor:
-        return {u"span", PageTag::Span, link};
+        return shapes::link;
     case Element::B:
-        return {u"b", PageTag::B};
+        return shapes::b;
     case Element::I:
-        return {u"i", PageTag::I};
+        return shapes::i;
     case Element::U:
-        return {u"u", PageTag::U};
+        return shapes::u;
     case Element::Em:
-        return {u"em", PageTag::Em};
+        return shapes::em;
     case Element::Strong:
-        return {u"strong", PageTag::Strong};
+        return shapes::strong;
     case Element::Big:
-        return {u"big", PageTag::Big};
+        return shapes::big;
     case Element::Small:
-        return {u"small", PageTag::Small};
+        return shapes::small;
     default:
-        return neutral;
+        return shapes::neutral;
     }
 }
 
@@ -114,6 +150,7 @@ public:
 
     std::u16string write() {
         m_page.reserve(m_tree.text().size() * 3 + 1024);
+        askForLargePages(m_page.data(), m_page.capacity() * sizeof(char16_t));
         const Tree::Id root = m_tree.documentElement();
         if (root == Tree::none) {
             m_digest.open(PageTag::Pre, 0);
@@ -135,7 +172,7 @@ private:
 
     struct Frame {
         Tree::Id next; ///< the node behind it
-        std::u16string_view name;
+        std::u16string_view endTag;
         std::size_t mark = none; ///< where its digest goes
         Element element = Element::Unknown;
         bool inParts = false; ///< its inline content stands in paragraphs of the page
@@ -185,7 +222,8 @@ private:
     }
 
     Tree::Id writeElement(Tree::Id id) {
-        if (m_outline.isBreak(id)) {
+        const Element element = m_outline.element(id);
+        if (element == Element::Br) {
             openPart();
             m_page += u"<br>";
             m_digest.open(PageTag::Br, 0);
@@ -195,13 +233,12 @@ private:
         if (!m_outline.isShown(id)) {
             return m_tree[id].next;
         }
-        const Element element = m_outline.element(id);
         const bool flat = m_outline.isFlat(id);
-        const bool neutralTable =
+        const bool isNeutral =
             m_outline.isIrregular(id) || ((element == Element::Tr || element == Element::Td) &&
                                           (m_open.empty() || m_open.back().isNeutral));
         const bool split = element == Element::P && m_outline.holdsBlock(id);
-        const Shape shape = flat ? neutral : shapeOf(element, neutralTable || split);
+        const Shape& shape = flat ? shapes::neutral : shapeOf(element, isNeutral || split);
         if (isBlockTag(shape.tag) || (!flat && m_outline.holdsBlock(id))) {
             closePart();
         } else {
@@ -209,7 +246,7 @@ private:
         }
         openMarked(id, element, shape);
         Frame& frame = m_open.back();
-        frame.isNeutral = neutralTable;
+        frame.isNeutral = isNeutral;
         frame.inParts = split;
         frame.skipsBlanks = holdsElementsOnly(element) && !m_outline.isBare(id);
         writeCaption(id, element, shape);
@@ -217,7 +254,7 @@ private:
             writeFlat(id);
             return m_tree[id].next;
         }
-        if (element == Element::Table && !neutralTable) {
+        if (element == Element::Table && !isNeutral) {
             m_page += u"<tbody>";
             m_digest.open(PageTag::Tbody, 0);
             m_open.back().hasBody = true;
@@ -226,18 +263,12 @@ private:
     }
 
     void openMarked(Tree::Id id, Element element, const Shape& shape) {
-        m_page += u'<';
-        m_page += shape.name;
-        m_page += shape.attributes;
+        m_page += shape.start;
         std::u16string_view align;
         if (element == Element::P) {
             align = writeParagraphAttributes(id, shape.tag == PageTag::P);
         }
-        m_page += u' ';
-        m_page += markAttribute;
-        m_page += u"=\"";
         const std::size_t mark = appendMark(m_page, m_deck, m_tree[id].begin);
-        m_page += u'"';
         if (m_open.empty()) {
             m_page += u' ';
             m_page += deckAttribute;
@@ -251,7 +282,7 @@ private:
         m_page += u'>';
         m_digest.open(shape.tag, shape.tag == PageTag::P ? alignCode(align) : 0);
         m_open.push_back(
-            {.next = m_tree[id].next, .name = shape.name, .mark = mark, .element = element});
+            {.next = m_tree[id].next, .endTag = shape.end, .mark = mark, .element = element});
         m_open.back().align = align;
         if (shape.tag == PageTag::Pre) {
             m_page += u'\n'; // a reader of HTML drops the first line end
@@ -302,15 +333,11 @@ private:
         if (caption.empty()) {
             return;
         }
-        m_page += u'<';
         m_page += shape.caption;
-        appendTextAttribute(element);
-        m_page += shape.captionAttributes;
-        m_page += u'>';
-        m_digest.open(pageTagOf(shape.caption), 0);
+        m_digest.open(shape.captionTag, 0);
         text(caption);
         m_digest.close();
-        closeTag(shape.caption);
+        m_page += shape.captionEnd;
     }
 
     /// All that `id` holds as one text.
@@ -333,16 +360,16 @@ private:
         if (m_open.empty() || !m_open.back().inParts) {
             return;
         }
-        Frame& paragraph = m_open.back();
-        const Frame part{.next = paragraph.next,
-                         .name = u"p",
+        Frame& whole = m_open.back();
+        const Frame part{.next = whole.next,
+                         .endTag = shapes::paragraph.end,
                          .element = Element::P,
                          .isPart = true,
-                         .align = paragraph.align};
+                         .align = whole.align};
         m_page += u"<p ";
         m_page += partAttribute;
         m_page += u"=\"";
-        for (const char c : std::to_string(++paragraph.parts)) {
+        for (const char c : std::to_string(++whole.parts)) {
             m_page += static_cast<char16_t>(c);
         }
         m_page += u'"';
@@ -368,20 +395,14 @@ private:
         const Frame& frame = m_open.back();
         if (frame.hasBody) {
             m_digest.close();
-            closeTag(u"tbody");
+            m_page += u"</tbody>";
         }
         const std::uint64_t digest = m_digest.close();
         if (frame.mark != none) {
             setDigest(m_page, frame.mark, Mark::digestOf(digest));
         }
-        closeTag(frame.name);
+        m_page += frame.endTag;
         m_open.pop_back();
-    }
-
-    void closeTag(std::u16string_view name) {
-        m_page += u"</";
-        m_page += name;
-        m_page += u'>';
     }
 
     void text(std::u16string_view text) {
