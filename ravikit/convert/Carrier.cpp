@@ -112,14 +112,18 @@ void appendCarried(std::u16string& page, std::u16string_view source) {
 }
 
 std::optional<std::u16string> carriedSource(std::u16string_view value) {
-    std::u16string source(value.size(), u'\0');
-    char16_t* to = source.data();
+    std::u16string source;
+    source.reserve(value.size());
+    std::array<char16_t, 4096> buffer;
     const char16_t* at = value.data();
     const char16_t* const end = at + value.size();
-    for (;;) {
-        exchange<Way::ToUnits>(at, end, to);
-        if (at == end) {
-            break;
+    while (at != end) {
+        char16_t* to = buffer.data();
+        exchange<Way::ToUnits>(
+            at, at + std::min(end - at, static_cast<std::ptrdiff_t>(buffer.size())), to);
+        source.append(buffer.data(), static_cast<std::size_t>(to - buffer.data()));
+        if (at == end || counterpart(Way::ToUnits, *at) != 0) {
+            continue;
         }
         if (*at++ != runMark) {
             return std::nullopt;
@@ -129,14 +133,13 @@ std::optional<std::u16string> carriedSource(std::u16string_view value) {
             if (!unit || *unit > 0xFFFF) {
                 return std::nullopt;
             }
-            *to++ = static_cast<char16_t>(*unit);
+            source += static_cast<char16_t>(*unit);
         }
         if (at == end) {
             return std::nullopt;
         }
         ++at;
     }
-    source.resize(static_cast<std::size_t>(to - source.data()));
     return source;
 }
 

@@ -6,6 +6,7 @@
 #include "ravikit/convert/Style.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ravikit {
 
@@ -55,7 +56,7 @@ KnownElements::KnownElements(const PageTree& page, const Declarations* known)
         return;
     }
     readMarks();
-    if (unchangedSource() == nullptr) {
+    if (!isUnchanged()) {
         matchSource(known);
     }
 }
@@ -121,9 +122,9 @@ void KnownElements::readMarks() {
     closeUpTo(m_page.size());
 }
 
-const std::u16string* KnownElements::unchangedSource() const {
+bool KnownElements::isUnchanged() const {
     const KnownElement* const root = m_root == none ? nullptr : find(m_root);
-    return root != nullptr && root->isUnchanged && !hasTextOutside() ? &m_source : nullptr;
+    return root != nullptr && root->isUnchanged && !hasTextOutside();
 }
 
 /// Whether the page has more than the deck and what a browser has around any page.
@@ -151,8 +152,10 @@ void KnownElements::matchSource(const Declarations* known) {
     }
     m_outline.emplace(*m_tree);
     findParents();
+    Tree::Id near = m_tree->documentElement();
     for (std::size_t i = 0; i < m_elements.size(); ++i) {
-        const Tree::Id id = elementAt(m_begins[i]);
+        const Tree::Id id = elementAt(m_begins[i], near);
+        near = id == Tree::none ? near : id;
         if (id == Tree::none || !m_outline->isShown(id) || isTurned(m_elements[i].page, id)) {
             m_byNode[m_elements[i].page] = none;
         } else {
@@ -170,10 +173,22 @@ bool KnownElements::isTurned(std::uint32_t pageNode, Tree::Id source) const {
            formatOf(m_page[pageNode].tag) != element;
 }
 
-Tree::Id KnownElements::elementAt(std::uint32_t begin) const {
+/// The element of the source that begins there, or none. The search starts `from` a node, since the
+/// marks of a page mostly come in the order of the source, each near the one before.
+Tree::Id KnownElements::elementAt(std::uint32_t begin, Tree::Id from) const {
     const Tree& tree = *m_tree;
     Tree::Id low = tree.documentElement();
     Tree::Id high = tree[low].next;
+    if (tree[from].begin <= begin) {
+        low = from;
+        for (Tree::Id step = 1; step < high - low; step *= 2) {
+            if (tree[low + step].begin > begin) {
+                high = low + step;
+                break;
+            }
+            low += step;
+        }
+    }
     while (low < high) {
         const Tree::Id middle = low + (high - low) / 2;
         if (tree[middle].begin < begin) {
@@ -220,21 +235,21 @@ void KnownElements::choose() {
 
 /// Of the elements that still stand in their parent the most that are in the order of the source.
 void KnownElements::chooseAnchors() {
-    std::vector<std::vector<std::uint32_t>> children(m_elements.size());
-    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
-        KnownElement& element = m_elements[i];
-        if (element.source == Tree::none || element.isCopy || element.parent == i) {
-            continue;
-        }
-        if (m_elements[element.parent].source == m_parents[element.source]) {
-            children[element.parent].push_back(i);
+    // The children that stand in their parent as lists, each in the order of the page.
+    std::vector<std::uint32_t> first(m_elements.size(), none);
+    std::vector<std::uint32_t> next(m_elements.size(), none);
+    for (auto i = static_cast<std::uint32_t>(m_elements.size()); i-- > 0;) {
+        const KnownElement& element = m_elements[i];
+        if (element.source != Tree::none && !element.isCopy && element.parent != i &&
+            m_elements[element.parent].source == m_parents[element.source]) {
+            next[i] = std::exchange(first[element.parent], i);
         }
     }
     std::vector<std::uint32_t> ends; // the last of the best chain of each length
     std::vector<std::uint32_t> ahead(m_elements.size(), none);
-    for (std::uint32_t parent = 0; parent < children.size(); ++parent) {
+    for (std::uint32_t parent = 0; parent < m_elements.size(); ++parent) {
         ends.clear();
-        for (const std::uint32_t child : children[parent]) {
+        for (std::uint32_t child = first[parent]; child != none; child = next[child]) {
             const auto at = std::lower_bound(ends.begin(), ends.end(), child,
                                              [this](std::uint32_t a, std::uint32_t b) {
                                                  return m_elements[a].source < m_elements[b].source;
@@ -250,7 +265,7 @@ void KnownElements::chooseAnchors() {
             m_elements[i].isAnchor = true;
         }
         m_elements[parent].firstAnchor = static_cast<std::uint32_t>(m_anchors.size());
-        for (const std::uint32_t child : children[parent]) {
+        for (std::uint32_t child = first[parent]; child != none; child = next[child]) {
             if (m_elements[child].isAnchor) {
                 m_anchors.push_back(m_elements[child].source);
             }

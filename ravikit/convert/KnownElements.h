@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ravikit {
@@ -37,8 +38,10 @@ public:
 
     KnownElements(const PageTree& page, const Declarations* known);
 
-    /// The deck's source if the page shows just it, untouched.
-    const std::u16string* unchangedSource() const;
+    /// Whether the page shows the deck that it was made from, untouched, and nothing else.
+    bool isUnchanged() const;
+    /// The deck's source, for which this object is then of no more use.
+    std::u16string takeSource() { return std::move(m_source); }
 
     /// The source's tree; null if the page carries no deck.
     const Tree* tree() const { return m_tree.get(); }
@@ -60,7 +63,7 @@ private:
     void choose();
     void chooseAnchors();
     bool hasTextOutside() const;
-    Tree::Id elementAt(std::uint32_t begin) const;
+    Tree::Id elementAt(std::uint32_t begin, Tree::Id from) const;
     bool isTurned(std::uint32_t pageNode, Tree::Id source) const;
 
     const PageTree& m_page;

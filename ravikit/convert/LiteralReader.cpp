@@ -180,9 +180,8 @@ private:
             return false;
         }
         ++m_at;
-        const PageNode& open = m_page[m_open.back()];
-        const PageTag tag = pageTagOf(name);
-        if (tag != open.tag || (open.text != name && !sameName(open.text, name))) {
+        const std::u16string_view open = m_page[m_open.back()].text;
+        if (open != name && !sameName(open, name)) {
             return false;
         }
         m_page.close(m_open.back());
@@ -205,7 +204,7 @@ private:
     bool readStartTag() {
         ++m_at;
         const std::u16string_view name = readName();
-        const PageTag tag = pageTagOf(name);
+        const auto [tag, isVoid] = knownTag(name);
         if (tag == PageTag::NeedsHtml) {
             return false;
         }
@@ -218,7 +217,7 @@ private:
             return skipRawText(name);
         }
         const bool alone = m_at[-2] == u'/'; // a slash that HTML takes no notice of
-        if (!isVoidTag(name)) {
+        if (!isVoid) {
             if (alone) {
                 return false;
             }

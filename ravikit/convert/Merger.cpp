@@ -197,9 +197,9 @@ void Merger::drop(std::u16string_view what) {
 
 bool mergePage(const PageTree& page, bool strict, const Declarations* known, std::u16string& markup,
                Problems& problems) {
-    const KnownElements elements(page, known);
-    if (const std::u16string* const source = elements.unchangedSource()) {
-        markup = *source;
+    KnownElements elements(page, known);
+    if (elements.isUnchanged()) {
+        markup = elements.takeSource();
         return true;
     }
     Merger merger(page, elements);

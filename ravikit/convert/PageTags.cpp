@@ -159,14 +159,9 @@ const Named* find(std::u16string_view name) {
 
 } // namespace
 
-PageTag pageTagOf(std::u16string_view name) {
+KnownTag knownTag(std::u16string_view name) {
     const Named* const one = find(name);
-    return one == nullptr ? PageTag::Other : one->tag;
-}
-
-bool isVoidTag(std::u16string_view name) {
-    const Named* const one = find(name);
-    return one != nullptr && one->isVoid;
+    return one == nullptr ? KnownTag() : KnownTag{one->tag, one->isVoid};
 }
 
 } // namespace ravikit

@@ -61,12 +61,19 @@ enum class PageTag : std::uint8_t {
     NeedsHtml ///< an element with parsing rules of its own
 };
 
-/// The element of this name, in any case of letters.
-PageTag pageTagOf(std::u16string_view name);
+/// The element of this name, in any case of letters; `isVoid`: nothing can stand in it.
+struct KnownTag {
+    PageTag tag = PageTag::Other;
+    bool isVoid = false;
+};
+KnownTag knownTag(std::u16string_view name);
+
+inline PageTag pageTagOf(std::u16string_view name) {
+    return knownTag(name).tag;
+}
 
 constexpr bool isBlockTag(PageTag tag) {
     return tag >= PageTag::Body && tag <= PageTag::Br;
 }
-bool isVoidTag(std::u16string_view name);
 
 } // namespace ravikit

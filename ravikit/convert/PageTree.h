@@ -54,7 +54,10 @@ public:
     /// Keeps a copy of `text` as long as the tree.
     std::u16string_view keep(std::u16string_view text);
     void clear();
-    void reserve(std::size_t nodes) { m_nodes.reserve(nodes); }
+    void reserve(std::size_t nodes) {
+        m_nodes.reserve(nodes);
+        m_attributes.reserve(nodes);
+    }
 
 private:
     static constexpr std::size_t chunkUnits = 1 << 16;

@@ -59,6 +59,10 @@ std::uint32_t cssSize(std::u16string_view value) {
 }
 
 std::uint32_t propertyEffect(std::u16string_view name, std::u16string_view value) {
+    const char16_t first = name.empty() ? u'\0' : lower(name.front());
+    if (first != u't' && first != u'f') {
+        return 0; // no property that counts begins with another letter
+    }
     if (sameWord(name, u"text-align")) {
         return alignCode(value);
     }
@@ -76,7 +80,7 @@ std::uint32_t propertyEffect(std::u16string_view name, std::u16string_view value
 
 } // namespace
 
-bool sameWord(std::u16string_view text, std::u16string_view word) {
+bool sameWordInAnyCase(std::u16string_view text, std::u16string_view word) {
     return text.size() == word.size() &&
            std::equal(text.begin(), text.end(), word.begin(),
                       [](char16_t a, char16_t b) { return lower(a) == b; });

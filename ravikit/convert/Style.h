@@ -28,7 +28,10 @@ std::uint32_t styleEffects(std::u16string_view css);
 std::uint32_t fontSizeEffect(std::u16string_view size);
 
 /// Whether the texts agree but for the case of ASCII letters; `lower` is in small ones.
-bool sameWord(std::u16string_view text, std::u16string_view lower);
+bool sameWordInAnyCase(std::u16string_view text, std::u16string_view lower);
+inline bool sameWord(std::u16string_view text, std::u16string_view lower) {
+    return text.size() == lower.size() && (text == lower || sameWordInAnyCase(text, lower));
+}
 
 /// `text` without blanks at its ends.
 std::u16string_view trimmed(std::u16string_view text);
