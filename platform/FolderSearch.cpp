@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <ctime>
 #include <memory>
+#include <mutex>
 #include <unordered_map>
 #include <utility>
 
@@ -68,10 +69,16 @@ constexpr std::chrono::microseconds slowReading(250);
 constexpr int youngFor = 20;
 
 /// The folders that were searched last: a path can lead through several that are written in
-/// another case.
+/// another case. Whoever uses them holds the mutex. They are not one set a thread, since a thread
+/// that has to end them keeps the library loaded.
 std::array<KnownFolder, 8>& knownFolders() {
-    thread_local std::array<KnownFolder, 8> folders;
+    static std::array<KnownFolder, 8> folders;
     return folders;
+}
+
+std::mutex& knownFoldersMutex() {
+    static std::mutex mutex;
+    return mutex;
 }
 
 /// What is known of the folder, or else the place of what is known longest.
@@ -167,6 +174,7 @@ std::optional<std::string> findIgnoringCase(const std::string& folder, std::u16s
     if (!open) {
         return std::nullopt;
     }
+    const std::lock_guard lock(knownFoldersMutex());
     KnownFolder& known = placeOf(*state);
     if (!known.describes(*state)) {
         known = readFolder(open.get(), *state);
@@ -185,6 +193,7 @@ NewEntry::NewEntry(const std::string& path)
     : m_folder(path, 0, path.rfind('/') + 1)
     , m_name(path, path.rfind('/') + 1) {
     const auto state = stateOf(m_folder);
+    const std::lock_guard lock(knownFoldersMutex());
     m_wasKnown = state && placeOf(*state).describes(*state);
 }
 
@@ -192,6 +201,7 @@ void NewEntry::made() const {
     const auto state = stateOf(m_folder);
     const auto text = decodeUtf8(m_name);
     if (m_wasKnown && state && text) {
+        const std::lock_guard lock(knownFoldersMutex());
         KnownFolder& known = placeOf(*state);
         keepFirst(known.index[toLower(*text)], m_name);
         known.state = *state;

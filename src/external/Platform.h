@@ -35,6 +35,10 @@ public:
     /// Puts `platform` in force. None brings the default one back.
     static void install(std::shared_ptr<Platform> platform);
 
+    /// Drops the default platform if it is all that is left of the component's objects, so that it
+    /// alone does not keep the component loaded.
+    static void dropIdleDefault();
+
     /// New objects. One that cannot be made fails.
     virtual std::shared_ptr<IXMLDOMDocument2> newDOMDocument() = 0;
     virtual std::shared_ptr<Ravik> newRavik() = 0;

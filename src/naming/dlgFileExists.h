@@ -37,6 +37,9 @@ public:
     /// Drops the window. One that is up is closed, as if by the user.
     void unload();
 
+    /// True while the window waits for an answer.
+    bool isUp() const { return m_up; }
+
 private:
     enum Mode : std::int32_t {
         modeProjectReadOnly,

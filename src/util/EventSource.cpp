@@ -1,6 +1,7 @@
 #include "util/EventSource.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tessaly {
 
@@ -50,10 +51,9 @@ Subscription& Subscription::operator=(Subscription&& other) noexcept {
 }
 
 void Subscription::end() {
-    if (const std::shared_ptr<SinkList> sinks = m_sinks.lock()) {
+    if (const std::shared_ptr<SinkList> sinks = std::exchange(m_sinks, nullptr)) {
         sinks->remove(m_token);
     }
-    m_sinks.reset();
 }
 
 } // namespace tessaly

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "util/Object.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -9,8 +11,9 @@
 namespace tessaly {
 
 /// The sinks of one event source. It is held by count, so that it outlives a source that is
-/// dropped inside a handler.
-class SinkList {
+/// dropped inside a handler. It is an object that counts as alive, so that nobody unloads the code
+/// that made it while a Subscription still refers to it.
+class SinkList : public Object {
 public:
     using Token = std::uint64_t;
 
@@ -64,14 +67,12 @@ private:
 class [[nodiscard]] Subscription {
 public:
     Subscription() = default;
-    Subscription(std::weak_ptr<SinkList> sinks, SinkList::Token token)
+    Subscription(std::shared_ptr<SinkList> sinks, SinkList::Token token)
         : m_sinks(std::move(sinks))
         , m_token(token) {}
     Subscription(Subscription&& other) noexcept
         : m_sinks(std::move(other.m_sinks))
-        , m_token(other.m_token) {
-        other.m_sinks.reset();
-    }
+        , m_token(other.m_token) {}
     Subscription& operator=(Subscription&& other) noexcept;
     Subscription(const Subscription&) = delete;
     Subscription& operator=(const Subscription&) = delete;
@@ -81,7 +82,7 @@ public:
     void end();
 
 private:
-    std::weak_ptr<SinkList> m_sinks;
+    std::shared_ptr<SinkList> m_sinks;
     SinkList::Token m_token = 0;
 };
 
