@@ -106,12 +106,16 @@ void Merger::flush(bool isLast, bool beforeBlock) {
 /// Takes out the blanks that don't count.
 void Merger::normaliseItems(const GapPlace& place) {
     if (place.exact) {
-        std::size_t skip = 0;
-        while (place.edgeBefore && skip < m_items.size() &&
-               m_items[skip].kind == Item::Kind::Character && m_items[skip].unit == u'\n') {
-            ++skip;
+        const auto isCharacter = [](const Item& item) {
+            return item.kind == Item::Kind::Character;
+        };
+        const auto isText = [&](const Item& item) {
+            return isCharacter(item) && item.unit != u'\n';
+        };
+        if (place.edgeBefore) { // what new elements begin in it too
+            const auto first = std::find_if(m_items.begin(), m_items.end(), isText);
+            m_items.erase(std::remove_if(m_items.begin(), first, isCharacter), first);
         }
-        m_items.erase(m_items.begin(), m_items.begin() + static_cast<std::ptrdiff_t>(skip));
         return;
     }
     const auto isBlankItem = [](const Item& item) {

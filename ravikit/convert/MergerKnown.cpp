@@ -37,11 +37,13 @@ std::uint32_t Merger::visitKnown(const KnownElement& known) {
         ++frame.nextAnchor;
     }
     const Element element = m_known.outline().element(known.source);
-    const bool done = known.isUnchanged ? writeWhole(known) : isBox(element) && writeBox(known);
+    // A changed copy of a box is what was split off it.
+    const bool isWhole = isBox(element) && !known.isCopy;
+    const bool done = known.isUnchanged ? writeWhole(known) : isWhole && writeBox(known);
     if (done) {
         return m_page[known.page].next;
     }
-    if (isBox(element)) { // no place for it: its text at least
+    if (isBox(element)) { // its text at least
         writeText(textOf(known.page));
         return m_page[known.page].next;
     }

@@ -306,4 +306,39 @@ TEST(ConvertEdited, OneChangeOfAGeneratedDeck) {
     std::cout << "tried: " << edits << " edits of generated decks\n";
 }
 
+/// What real browsers make of an edit.
+TEST(ConvertEdited, AsABrowserWritesIt) {
+    struct Case {
+        std::u16string deck;
+        std::u16string from;
+        std::u16string to;
+        std::u16string changed;
+    };
+    const Case cases[] = {
+        // The first line end of a pre is not the browser's.
+        {u"<pre>\n a <i>b</i></pre>", u"\n\n a ", u"<b>\n a </b>",
+         u"<pre><b>\n a </b><i>b</i></pre>"},
+        // Enter in the middle of a box: what was split off it is text.
+        {u"<p><img src='s' alt='one two'/></p>", u"one two</span>",
+         u"one</span><span data-mark=MARK data-text='alt'> two</span>",
+         u"<p><img src='s' alt=\"one\"/> two</p>"},
+        // The normal size, in all that a size holds.
+        {u"<p>a <big>b</big> c</p>", u">b</big>", u"><font size=\"3\">b</font></big>",
+         u"<p>a b c</p>"},
+    };
+    for (const Case& each : cases) {
+        const std::u16string around = u"<wml><card>" + each.deck + u"</card></wml>";
+        std::u16string page = plainOf(around);
+        std::u16string to = each.to;
+        const std::size_t at = page.find(each.from);
+        ASSERT_NE(at, page.npos) << toUtf8(page);
+        if (const std::size_t mark = to.find(u"MARK"); mark != to.npos) {
+            to.replace(mark, 4, page.substr(page.rfind(u"data-mark=", at) + 10, 16));
+        }
+        page.replace(at, each.from.size(), to);
+        EXPECT_EQ(toUtf8(markupOf(page)), toUtf8(u"<wml><card>" + each.changed + u"</card></wml>"))
+            << toUtf8(page);
+    }
+}
+
 } // namespace
