@@ -148,17 +148,26 @@ bool TerminalForm::answer(const std::u16string& line) {
 }
 
 bool TerminalForm::enter(const Control& box, const std::u16string& line) {
+    const std::u16string why = line.empty() ? u"" : objection(line);
+    if (!why.empty()) {
+        refuse(line, why);
+        return false;
+    }
     text(box.layout.name, line);
     const Control* button = confirmationOf(box);
     if (button != nullptr && !button->enabled) {
-        m_terminal.say(line.empty() ? u"A text is needed here.\n"
-                                    : u"\"" + line + u"\" cannot be taken here, another can.\n");
+        refuse(line, u"cannot be taken here, another can");
         return false;
     }
     if (button != nullptr) {
         click(button->layout.name);
     }
     return true;
+}
+
+void TerminalForm::refuse(const std::u16string& line, const std::u16string& why) const {
+    m_terminal.say(line.empty() ? u"A text is needed here.\n"
+                                : u"\"" + line + u"\" " + why + u".\n");
 }
 
 bool TerminalForm::press(const std::u16string& word) {

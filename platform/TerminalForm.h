@@ -22,6 +22,10 @@ public:
 
     void show() override;
 
+protected:
+    /// Why `text` is not even to be tried, as "cannot ..." or "is ..."; empty if it may be.
+    virtual std::u16string objection(const std::u16string& /*text*/) { return {}; }
+
 private:
     const Control* textBox() const;
     const Control* captionOf(const Control& box) const;
@@ -34,6 +38,7 @@ private:
 
     bool answer(const std::u16string& line);
     bool enter(const Control& box, const std::u16string& line);
+    void refuse(const std::u16string& line, const std::u16string& why) const;
     bool press(const std::u16string& word);
 
     Terminal m_terminal;

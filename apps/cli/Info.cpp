@@ -1,4 +1,5 @@
 #include "apps/cli/Commands.h"
+#include "apps/cli/ProjectReport.h"
 
 #include "platform/PathName.h"
 
@@ -45,22 +46,6 @@ std::vector<Row> rowsOf(tessaly::clProject& project, const std::string& file) {
             {"date", "Date", dateText(project.CreationDate())}};
 }
 
-void printJson(tessaly::clProject& project, const std::string& file, const Printer& printer) {
-    nlohmann::ordered_json report;
-    for (const Row& row : rowsOf(project, file)) {
-        report[row.key] = row.value;
-    }
-    report["decks"] = nlohmann::ordered_json::array();
-    for (const Deck& deck : Session::decksOf(project)) {
-        report["decks"].push_back({{"name", utf8(deck.document->Name())},
-                                   {"file", deck.file},
-                                   {"size", deck.document->size()},
-                                   {"cards", cardCount(*deck.document)},
-                                   {"valid", deck.document->isValidXML()}});
-    }
-    printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
-}
-
 std::string padded(std::string text, std::size_t width, bool right) {
     const std::string blanks(text.size() < width ? width - text.size() : 0, ' ');
     return right ? blanks + text : std::move(text) + blanks;
@@ -93,13 +78,30 @@ void printText(tessaly::clProject& project, const std::string& file, const Print
 
 } // namespace
 
+void printProjectJson(tessaly::clProject& project, const std::string& file,
+                      const Printer& printer) {
+    nlohmann::ordered_json report;
+    for (const Row& row : rowsOf(project, file)) {
+        report[row.key] = row.value;
+    }
+    report["decks"] = nlohmann::ordered_json::array();
+    for (const Deck& deck : Session::decksOf(project)) {
+        report["decks"].push_back({{"name", utf8(deck.document->Name())},
+                                   {"file", deck.file},
+                                   {"size", deck.document->size()},
+                                   {"cards", cardCount(*deck.document)},
+                                   {"valid", deck.document->isValidXML()}});
+    }
+    printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
 ExitStatus info(const std::string& project, bool json, const Printer& printer) {
     Session session;
     const auto opened = session.openProject(project);
     if (!opened) {
         return session.status();
     }
-    (json ? printJson : printText)(*opened, project, printer);
+    (json ? printProjectJson : printText)(*opened, project, printer);
     for (const Deck& deck : Session::decksOf(*opened)) {
         if (!deck.document->isValidXML()) {
             session.raiseStatus(ExitStatus::Invalid);

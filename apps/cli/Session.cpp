@@ -44,6 +44,10 @@ bool isProject(const std::string& path) {
     return lowerExtension(path) == ".cvp";
 }
 
+bool isDeck(const std::string& path) {
+    return lowerExtension(path) == ".wml";
+}
+
 std::int32_t cardCount(tessaly::WirelessDocument& document) {
     return document.DOM()->selectNodes(u"//card")->length();
 }
@@ -146,7 +150,7 @@ void Session::visitFolder(const std::string& folder,
          entry.increment(failed)) {
         const std::string path = entry->path().string();
         std::error_code unknown;
-        if (lowerExtension(path) == ".wml" && entry->is_regular_file(unknown)) {
+        if (isDeck(path) && entry->is_regular_file(unknown)) {
             files.push_back(path);
         }
     }

@@ -49,8 +49,10 @@ public:
     void raiseStatus(ExitStatus status);
     ExitStatus status() const { return m_status; }
 
-private:
+    /// False, and said, if `file` cannot be opened.
     bool readable(const std::string& file);
+
+private:
     void visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit);
     void visitFolder(const std::string& folder, const std::function<void(const Deck&)>& visit);
 
@@ -59,7 +61,9 @@ private:
     ExitStatus m_status = ExitStatus::Fine;
 };
 
+/// By the extension, in whatever case.
 bool isProject(const std::string& path);
+bool isDeck(const std::string& path);
 
 /// The `id` of each card of `document`, in order; empty where a card has none.
 std::vector<std::string> cardIds(tessaly::WirelessDocument& document);

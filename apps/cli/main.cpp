@@ -1,4 +1,5 @@
 #include "apps/cli/Commands.h"
+#include "apps/cli/ProjectOptions.h"
 
 #include <CLI/CLI.hpp>
 
@@ -51,7 +52,9 @@ int run(int argc, char** argv) {
     app.fallthrough();
     app.footer(
         "Exit status: 0 fine, 1 something is invalid or was refused, 2 usage, 3 a file could "
-        "not be read.");
+        "not be read or written.");
+
+    const auto runProjectCommand = cli::addProjectCommands(app);
 
     CLI::App* info = app.add_subcommand("info", "Tell what a project holds");
     info->add_option("PROJECT", options.paths, "A project file (.cvp)")->required()->expected(1);
@@ -104,7 +107,9 @@ int run(int argc, char** argv) {
     const bool colours = wantsColours(options.color, terminal);
     const cli::Printer printer(std::cout, terminal || options.color == "always", colours);
     ExitStatus status = ExitStatus::Fine;
-    if (info->parsed()) {
+    if (const auto changed = runProjectCommand(printer)) {
+        status = *changed;
+    } else if (info->parsed()) {
         status = cli::info(options.paths.front(), options.json, printer);
     } else if (check->parsed()) {
         status = cli::check(options.paths, options.views, options.json, printer);
