@@ -1,4 +1,5 @@
 #include "ravikit/Chars.h"
+#include "ravikit/Scan.h"
 #include "ravikit/convert/DeckWriter.h"
 
 #include <algorithm>
@@ -11,6 +12,29 @@ std::u16string asAttribute(const AttributeChange& change) {
     std::u16string text = change.name + u"=\"";
     appendCharacters(text, change.value, true);
     return text + u'"';
+}
+
+/// What character data or a value cannot hold as it is, or what has to be looked at.
+struct CharacterStop {
+    bool operator()(char16_t c) const {
+        return c == u'&' || c == u'<' || c == u'>' || c == u'"' || c == u'\u00A0' ||
+               scan::needsLook(c);
+    }
+#if defined(__SSE2__)
+    scan::Bytes operator()(scan::Bytes b) const {
+        using scan::either;
+        using scan::equals;
+        return either(either(either(equals(b, u'&'), equals(b, u'<')),
+                             either(equals(b, u'>'), equals(b, u'"'))),
+                      either(equals(b, u'\u00A0'), scan::Control()(b)));
+    }
+#endif
+};
+
+/// How many units `text` begins with that are written as they are.
+std::size_t plainUnits(std::u16string_view text) {
+    const char16_t* const end = text.data() + text.size();
+    return static_cast<std::size_t>(scan::find(text.data(), end, CharacterStop()) - text.data());
 }
 
 /// The line end and the blanks that `at` stands behind, if there is nothing else on its line.
@@ -37,6 +61,12 @@ std::u16string_view indentBefore(std::u16string_view text, std::size_t at) {
 bool appendCharacters(std::u16string& out, std::u16string_view text, bool isValue) {
     bool isWhole = true;
     for (std::size_t at = 0; at < text.size();) {
+        const std::size_t plain = plainUnits(text.substr(at));
+        out += text.substr(at, plain);
+        at += plain;
+        if (at == text.size()) {
+            break;
+        }
         const char32_t c = codePointAt(text, at);
         const std::size_t units = unitsOf(c);
         switch (c) {

@@ -474,10 +474,11 @@ void DeckWriter::closeWritten(Handle handle) {
     }
 }
 
-/// Which of the first `limit` entries count: not those that are suspended, and no format where the
-/// element around the text takes none.
-std::vector<std::size_t> DeckWriter::effective(std::size_t limit) const {
-    std::vector<std::size_t> indices;
+/// Finds which of the first `limit` entries count: not those that are suspended, and no format
+/// where the element around the text takes none.
+void DeckWriter::findEffective(std::size_t limit) {
+    std::vector<std::size_t>& indices = m_effective;
+    indices.clear();
     Element structure = Element::Unknown;
     for (std::size_t i = 0; i < limit; ++i) {
         const Entry& entry = m_entries[i];
@@ -498,15 +499,16 @@ std::vector<std::size_t> DeckWriter::effective(std::size_t limit) const {
         }
         indices.push_back(i);
     }
-    return indices;
 }
 
 /// Closes and opens until of the entries the first `limit` stand open in what is written.
 void DeckWriter::synchronise(std::size_t limit) {
-    openExactly(effective(limit));
+    findEffective(limit);
+    openEffective();
 }
 
-void DeckWriter::openExactly(const std::vector<std::size_t>& indices) {
+void DeckWriter::openEffective() {
+    const std::vector<std::size_t>& indices = m_effective;
     std::size_t common = 0;
     while (common < indices.size() && common < m_written.size() &&
            m_written[common].handle == m_entries[indices[common]].handle &&
@@ -552,11 +554,11 @@ void DeckWriter::writeStart(Entry& entry, std::size_t index) {
 /// Writes an element that nothing stands in.
 void DeckWriter::writeEmpty(std::size_t index) {
     // What gives way to it is closed, but the element itself is not opened: it may be one tag.
-    std::vector<std::size_t> around = effective(index + 1);
-    if (!around.empty() && around.back() == index) {
-        around.pop_back();
+    findEffective(index + 1);
+    if (!m_effective.empty() && m_effective.back() == index) {
+        m_effective.pop_back();
     }
-    openExactly(around);
+    openEffective();
     Entry& entry = m_entries[index];
     const bool isEmptyTag =
         entry.opening.source != Tree::none && m_tree->has(entry.opening.source, EmptyTag);

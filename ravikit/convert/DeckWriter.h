@@ -132,9 +132,9 @@ private:
     void addContainer(bool bare);
     std::size_t prepareLeaf(Element element, Tree::Id parent);
     void breakInside(std::size_t structure);
-    std::vector<std::size_t> effective(std::size_t limit) const;
+    void findEffective(std::size_t limit);
     void synchronise(std::size_t limit);
-    void openExactly(const std::vector<std::size_t>& indices);
+    void openEffective();
     void closeWritten(Handle handle);
     void writeStart(Entry& entry, std::size_t index);
     void writeEmpty(std::size_t index);
@@ -147,6 +147,7 @@ private:
     std::u16string m_out;
     std::vector<Entry> m_entries;
     std::vector<Written> m_written;
+    std::vector<std::size_t> m_effective; ///< what findEffective found
     Paragraph m_paragraph;
     Handle m_lastHandle = 0;
     std::uint32_t m_lastInstance = 0;

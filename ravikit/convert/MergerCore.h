@@ -60,6 +60,7 @@ private:
         enum class Kind : std::uint8_t { Character, Enter, Leave, Edge };
         Kind kind = Kind::Character;
         bool isBlock = false;
+        bool isDropped = false; ///< a blank that doesn't count
         char32_t unit = 0;      ///< as in SourceAtom
         std::uint32_t node = 0; ///< of Enter
     };
@@ -132,6 +133,7 @@ private:
     std::uint32_t m_exact = 0;    ///< open elements of the source in which each blank counts
     std::uint32_t m_newExact = 0; ///< and such that only the page has
     std::u16string m_buffer;
+    std::u16string m_newText;
     std::u16string m_lineEnd;
     std::u16string m_dropped;
 };

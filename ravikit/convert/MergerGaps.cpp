@@ -129,10 +129,9 @@ void Merger::normaliseItems(const GapPlace& place) {
             return item.kind == Item::Kind::Character && !isBlankItem(item);
         });
     bool edge = place.edgeAfter || place.noBlanks;
-    std::vector<bool> drop(m_items.size());
     for (std::size_t i = m_items.size(); i-- > 0;) {
         if (isBlankItem(m_items[i])) {
-            drop[i] = edge || none;
+            m_items[i].isDropped = edge || none;
         } else if (m_items[i].kind == Item::Kind::Character || isEdge(m_items[i])) {
             edge = isEdge(m_items[i]);
         }
@@ -141,7 +140,7 @@ void Merger::normaliseItems(const GapPlace& place) {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < m_items.size(); ++i) {
         const bool blank = isBlankItem(m_items[i]);
-        const bool dropped = drop[i] || (blank && edge);
+        const bool dropped = m_items[i].isDropped || (blank && edge);
         if (blank) {
             edge = true; // of several one counts
         } else if (m_items[i].kind == Item::Kind::Character || isEdge(m_items[i])) {
@@ -158,6 +157,9 @@ void Merger::normaliseItems(const GapPlace& place) {
 std::pair<std::size_t, std::size_t> Merger::compare(bool isFirst, bool isLast) const {
     const Frame& frame = m_frames.back();
     const std::vector<SourceAtom>& atoms = frame.gap.atoms;
+    if (atoms.empty()) {
+        return {0, 0};
+    }
     std::vector<char32_t> units;
     units.reserve(m_items.size());
     for (const Item& item : m_items) {
@@ -264,7 +266,8 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
 }
 
 void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
-    std::u16string text;
+    std::u16string& text = m_newText;
+    text.clear();
     const bool bare = isBare();
     const auto write = [&] {
         if (!text.empty()) {
