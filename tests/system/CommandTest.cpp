@@ -1,11 +1,10 @@
+#include "tests/system/CommandRun.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -14,28 +13,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Outcome {
-    int status = 0;
-    std::string out;
-};
+using system_test::holds;
+using system_test::Outcome;
 
-/// Runs `arguments` behind the command as a shell would; standard error goes along if `errors`.
 Outcome run(const std::string& arguments, bool errors = false,
             const std::string& program = TESSALY_COMMAND) {
-    const std::string line = "cd " TESSALY_SOURCE_DIR "/examples && " + program + ' ' + arguments +
-                             (errors ? " 2>&1" : " 2>/dev/null") + " </dev/null";
-    FILE* pipe = popen(line.c_str(), "r");
-    Outcome outcome;
-    std::array<char, 4096> buffer{};
-    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), pipe)) {
-        outcome.out.append(buffer.data(), count);
-    }
-    outcome.status = WEXITSTATUS(pclose(pipe));
-    return outcome;
-}
-
-bool holds(const Outcome& outcome, const std::string& text) {
-    return outcome.out.find(text) != std::string::npos;
+    return system_test::runIn(TESSALY_SOURCE_DIR "/examples", arguments, errors, program);
 }
 
 class Command : public testing::Test {
@@ -157,8 +140,7 @@ TEST_F(Command, TakesDecksToThePageAndBack) {
     const std::string page = (folder / "page.html").string();
     EXPECT_EQ(run("convert " + deck + " --to plain -o " + page).status, 0);
     const Outcome back = run("convert " + page + " --to markup");
-    std::ifstream file(deck, std::ios::binary);
-    EXPECT_EQ(back.out, std::string(std::istreambuf_iterator<char>(file), {}));
+    EXPECT_EQ(back.out, system_test::bytesOf(deck));
 
     const Outcome refused = run("convert broken/not-well-formed.wml --to plain --strict", true);
     EXPECT_EQ(refused.status, 1);

@@ -1,0 +1,358 @@
+#include "tests/system/CommandRun.h"
+#include "tests/system/TerminalSession.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+namespace fs = std::filesystem;
+using system_test::bytesOf;
+using system_test::holds;
+using system_test::Outcome;
+using system_test::TerminalSession;
+
+/// A project file from its first line to its last, of a project in `folder`.
+std::string projectFile(const std::string& name, std::string folder, const std::string& between,
+                        const std::vector<std::string>& decks,
+                        const std::string& description = "Decks") {
+    std::replace(folder.begin(), folder.end(), '/', '\\');
+    std::string text =
+        "Site=" + name + "\r\nDescription=" + description + "\r\nPath=" + folder + "\r\n" + between;
+    for (const std::string& deck : decks) {
+        text += "Document=" + deck + "\r\n";
+    }
+    return text + "-------------- END OF FILE ----------\r\n";
+}
+
+/// A folder of its own, with a few decks that differ in `source`.
+class ProjectCommand : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string name = "/tmp/tessaly-project-XXXXXX";
+        folder = mkdtemp(name.data());
+        for (const char* deck : {"index", "news", "sport"}) {
+            write("source/" + std::string(deck) + ".wml", deckOf(deck));
+        }
+    }
+    void TearDown() override {
+        run("delete --yes shut/S.cvp"); // opens what a test closed to writing
+        fs::permissions(folder, fs::perms::owner_all);
+        fs::remove_all(folder);
+    }
+
+    static std::string deckOf(const std::string& text) {
+        return "<?xml version=\"1.0\"?>\r\n<!DOCTYPE wml PUBLIC \"-//WAPFORUM//DTD WML 1.1//EN\" "
+               "\"http://www.wapforum.org/DTD/wml_1.1.xml\">\r\n<wml>\r\n<card id='a'><p>" +
+               text + "</p></card>\r\n</wml>\r\n";
+    }
+
+    void write(const std::string& name, const std::string& bytes) const {
+        fs::create_directories((folder / name).parent_path());
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+    }
+    std::string read(const std::string& name) const { return bytesOf(folder / name); }
+
+    Outcome run(const std::string& arguments) const {
+        return system_test::runIn(folder, arguments, true);
+    }
+
+    /// A project `old/Old.cvp` with decks of these names.
+    void makeProject(const std::vector<std::string>& decks) const {
+        for (const std::string& deck : decks) {
+            write("old/" + deck + ".wml", deckOf(deck));
+        }
+        write("old/Old.cvp", projectFile("Old", folder / "old", "Owner=me\r\nNotes=\r\n", decks));
+    }
+
+    /// Every file below the folder with its content.
+    std::map<std::string, std::string> everything() const {
+        std::map<std::string, std::string> files;
+        for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+            files[entry.path().string()] = entry.is_directory() ? "" : bytesOf(entry.path());
+        }
+        return files;
+    }
+
+    fs::path folder;
+};
+
+TEST_F(ProjectCommand, LeadsAProjectThroughItsLife) {
+    const Outcome made =
+        run("new weather --name Weather --from source/index.wml --description Decks --owner me");
+    EXPECT_EQ(made.status, 0);
+    EXPECT_EQ(made.out, "made weather\nmade weather/Weather.cvp\n"
+                        "made weather/index.wml from source/index.wml\n");
+    const std::string home = folder / "weather";
+    EXPECT_EQ(read("weather/Weather.cvp"), projectFile("Weather", home, "Owner=me\r\n", {"index"}));
+    EXPECT_EQ(read("weather/index.wml"), deckOf("index"));
+
+    fs::copy(folder / "source/news.wml", folder / "weather");
+    fs::copy(folder / "source/sport.wml", folder / "weather");
+    EXPECT_EQ(run("add weather/Weather.cvp news sport.wml").out,
+              "added weather/news.wml\nadded weather/sport.wml\n");
+    EXPECT_EQ(read("weather/Weather.cvp"),
+              projectFile("Weather", home, "Owner=me\r\nNotes=\r\n", {"index", "news", "sport"}));
+    EXPECT_EQ(run("check weather/Weather.cvp").out, "3 decks checked, no errors\n");
+
+    fs::create_directory(folder / "second");
+    EXPECT_EQ(run("save-as weather/Weather.cvp second/Climate.cvp").out,
+              "saved second/Climate.cvp with 3 decks\n");
+    const std::string away = folder / "second";
+    EXPECT_EQ(read("second/Climate.cvp"),
+              projectFile("Climate", away, "Owner=me\r\nNotes=\r\n", {"index", "news", "sport"}));
+    for (const std::string deck : {"index", "news", "sport"}) {
+        EXPECT_EQ(read("second/" + deck + ".wml"), deckOf(deck));
+    }
+
+    EXPECT_EQ(run("remove second/Climate.cvp News").status, 0);
+    EXPECT_EQ(read("second/Climate.cvp"),
+              projectFile("Climate", away, "Owner=me\r\nNotes=\r\n", {"index", "sport"}));
+    EXPECT_EQ(read("second/news.wml"), deckOf("news"));
+    EXPECT_EQ(run("first second/Climate.cvp").out, "index\n");
+
+    EXPECT_EQ(run("delete weather/Weather.cvp").status, 1) << "nobody agreed";
+    EXPECT_TRUE(fs::exists(folder / "weather/Weather.cvp"));
+    EXPECT_EQ(run("delete weather/Weather.cvp --yes").out,
+              "removed weather/Weather.cvp\nremoved weather/index.wml\nremoved weather/news.wml\n"
+              "removed weather/sport.wml\nremoved weather\n");
+    EXPECT_FALSE(fs::exists(folder / "weather"));
+    EXPECT_EQ(run("check second/Climate.cvp").status, 0);
+}
+
+TEST_F(ProjectCommand, SettlesConflictsWithThePerson) {
+    makeProject({"index", "news"});
+    for (const char* taken :
+         {"New.cvp", "Other.cvp", "index.wml", "one.wml", "two.wml", "news.wml"}) {
+        write(std::string("new/") + taken, "taken");
+    }
+    chmod((folder / "new/Other.cvp").c_str(), 0444);
+    TerminalSession session(folder, {"save-as", "old/Old.cvp", "new/New.cvp"});
+    const struct {
+        const char* shown;
+        const char* typed;
+    } script[] = {
+        {"The project New.cvp already exists in the directory /", "perhaps\n"},
+        {"yes, no or cancel? ", "no\n"},
+        {"Please enter a new name for the project New.cvp\r\nNew Name: [New] ", "a=b\n"},
+        {"cannot hold =", "other\n"},
+        {"/other.cvp is READ-ONLY.\r\nPlease choose another project name \r\n  /cancel: ",
+         "Third\n"},
+        {"The document index.wml already exists", "n\n"},
+        {"New Name: [index] ", "one\n"},
+        {"The document one.wml already exists", "n\n"},
+        {"New Name: [one] ", "ONE\n"},
+        {"\"ONE\" cannot be taken here, another can.\r\nNew Name: ", "two\n"},
+        {"The document two.wml already exists", "n\n"},
+        {"New Name: [two] ", "three\n"},
+        {"The document news.wml already exists", "y\n"},
+    };
+    for (const auto& step : script) {
+        ASSERT_TRUE(session.sees(step.shown)) << step.shown << " is not in\n" << session.shown;
+        session.types(step.typed);
+    }
+    EXPECT_EQ(session.ends(), 0) << session.shown;
+    EXPECT_TRUE(session.shown.ends_with("saved new/Third.cvp with 2 decks\r\n"
+                                        "renamed index to three\r\n"));
+    EXPECT_EQ(read("new/Third.cvp"),
+              projectFile("Third", folder / "new", "Owner=me\r\nNotes=\r\n", {"three", "news"}));
+    EXPECT_EQ(read("new/three.wml"), deckOf("index"));
+    EXPECT_EQ(read("new/news.wml"), deckOf("news"));
+    for (const char* kept : {"New.cvp", "Other.cvp", "index.wml", "one.wml", "two.wml"}) {
+        EXPECT_EQ(read(std::string("new/") + kept), "taken") << kept;
+    }
+}
+
+TEST_F(ProjectCommand, AsksWhereANewDeckGoesAndWhatIsRemoved) {
+    makeProject({"index"});
+    write("old/picture.gif", "GIF");
+    TerminalSession made(folder, {"new", "old", "--name", "Old", "--from", "source/index.wml"});
+    EXPECT_TRUE(made.sees("Overwrite it? [y/N] "));
+    made.types("y\n");
+    EXPECT_TRUE(made.sees("index.wml already exists in the directory /"));
+    made.types("n\n");
+    EXPECT_TRUE(made.sees("for the filename: "));
+    made.types("a*b\n");
+    EXPECT_TRUE(made.sees("file names cannot"));
+    made.types("second\n");
+    EXPECT_EQ(made.ends(), 0) << made.shown;
+    EXPECT_EQ(read("old/second.wml"), deckOf("index"));
+
+    const auto before = everything();
+    TerminalSession spared(folder, {"delete", "old/Old.cvp"});
+    EXPECT_TRUE(spared.sees("2 other files:\r\n  old/index.wml\r\n  old/picture.gif\r\n"));
+    spared.types("\n");
+    EXPECT_EQ(spared.ends(), 1);
+    EXPECT_EQ(everything(), before);
+
+    const Outcome inside = system_test::runIn(folder / "old", "delete Old.cvp --yes --json");
+    EXPECT_EQ(inside.status, 1) << "the current folder stays";
+    const auto report = nlohmann::json::parse(inside.out);
+    EXPECT_EQ(report["left"], nlohmann::json({"."}));
+    EXPECT_EQ(report["removed"].size(), 4);
+}
+
+TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
+    makeProject({"index", "news"});
+    write("new/New.cvp", "taken");
+    write("new/news.wml", "taken");
+    write("new/news-2.wml", "taken");
+    const auto before = everything();
+    for (const char* stop : {"", " --on-conflict stop"}) {
+        const Outcome stopped = run(std::string("save-as old/Old.cvp new/New.cvp") + stop);
+        EXPECT_EQ(stopped.status, 1);
+        EXPECT_TRUE(holds(stopped, "tessaly: new/New.cvp: is there already")) << stopped.out;
+        EXPECT_TRUE(holds(run(std::string("save-as old/Old.cvp new/Free.cvp") + stop),
+                          "tessaly: new/news.wml: is there already"));
+        EXPECT_EQ(everything(), before);
+    }
+
+    const Outcome renamed = run("save-as old/Old.cvp new/New.cvp --on-conflict rename");
+    EXPECT_EQ(renamed.out, "saved new/New-2.cvp with 2 decks\nrenamed news to news-3\n");
+    EXPECT_EQ(read("new/New-2.cvp"),
+              projectFile("New-2", folder / "new", "Owner=me\r\nNotes=\r\n", {"index", "news-3"}));
+    EXPECT_EQ(read("new/New.cvp") + read("new/news.wml"), "takentaken");
+
+    chmod((folder / "new/news.wml").c_str(), 0444);
+    const auto closed = everything();
+    const Outcome readOnly = run("save-as old/Old.cvp new/New.cvp --on-conflict overwrite");
+    EXPECT_EQ(readOnly.status, 1);
+    EXPECT_TRUE(holds(readOnly, "tessaly: new/news.wml: is read-only")) << readOnly.out;
+    EXPECT_EQ(everything(), closed);
+    chmod((folder / "new/news.wml").c_str(), 0644);
+    EXPECT_EQ(run("save-as old/Old.cvp new/New.cvp --on-conflict overwrite").status, 0);
+    EXPECT_EQ(read("new/news.wml"), deckOf("news"));
+
+    const std::string anew = "new new --name X --from source/news.wml";
+    EXPECT_EQ(run(anew).status, 1);
+    EXPECT_EQ(read("new/news.wml"), deckOf("news"));
+    EXPECT_EQ(run(anew + " --on-conflict rename").status, 0);
+    EXPECT_EQ(read("new/news-4.wml"), deckOf("news"));
+    write("source/news.wml", "anew");
+    EXPECT_EQ(run("new new --name Y --from source/news.wml --on-conflict overwrite").status, 0);
+    EXPECT_EQ(read("new/news.wml"), "anew");
+}
+
+/// Ctrl-C may come at any moment: here behind the first deck, and at the latest at the question
+/// about the last one.
+TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
+    std::vector<std::string> decks;
+    for (int i = 0; i < 1000; ++i) {
+        decks.push_back("deck" + std::to_string(i));
+    }
+    makeProject(decks);
+    write("new/deck0.wml", "taken");
+    write("new/deck999.wml", "taken");
+    TerminalSession session(folder, {"save-as", "old/Old.cvp", "new/New.cvp"});
+    ASSERT_TRUE(session.sees("yes or no? ")) << session.shown;
+    usleep(400'000); // the work counts as long now, and shows how far it is
+    session.types("y\n");
+    EXPECT_TRUE(session.sees("saving ")) << session.shown;
+    session.types("\x03");
+    EXPECT_EQ(session.ends(), 1) << session.shown;
+    EXPECT_NE(session.shown.find("tessaly: new/New.cvp: interrupted"), std::string::npos);
+
+    std::vector<std::string> saved;
+    for (const std::string& deck : decks) {
+        if (fs::exists(folder / "new" / (deck + ".wml")) && deck != "deck999") {
+            EXPECT_EQ(read("new/" + deck + ".wml"), deckOf(deck)) << deck;
+            saved.push_back(deck);
+        }
+    }
+    EXPECT_EQ(read("new/New.cvp"),
+              projectFile("New", folder / "new", "Owner=me\r\nNotes=\r\n", saved));
+    EXPECT_EQ(read("new/deck999.wml"), "taken");
+    EXPECT_EQ(run("check new/New.cvp").status, 0);
+}
+
+/// Each ends with the file named, and with every file as it was.
+TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
+    makeProject({"index", "news"});
+    write("broken/Broken.cvp", "Site=B\r\nDocument=index\r\nDocument=gone\r\n");
+    write("broken/index.wml", deckOf("index"));
+    write("shut/S.cvp", "Site=S\r\nDocument=index\r\n");
+    write("shut/index.wml", deckOf("index"));
+    write("shut/news.wml", deckOf("news"));
+    chmod((folder / "shut/S.cvp").c_str(), 0444);
+    write("plain", "no folder");
+    const std::string long251(251, 'x');
+    const std::string fresh = "new fresh --from source/index.wml --name ";
+    const struct {
+        std::string arguments;
+        int status;
+        std::string told;
+    } cases[] = {
+        {fresh + "'  '", 1, "--name   : is blank"},
+        {fresh + "'a/b'", 1, "--name a/b: holds one of the characters"},
+        {fresh + "'a\\b'", 1, "file names cannot"},
+        {fresh + "'a=b'", 1, "--name a=b: cannot hold ="},
+        {fresh + long251 + "y", 1, "too long"},
+        {fresh + "A --owner 'a=b'", 1, "--owner: cannot hold ="},
+        {fresh + "A --description 'a\nSite=b'", 1, "--description: cannot hold"},
+        {"new fresh --name A --from source/gone.wml", 3, "source/gone.wml: "},
+        {"new fresh --name A --from old/Old.cvp", 1, "old/Old.cvp: is no deck"},
+        {"new no/where --name A --from source/index.wml", 3,
+         "not there: " + (folder / "no/where").string()},
+        {"new plain --name A --from source/index.wml", 3, "plain/A.cvp: would lie in something"},
+        {"new old --name Old --from source/sport.wml", 1, "old/Old.cvp: is there already"},
+        {"add old/Old.cvp INDEX", 1, "old/INDEX.wml: is a deck of the project already"},
+        {"add old/Old.cvp ../source/sport", 1, "../source/sport: holds one"},
+        {"add old/Old.cvp -- -gone", 3, "old/-gone.wml: is not there"},
+        {"add old/Old.cvp -gone", 2, "NAME is required"},
+        {"add broken/Broken.cvp index", 3, "its deck broken/gone.wml is missing"},
+        {"remove broken/Broken.cvp index", 3, "its deck broken/gone.wml is missing"},
+        {"add shut/S.cvp news", 3,
+         "shut/S.cvp: the project file was not written in full: it is read-only"},
+        {"remove old/Old.cvp sport", 1, "sport: is no deck of the project"},
+        {"add gone.cvp index", 3, "gone.cvp: "},
+        {"save-as old/Old.cvp old/Old.cvp", 1, "old/Old.cvp: is there already"},
+        {"save-as old/Old.cvp shut/S.cvp", 1, "shut/S.cvp: is there already"},
+        {"save-as old/Old.cvp nowhere/New.cvp", 3, "not there: " + (folder / "nowhere").string()},
+        {"save-as old/Old.cvp New", 1, "New: is no project file"},
+        {"save-as old/Old.cvp 'a=b.cvp'", 1, "a=b.cvp: cannot hold ="},
+        {"save-as old/Old.cvp " + long251 + "y.cvp", 1, "too long"},
+        {"save-as old/Old.cvp $'\\xff.cvp'", 1, "no path that can be used"},
+        {"delete old/index.wml --yes", 1, "old/index.wml: is no project file"},
+        {"first plain", 1, "plain: lists no deck"},
+        {"first gone.cvp", 3, "gone.cvp: "},
+        {"new fresh --name A --from source/index.wml --on-conflict perhaps", 2, "perhaps"},
+    };
+    const auto before = everything();
+    for (const auto& one : cases) {
+        const Outcome outcome = run(one.arguments);
+        EXPECT_EQ(outcome.status, one.status) << one.arguments << '\n' << outcome.out;
+        EXPECT_TRUE(holds(outcome, one.told)) << one.arguments << '\n' << outcome.out;
+        EXPECT_EQ(everything(), before) << one.arguments;
+    }
+}
+
+TEST_F(ProjectCommand, TakesUnusualNames) {
+    const std::vector<std::string> names = {
+        std::string(251, 'x'),      "dots..",          "blank ", "-a",
+        "\xD0\x9F\xD0\xBE\xD0\xB3", "\xF0\x9F\x8C\xA7"};
+    for (const std::string& name : names) {
+        fs::remove_all(folder / "old");
+        write("old/index.wml", deckOf("index"));
+        write("old/" + name + ".wml", deckOf(name));
+        const std::string project = "'old/" + name + ".cvp'";
+        const Outcome made = run("new old '--name=" + name + "' --from 'old/" + name + ".wml'");
+        EXPECT_EQ(made.status, 0) << made.out;
+        EXPECT_EQ(read("old/" + name + ".cvp"),
+                  projectFile(name, folder / "old", "Owner=\r\n", {name}, ""));
+        EXPECT_EQ(run("add " + project + " index").status, 0) << name;
+        EXPECT_EQ(run("remove " + project + " -- '" + name + "'").status, 0) << name;
+        EXPECT_EQ(run("first " + project).out, "index\n");
+        EXPECT_EQ(read("old/" + name + ".wml"), deckOf(name));
+    }
+    makeProject({"index"});
+    const Outcome bare =
+        system_test::runIn(folder / "old", "save-as Old.cvp Bare.cvp --on-conflict rename");
+    EXPECT_EQ(bare.out, "saved Bare.cvp with 1 deck\nrenamed index to index-2\n");
+}
+
+} // namespace
