@@ -1,6 +1,7 @@
+#include "ravikit/convert/DeckTags.h"
+
 #include "ravikit/Chars.h"
 #include "ravikit/Scan.h"
-#include "ravikit/convert/DeckWriter.h"
 
 #include <algorithm>
 
@@ -100,12 +101,12 @@ bool appendCharacters(std::u16string& out, std::u16string_view text, bool isValu
     return isWhole;
 }
 
-std::u16string DeckWriter::startTag(const Opening& opening, bool isCopy, bool keepsSlash) const {
+std::u16string startTag(const Tree* deck, const Opening& opening, bool isCopy, bool keepsSlash) {
     if (opening.source == Tree::none) {
         return opening.tag.empty() ? u'<' + std::u16string(nameOf(opening.element)) + u'>'
                                    : opening.tag;
     }
-    const Tree& tree = *m_tree;
+    const Tree& tree = *deck;
     const std::u16string_view text = tree.text();
     std::uint32_t at = tree[opening.source].begin;
     std::u16string tag;
@@ -155,45 +156,34 @@ std::u16string DeckWriter::startTag(const Opening& opening, bool isCopy, bool ke
     return tag + std::u16string(hasSlash && keepsSlash ? u"/>" : u">");
 }
 
-std::u16string DeckWriter::endTag(const Opening& opening) const {
-    if (opening.source != Tree::none) {
-        const std::u16string_view text = m_tree->text();
-        const std::uint32_t begin = m_tree->endTagBegin(opening.source);
-        const std::uint32_t end = (*m_tree)[opening.source].end;
-        if (begin < end) {
-            return std::u16string(text.substr(begin, end - begin));
-        }
-        return u"</" + std::u16string(m_tree->name(opening.source)) + u'>';
+std::u16string endTag(const Tree* tree, const Opening& opening) {
+    if (opening.source == Tree::none) {
+        return u"</" + std::u16string(nameOf(opening.element)) + u'>';
     }
-    return u"</" + std::u16string(nameOf(opening.element)) + u'>';
+    const std::uint32_t begin = tree->endTagBegin(opening.source);
+    const std::uint32_t end = (*tree)[opening.source].end;
+    if (begin < end) {
+        return std::u16string(tree->text().substr(begin, end - begin));
+    }
+    return u"</" + std::u16string(tree->name(opening.source)) + u'>';
 }
 
-/// Ahead of a child of `entry`: as its first child that begins a line has it in the source, or else
-/// one step deeper than the element itself; nothing if the source has its elements side by side.
-std::u16string DeckWriter::indentOf(const Entry& entry, std::size_t index) const {
-    const Tree::Id id = entry.opening.source;
-    if (id == Tree::none) {
-        const std::u16string_view outer = index == 0
-                                              ? std::u16string_view(m_lineEnd)
-                                              : std::u16string_view(m_entries[index - 1].indent);
-        return outer.empty() ? std::u16string() : std::u16string(outer) + u"  ";
-    }
-    const std::u16string_view text = m_tree->text();
+std::u16string childIndentation(const Tree& tree, Tree::Id id) {
+    const std::u16string_view text = tree.text();
     bool hasChild = false;
-    for (Tree::Id child = m_tree->firstContent(id); child < (*m_tree)[id].next;
-         child = (*m_tree)[child].next) {
-        const std::u16string_view indent = m_tree->kind(child) == NodeKind::Element
-                                               ? indentBefore(text, (*m_tree)[child].begin)
-                                               : std::u16string_view();
+    for (Tree::Id child = tree.firstContent(id); child < tree[id].next; child = tree[child].next) {
+        const bool isElement = tree.kind(child) == NodeKind::Element;
+        const std::u16string_view indent =
+            isElement ? indentBefore(text, tree[child].begin) : std::u16string_view();
         if (!indent.empty()) {
             return std::u16string(indent);
         }
-        hasChild = hasChild || m_tree->kind(child) == NodeKind::Element;
+        hasChild = hasChild || isElement;
     }
     if (hasChild) {
         return {};
     }
-    const std::u16string own(indentBefore(text, (*m_tree)[id].begin));
+    const std::u16string own(indentBefore(text, tree[id].begin));
     return own.empty() ? own : own + u"  ";
 }
 

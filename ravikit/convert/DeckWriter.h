@@ -1,26 +1,15 @@
 #pragma once
 
-#include "ravikit/convert/Elements.h"
+#include "ravikit/convert/OpenElements.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 namespace ravikit {
-
-/// Appends `text` as characters of an element, or of an attribute's value in double quotes. What
-/// XML has no place for becomes U+FFFD, a control nothing; false if there was such a unit.
-bool appendCharacters(std::u16string& out, std::u16string_view text, bool isValue = false);
-
-/// Attributes that are to differ from the source's: name and value; `remove` takes one away.
-struct AttributeChange {
-    std::u16string name;
-    std::u16string value;
-    bool remove = false;
-};
-using AttributeChanges = std::vector<AttributeChange>;
 
 /// Writes a deck anew, so that what was valid stays so. Its caller opens and closes elements as the
 /// page nests them; which of them really stand open around a text is decided when the text comes.
@@ -28,21 +17,12 @@ using AttributeChanges = std::vector<AttributeChange>;
 /// out, and what a text needs around it is added.
 class DeckWriter {
 public:
-    using Handle = std::uint32_t; ///< 0: nothing was opened, and nothing has to be closed
+    using Handle = OpenElements::Handle; ///< 0: nothing was opened, and nothing has to be closed
 
     /// `tree` is the deck that elements are copied from, or null.
     DeckWriter(const Tree* tree, std::u16string lineEnd)
         : m_tree(tree)
         , m_lineEnd(std::move(lineEnd)) {}
-
-    /// An element to be opened.
-    struct Opening {
-        Element element = Element::Unknown;
-        Tree::Id source = Tree::none; ///< its tags are copied from here
-        bool isCopy = false;          ///< without its ids, which stand elsewhere already
-        AttributeChanges changes = {};
-        std::u16string tag = {}; ///< the start tag of one without a source; `<name>` if empty
-    };
 
     /// Opens an element that stands in its source as it does on the page: nothing is turned.
     Handle openInPlace(Opening opening);
@@ -53,23 +33,15 @@ public:
     Handle openFormat(Opening opening);
     Handle openLink(Opening opening);
     Handle openStructure(Opening opening);
-    /// Ends it. One that has a place in the source is written even if nothing was in it, but for a
-    /// size that was suspended.
+    /// From here on `big` and `small` don't count.
+    Handle openNormalSize();
+    /// Ends it; of all that are open it is the innermost. One that has a place in the source is
+    /// written even if nothing was in it, but for a size that did not count.
     void close(Handle handle);
 
-    /// From here on `big` and `small` don't count, until `resumeSizes` is given the same.
-    std::vector<Handle> suspendSizes();
-    void resumeSizes(const std::vector<Handle>& sizes);
-
-    /// What the paragraphs are like that texts need from here on.
-    struct Paragraph {
-        Tree::Id source = Tree::none;
-        bool isCopy = false;
-        std::uint32_t align = 0; ///< an alignCode, for one without a source
-        AttributeChanges changes = {};
-    };
     /// Ends the paragraph at hand: what follows stands on a line of its own.
     void breakParagraph(Paragraph next);
+    /// What the paragraphs are like that texts need from here on.
     const Paragraph& paragraph() const { return m_paragraph; }
     /// Writes the paragraph even though it is empty.
     void forceParagraph();
@@ -81,76 +53,53 @@ public:
     /// Writes the whole of an element. `parent` is its parent in the source if it stands in it on
     /// the page too. False if there is no place for it.
     bool leaf(Element element, std::u16string_view markup, Tree::Id parent);
-    bool canPlace(Element element) const { return placeOf(element, Tree::none) != npos; }
+    bool canPlace(Element element) const;
     /// Whether text here stands in an element of this kind, however deep.
-    bool isInside(Element element) const;
+    bool isInside(Element element) const { return m_open.isInside(element); }
 
     /// Writes what isn't seen: right inside `handle`, or where the writing stands if that is 0.
     void unseen(std::u16string_view markup, Handle handle);
+    /// Whether what is written inside `handle` really goes there.
+    bool holds(Handle handle) const;
+    /// Whether a text right inside `handle` really stands there; `bare` as in `text`.
+    bool holdsText(Handle handle, bool bare) const;
 
-    /// The line end and indentation ahead of a child of the innermost deck or card, as its source
-    /// has them.
-    std::u16string_view indentation() const;
     void raw(std::u16string_view markup) { m_out += markup; }
-
-    void finish() { synchronise(0); }
+    void finish() { openExactly({}); }
     std::u16string& out() { return m_out; }
 
 private:
-    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
-    static constexpr std::size_t mostOpen = 512;
+    static constexpr std::size_t npos = OpenElements::npos;
 
-    struct Entry {
-        Opening opening;
-        Handle handle = 0;
-        std::uint32_t instance = 0;
-        std::uint32_t suspended = 0;
-        bool isEmptied = false; ///< a size that was suspended: what it held may stand outside of it
-        bool inPlace = false;
-        bool implied = false;
-        bool written = false;
-        bool hasText = false;       ///< the text in it is to be kept apart from what follows
-        bool wantsBreak = false;    ///< before the next text
-        std::u16string indent = {}; ///< ahead of its children
-    };
     /// An element that stands open in what is written.
     struct Written {
-        Handle handle;
-        std::uint32_t instance;
+        Handle handle; ///< of an added one, of what it was added in
+        std::uint32_t number;
+        Element added; ///< Unknown if it was asked for
         std::u16string endTag;
     };
 
-    static bool isFloat(const Entry& entry);
-    Handle insert(std::size_t at, Opening opening, bool inPlace, bool implied);
-    std::size_t indexOf(Handle handle) const;
-    std::size_t structureIndex() const;
-    std::size_t placeOf(Element element, Tree::Id parent) const;
-    void imply(std::size_t at, Element element);
-    void addParagraphAround(std::size_t from);
-    void dropImplied(bool cards = false);
-    void prepareText(bool bare);
-    void addContainer(bool bare);
-    std::size_t prepareLeaf(Element element, Tree::Id parent);
-    void breakInside(std::size_t structure);
-    void findEffective(std::size_t limit);
-    void synchronise(std::size_t limit);
-    void openEffective();
-    void closeWritten(Handle handle);
-    void writeStart(Entry& entry, std::size_t index);
+    Written identity(const Standing& standing) const;
+    bool isOpen(const Standing& standing) const;
+    void openExactly(const Chain& chain);
+    void openFor(const Chain& chain);
+    void closeWritten(std::size_t left);
+    void writeStart(const Chain& chain, std::size_t index);
     void writeEmpty(std::size_t index);
-    std::u16string startTag(const Opening& opening, bool isCopy, bool keepsSlash) const;
-    std::u16string endTag(const Opening& opening) const;
-    std::u16string indentOf(const Entry& entry, std::size_t index) const;
+    void openForText(bool bare);
+    Opening openingOf(const Standing& standing);
+    Opening nextParagraph(Paragraph& paragraph);
+    std::u16string indentation(const Chain& chain, std::size_t index) const;
+    std::u16string indentInside(const Opening& opening) const;
 
     const Tree* m_tree;
     std::u16string m_lineEnd;
     std::u16string m_out;
-    std::vector<Entry> m_entries;
+    OpenElements m_open;
+    Chain m_chain; ///< around what is being written
     std::vector<Written> m_written;
-    std::vector<std::size_t> m_effective; ///< what findEffective found
     Paragraph m_paragraph;
-    Handle m_lastHandle = 0;
-    std::uint32_t m_lastInstance = 0;
+    std::unordered_set<Tree::Id> m_begun; ///< the source's paragraphs whose ids are written
     std::uint32_t m_paragraphs = 0;
 };
 

@@ -41,10 +41,9 @@ private:
     /// An element of the page that the source doesn't know.
     struct Soft {
         std::vector<DeckWriter::Handle> handles = {};
-        std::vector<DeckWriter::Handle> sizes = {};
         bool isBlock = false;
         bool isList = false;
-        DeckWriter::Paragraph outer = {};
+        Paragraph outer = {};
     };
     struct Open {
         std::uint32_t next = 0;
@@ -94,7 +93,7 @@ private:
     /// `beforeBlock`: what follows is a block that the source has elsewhere.
     void flush(bool isLast, bool beforeBlock = false);
     void openGap();
-    bool ownsElements() const;
+    bool ownsElements(bool amongText) const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
     void normaliseItems(const GapPlace& place);

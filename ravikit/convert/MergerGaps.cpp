@@ -24,8 +24,11 @@ bool Merger::isBare() const {
 }
 
 /// Whether the element that the gap is in is itself written, so that what belongs in it can be.
-bool Merger::ownsElements() const {
-    return m_frames.back().handle != 0 || m_frames.back().isParagraph;
+/// `amongText`: where its text goes.
+bool Merger::ownsElements(bool amongText) const {
+    const Frame& frame = m_frames.back();
+    return frame.isParagraph ||
+           (amongText ? m_writer.holdsText(frame.handle, isBare()) : m_writer.holds(frame.handle));
 }
 
 bool Merger::endsAtAnchor() const {
@@ -235,9 +238,9 @@ void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
 void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
     // The frame may move while what is written opens others.
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
-    if (!ownsElements() &&
-        std::any_of(m_frames.back().gap.unseen.begin(), m_frames.back().gap.unseen.end(),
-                    [](const Unseen& one) { return one.isElement; })) {
+    if (std::any_of(m_frames.back().gap.unseen.begin(), m_frames.back().gap.unseen.end(),
+                    [](const Unseen& one) { return one.isElement; }) &&
+        !ownsElements(true)) {
         writeNew(firstItem, behind);
         return;
     }
@@ -307,7 +310,7 @@ std::u16string Merger::unseenUpTo(std::size_t atom) {
         const std::size_t next = frame.usedUnseen + 1;
         const bool leads =
             next < unseen.size() && !unseen[next].isBlank && unseen[next].before == one.before;
-        if (one.isElement && !ownsElements()) {
+        if (one.isElement && !ownsElements(false)) {
             continue;
         }
         const bool kept = one.isBlank ? one.before == atom || (leads && !isSplit) : !isSplit;

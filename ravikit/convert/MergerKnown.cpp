@@ -91,10 +91,10 @@ void Merger::enterKnown(const KnownElement& known) {
     frame.caption = captionOf(known);
     AttributeChanges changes =
         element == Element::P ? alignChange(known) : captionChange(known, frame.caption);
-    DeckWriter::Opening opening{.element = element,
-                                .source = known.source,
-                                .isCopy = known.isCopy,
-                                .changes = std::move(changes)};
+    Opening opening{.element = element,
+                    .source = known.source,
+                    .isCopy = known.isCopy,
+                    .changes = std::move(changes)};
     const bool isRoot = m_frames.empty();
     // What stands in an element that was turned can't stand in its place.
     const bool inPlace = isRoot || (known.isAnchor && m_writer.isInnermost(m_frames.back().handle));

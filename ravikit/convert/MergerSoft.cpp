@@ -52,7 +52,6 @@ void Merger::closeSoft() {
     for (; !soft.handles.empty(); soft.handles.pop_back()) {
         m_writer.close(soft.handles.back());
     }
-    m_writer.resumeSizes(soft.sizes);
     if (soft.isList) {
         m_lists.pop_back();
     }
@@ -65,7 +64,7 @@ void Merger::closeSoft() {
 /// A table, a row, a cell, a choice or preformatted text, where WML can have one.
 bool Merger::openTablePart(std::uint32_t node, Soft& soft) {
     const PageTag tag = m_page[node].tag;
-    DeckWriter::Opening opening;
+    Opening opening;
     switch (tag) {
     case PageTag::Table:
         opening.element = Element::Table;
@@ -128,7 +127,7 @@ void Merger::openBlock(std::uint32_t node, Soft& soft, std::uint32_t effects) {
     const PageTag tag = m_page[node].tag;
     soft.isBlock = true;
     soft.outer = m_writer.paragraph();
-    DeckWriter::Paragraph next{.align = soft.outer.align};
+    Paragraph next{.align = soft.outer.align};
     if ((effects & AlignBits) != 0) {
         next.align = effects & AlignBits;
     }
@@ -188,8 +187,8 @@ void Merger::addFormats(std::uint32_t effects, Soft& soft) {
         addFormat(Element::Big, soft);
     } else if ((effects & Smaller) != 0) {
         addFormat(Element::Small, soft);
-    } else if ((effects & NormalSize) != 0 && soft.sizes.empty()) {
-        soft.sizes = m_writer.suspendSizes();
+    } else if ((effects & NormalSize) != 0) {
+        soft.handles.push_back(m_writer.openNormalSize());
     }
 }
 

@@ -201,7 +201,7 @@ TEST(ConvertForeign, Soup) {
         u"<table columns=\"1\"><tr><td>d</td></tr></table> <select><option>o</option></select> "
         u"<fieldset>f</fieldset><input name=\"i\"/></p><pre>p</pre></card></wml>");
     unsigned count = 0;
-    for (unsigned seed = 1; seed <= 900 && !HasFailure(); ++seed) {
+    for (unsigned seed = 1; seed <= 3000 && !HasFailure(); ++seed) {
         std::mt19937 random(seed);
         std::u16string page = seed % 3 == 0 ? own : std::u16string();
         for (unsigned left = static_cast<unsigned>(random()) % 25; left > 0; --left) {
