@@ -30,9 +30,10 @@ namespace shapes {
 constexpr Shape neutralBlock{PageTag::Div, u"<div", u"</div>"};
 constexpr Shape neutral{PageTag::Span, u"<span", u"</span>"};
 constexpr Shape deck{PageTag::Div, u"<div class=\"deck\"", u"</div>"};
-constexpr Shape card{PageTag::Div, u"<div class=\"card\"",
-                     u"</div>",    u"<h2 data-text=\"title\">",
-                     u"</h2>",     PageTag::H2};
+constexpr Shape card{
+    PageTag::Div, u"<div class=\"card\" style=\"border:1px solid #888;margin:4px;padding:4px\"",
+    u"</div>",    u"<h2 data-text=\"title\">",
+    u"</h2>",     PageTag::H2};
 constexpr Shape paragraph{PageTag::P, u"<p", u"</p>"};
 constexpr Shape preformatted{PageTag::Pre, u"<pre", u"</pre>"};
 constexpr Shape table{PageTag::Table, u"<table border=\"1\"",
@@ -48,14 +49,15 @@ constexpr Shape fieldset{PageTag::Div, u"<div style=\"border:1px solid #888;padd
 constexpr Shape choice{PageTag::Span,
                        u"<span style=\"display:inline-block;border:1px solid #888;padding:2px\"",
                        u"</span>"};
-constexpr Shape group{PageTag::Span, u"<span style=\"display:block\"",
+constexpr Shape group{PageTag::Span, u"<span style=\"display:block;border-left:4px solid #ccc\"",
                       u"</span>",    u"<span data-text=\"title\" style=\"display:block\">",
                       u"</span>",    PageTag::Span};
 constexpr Shape option{PageTag::Span, u"<span style=\"display:block\"", u"</span>"};
-constexpr Shape box{PageTag::Span, u"<span style=\"border:1px solid #888;padding:2px\"",
-                    u"</span>"};
-constexpr Shape button{PageTag::Span, u"<span style=\"border:2px outset #aaa;padding:2px\"",
-                       u"</span>"};
+constexpr Shape field{PageTag::Span, u"<span style=\"border:1px solid #888;padding:2px\"",
+                      u"</span>"};
+constexpr Shape picture{PageTag::Span, u"<span style=\"background:#ddd;padding:2px\"", u"</span>"};
+constexpr Shape button{
+    PageTag::Span, u"<span style=\"border:2px outset #aaa;margin:2px;padding:2px\"", u"</span>"};
 constexpr Shape link{PageTag::Span,
                      u"<span style=\"color:#0000cc;border-bottom:1px solid #0000cc\"", u"</span>"};
 constexpr Shape b{PageTag::B, u"<b", u"</b>"};
@@ -95,8 +97,9 @@ const Shape& shapeOf(Element element, bool irregular) {
     case Element::Option:
         return shapes::option;
     case Element::Input:
+        return shapes::field;
     case Element::Img:
-        return shapes::box;
+        return shapes::picture;
     case Element::Do:
         return shapes::button;
     case Element::A:
@@ -179,8 +182,9 @@ private:
         bool isPart = false;
         bool isNeutral = false; ///< a table or row that HTML wouldn't take as one
         bool skipsBlanks = false;
-        bool hasBody = false; ///< an HTML table's body stands open in it
-        std::u16string_view align = {};
+        bool hasBody = false;           ///< an HTML table's body stands open in it
+        std::u16string_view align = {}; ///< of a table and its rows: a letter a column
+        std::uint32_t cells = 0;        ///< of a row, so far
         std::uint32_t parts = 0;
     };
 
@@ -267,6 +271,9 @@ private:
         std::u16string_view align;
         if (element == Element::P) {
             align = writeParagraphAttributes(id, shape.tag == PageTag::P);
+        } else if (shape.tag == PageTag::Td) {
+            align = nextCellAlign();
+            appendAlign(align);
         }
         const std::size_t mark = appendMark(m_page, m_deck, m_tree[id].begin);
         if (m_open.empty()) {
@@ -280,12 +287,35 @@ private:
             appendTextAttribute(element);
         }
         m_page += u'>';
-        m_digest.open(shape.tag, shape.tag == PageTag::P ? alignCode(align) : 0);
+        const bool isAligned = shape.tag == PageTag::P || shape.tag == PageTag::Td;
+        m_digest.open(shape.tag, isAligned ? alignCode(align) : 0);
+        if (shape.tag == PageTag::Table) {
+            const Tree::Id columns = m_tree.attribute(id, u"align");
+            align = columns == Tree::none ? align : m_tree.rawValue(columns);
+        } else if (shape.tag == PageTag::Tr) {
+            align = m_open.back().align;
+        }
         m_open.push_back(
             {.next = m_tree[id].next, .endTag = shape.end, .mark = mark, .element = element});
         m_open.back().align = align;
         if (shape.tag == PageTag::Pre) {
             m_page += u'\n'; // a reader of HTML drops the first line end
+        }
+    }
+
+    /// How the table has the next cell of the row at hand; empty if it says nothing.
+    std::u16string_view nextCellAlign() {
+        Frame& row = m_open.back();
+        const std::size_t column = row.cells++;
+        switch (column < row.align.size() ? row.align[column] : u'D') {
+        case u'L':
+            return alignName(1);
+        case u'C':
+            return alignName(2);
+        case u'R':
+            return alignName(3);
+        default:
+            return {};
         }
     }
 

@@ -230,7 +230,7 @@ private:
         });
         const std::u16string* const style = element ? element->attribute(u"style") : nullptr;
         if (element == nullptr || element->tag == u"td" || element->tag == u"tr" ||
-            (style != nullptr && *style == u"display:block") ||
+            (style != nullptr && style->starts_with(u"display:block")) ||
             (element->parent->children.size() == 1 && element->parent->tag != u"p")) {
             return {};
         }

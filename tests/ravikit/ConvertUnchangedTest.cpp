@@ -112,6 +112,18 @@ TEST(ConvertUnchanged, PagesAreInert) {
     }
 }
 
+TEST(ConvertUnchanged, ATableShowsHowItsColumnsStand) {
+    const std::u16string page =
+        plainOf(u"<wml><card><p><table columns=\"5\" align=\"LDRC\"><tr><td/>"
+                u"<td/><td/><td/><td/></tr></table></p></card></wml>");
+    std::string shown;
+    for (std::size_t at = page.find(u"<td "); at != page.npos; at = page.find(u"<td ", at + 1)) {
+        const bool isAligned = page.substr(at + 4, 7) == u"align=\"";
+        shown += isAligned ? static_cast<char>(page[at + 11]) : '-';
+    }
+    EXPECT_EQ(shown, "l-rc-");
+}
+
 TEST(ConvertUnchanged, StrictRefuses) {
     const auto refuses = [](std::u16string text, ravikit::ProblemKind kind) {
         const std::u16string before = text;
