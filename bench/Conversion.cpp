@@ -210,10 +210,13 @@ void Conversion::addTo(Table& table, const Medians& medians) const {
     }
     const std::string& size = m_pages.front()->size;
     const double whole = medians.of("switch" + std::string(ours));
-    const double conversions =
-        medians.of("to plain " + size + ours) + medians.of("to markup " + size + unchanged + ours);
-    if (whole > 0 && conversions > 0) {
+    const double there = medians.of("to plain " + size + ours);
+    const double back = medians.of("to markup " + size + unchanged + ours);
+    if (whole > 0) {
         table.addFact("view switch there and back, " + size, asTime(whole));
+    }
+    if (whole > 0 && there > 0 && back > 0) {
+        const double conversions = there + back;
         table.addFact("  of it the two conversions",
                       asTime(conversions) + ", " + asNumber(100 * conversions / whole) + " %");
     }
