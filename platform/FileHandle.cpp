@@ -137,6 +137,12 @@ void FileHandle::truncate() {
     }
 }
 
+void FileHandle::sync() {
+    if (fsync(m_descriptor) != 0) {
+        failByErrno();
+    }
+}
+
 struct stat FileHandle::status() const {
     struct stat result = {};
     if (fstat(m_descriptor, &result) != 0) {

@@ -47,6 +47,9 @@ public:
     /// Empties the file.
     void truncate();
 
+    /// Returns when what was written is safe from a sudden end of the system.
+    void sync();
+
     struct stat status() const;
 
     /// Closes and fails if what was written could not be kept.

@@ -19,6 +19,7 @@
 #include "external/Controls.h"
 #include "external/DOM.h"
 #include "external/FileSystemObject.h"
+#include "external/ForwardingPlatform.h"
 #include "external/HTMLDocument.h"
 #include "external/ModalForm.h"
 #include "external/ParseError.h"

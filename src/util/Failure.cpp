@@ -16,6 +16,8 @@ std::u16string describe(FailureCode code) {
         return u"Subscript out of range";
     case FailureCode::TypeMismatch:
         return u"Type mismatch";
+    case FailureCode::LibraryNotLoaded:
+        return u"Library cannot be loaded";
     case FailureCode::BadFileName:
         return u"Bad file name or number";
     case FailureCode::FileNotFound:
@@ -38,8 +40,14 @@ std::u16string describe(FailureCode code) {
         return u"Path not found";
     case FailureCode::ObjectNotSet:
         return u"Object variable not set";
+    case FailureCode::InvalidFileFormat:
+        return u"Invalid file format";
     case FailureCode::ResourceNotFound:
         return u"Resource not found";
+    case FailureCode::CannotCreateObject:
+        return u"Object cannot be created";
+    case FailureCode::EntryPointNotFound:
+        return u"Entry point not found";
     case FailureCode::KeyInUse:
         return u"This key is already associated with an element of this collection";
     }

@@ -13,6 +13,7 @@ enum class FailureCode : std::int32_t {
     OutOfMemory = 7,
     OutOfRange = 9,
     TypeMismatch = 13,
+    LibraryNotLoaded = 48,
     FileNotFound = 53,
     BadFileMode = 54,
     DeviceError = 57,
@@ -24,7 +25,10 @@ enum class FailureCode : std::int32_t {
     DiskNotReady = 71,
     PathNotFound = 76,
     ObjectNotSet = 91,
+    InvalidFileFormat = 321,
     ResourceNotFound = 326,
+    CannotCreateObject = 429,
+    EntryPointNotFound = 453,
     KeyInUse = 457,
 };
 
