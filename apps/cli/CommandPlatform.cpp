@@ -91,7 +91,7 @@ std::u16string CommandPlatform::InputBox(const std::u16string& prompt, const std
         return {};
     }
     for (;;) {
-        const std::u16string name = DefaultPlatform::InputBox(prompt, title, defaultText);
+        std::u16string name = DefaultPlatform::InputBox(prompt, title, defaultText);
         const std::string why = name.empty() ? "" : whyNotAName(name);
         if (why.empty()) {
             return name;

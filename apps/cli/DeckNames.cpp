@@ -48,8 +48,10 @@ std::u16string freeName(const std::u16string& name, const std::u16string& taken)
     const std::u16string folder = tessaly::parentFolderOf(taken) + u"\\";
     const std::u16string extension = u"." + tessaly::extensionOf(taken);
     for (int number = 2;; ++number) {
-        const std::u16string other = name + u"-" + tessaly::decodeText(std::to_string(number));
-        if (!files.FileExists(folder + other + extension)) {
+        std::u16string other = name;
+        other.append(u"-").append(tessaly::decodeText(std::to_string(number)));
+        std::u16string file = folder;
+        if (!files.FileExists(file.append(other).append(extension))) {
             return other;
         }
     }

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 
 namespace cli {
@@ -28,17 +29,22 @@ void request(int /*signal*/) {
 Interrupt::Interrupt() {
     requested = 0;
     wake = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    struct sigaction action = {};
-    action.sa_handler = request;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigaction(SIGINT, nullptr, &m_before);
-    if (m_before.sa_handler != SIG_IGN) {
-        sigaction(SIGINT, &action, nullptr);
+    for (std::size_t i = 0; i < signals.size(); ++i) {
+        const bool stops = signals[i] != SIGPIPE && signals[i] != SIGXFSZ;
+        struct sigaction action = {};
+        action.sa_handler = stops ? request : SIG_IGN;
+        action.sa_flags = stops ? static_cast<int>(SA_RESETHAND) : 0;
+        sigaction(signals[i], nullptr, &m_before[i]);
+        if (m_before[i].sa_handler != SIG_IGN) {
+            sigaction(signals[i], &action, nullptr);
+        }
     }
 }
 
 Interrupt::~Interrupt() {
-    sigaction(SIGINT, &m_before, nullptr);
+    for (std::size_t i = 0; i < signals.size(); ++i) {
+        sigaction(signals[i], &m_before[i], nullptr);
+    }
     close(wake);
     wake = -1;
 }

@@ -1,14 +1,17 @@
 #pragma once
 
+#include <array>
 #include <csignal>
 
 namespace cli {
 
-/// Ctrl-C as a wish to stop: the first one is remembered, a second one ends the program at once.
-/// One object at a time.
+/// Signals that would end the program in the midst of a file. Ctrl-C, a request to end and a
+/// terminal that is closed become a wish to stop, which is remembered; the second of a kind ends
+/// the program at once. A pipe that nobody reads and a file that grows too large become failures of
+/// the write. One object at a time.
 class Interrupt {
 public:
-    /// Where Ctrl-C was ignored it stays so.
+    /// A signal that was ignored stays so.
     Interrupt();
     ~Interrupt();
     Interrupt(const Interrupt&) = delete;
@@ -22,7 +25,9 @@ public:
     int descriptor() const;
 
 private:
-    struct sigaction m_before = {};
+    static constexpr std::array<int, 5> signals = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ};
+
+    std::array<struct sigaction, signals.size()> m_before = {};
 };
 
 } // namespace cli

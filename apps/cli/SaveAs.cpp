@@ -10,6 +10,7 @@
 
 #include <filesystem>
 #include <ostream>
+#include <system_error>
 
 namespace cli {
 
@@ -78,7 +79,9 @@ void explain(ProjectWork& work, const std::string& file, const std::vector<std::
     } else if (begun.empty() || work.platform().hasGivenUp() || saved >= decks.size()) {
         work.refuse(file, "was not saved");
     } else {
-        work.fail(deckBeside(file, decks[saved]), "could not be written in full");
+        std::error_code unknown;
+        const std::string deck = deckBeside(file, decks[saved]);
+        work.fail(fs::exists(deck, unknown) ? deck : written, "could not be written in full");
     }
     if (interrupted && !begun.empty()) {
         finish(work, begun);

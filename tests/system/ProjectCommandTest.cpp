@@ -331,6 +331,18 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
     }
 }
 
+TEST_F(ProjectCommand, NamesTheFileThatTheDiskIsTooSmallFor) {
+    makeProject({"index", "news"});
+    write("old/news.wml", deckOf(std::string(20'000, 'x')));
+    fs::create_directory(folder / "new");
+    const std::string small = "ulimit -f 16 && " TESSALY_COMMAND;
+    const Outcome full = system_test::runIn(folder, "save-as old/Old.cvp new/New.cvp", true, small);
+    EXPECT_EQ(full.status, 3);
+    EXPECT_EQ(full.out, "tessaly: new/news.wml: could not be written in full\n"
+                        "tessaly: new/New.cvp: lists the 1 of 2 decks that were saved\n");
+    EXPECT_EQ(read("new/index.wml"), deckOf("index"));
+}
+
 TEST_F(ProjectCommand, TakesUnusualNames) {
     const std::vector<std::string> names = {
         std::string(251, 'x'),      "dots..",          "blank ", "-a",
