@@ -3,6 +3,8 @@
 #include "ravikit/ParserCore.h"
 #include "ravikit/Wording.h"
 
+#include <algorithm>
+
 namespace ravikit {
 
 std::shared_ptr<const Tree> parse(std::u16string text, const Declarations* known,
@@ -140,12 +142,13 @@ Parser::At Parser::plainMark(At at) {
 
 // One unit that needs a closer look, and those like it behind it.
 Parser::At Parser::character(At at) {
-    while (at != m_end && *at >= 0x8000 && *at < 0xD800) {
-        ++at;
+    const auto isFar = [](char16_t c) { return c >= 0x8000 && c < 0xD800; };
+    if (isFar(*at)) {
+        return std::find_if_not(at + 1, m_end, isFar);
     }
-    const char32_t c = at == m_end ? U' ' : codePointAt(between(at, m_end), 0);
+    const char32_t c = codePointAt(between(at, m_end), 0);
     if (isChar(c)) {
-        return at == m_end ? at : at + unitsOf(c);
+        return at + unitsOf(c);
     }
     At end = at + 1;
     while (end != m_end && *end == *at) {
