@@ -156,7 +156,7 @@ bool TerminalForm::enter(const Control& box, const std::u16string& line) {
     text(box.layout.name, line);
     const Control* button = confirmationOf(box);
     if (button != nullptr && !button->enabled) {
-        refuse(line, u"cannot be taken here, another can");
+        refuse(line, u"cannot be taken here; please type another");
         return false;
     }
     if (button != nullptr) {

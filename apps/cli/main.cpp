@@ -54,8 +54,6 @@ int run(int argc, char** argv) {
         "Exit status: 0 fine, 1 something is invalid or was refused, 2 usage, 3 a file could "
         "not be read or written.");
 
-    const auto runProjectCommand = cli::addProjectCommands(app);
-
     CLI::App* info = app.add_subcommand("info", "Tell what a project holds");
     info->add_option("PROJECT", options.paths, "A project file (.cvp)")->required()->expected(1);
     addJson(info, options);
@@ -96,6 +94,8 @@ int run(int argc, char** argv) {
     tags->add_option("LIST", options.tags, "Tag names joined by commas")->required();
     tags->add_option("PATH", options.paths, "Decks, project files or folders")->required();
     addJson(tags, options);
+
+    const auto runProjectCommand = cli::addProjectCommands(app);
 
     try {
         app.parse(argc, argv);

@@ -210,7 +210,7 @@ TEST_F(Attended, AFormIsAnsweredInWords) {
         {"maybe\n\nnone\ny\n", u"yes ", "yes or no? yes or no? yes or no? yes or no? "},
         {"n\nabc\n", u"no *name ok ", "  /none: Typing \"/none\" stops.\r\nName: [ab] "},
         {"n\n\na\n\nlonger\n", u"no *name *name ok ",
-         "\"ab\" cannot be taken here, another can.\r\nName: [ab] \"a\" cannot"},
+         "\"ab\" cannot be taken here; please type another.\r\nName: [ab] \"a\" cannot"},
         {"n\nno\n/y\n/n\n", u"no *name none ", "Name: [no] Name: [no] "},
         {"\x04", u"", "yes or no? \r\n"},
         {"n\n\x04", u"no ", "Name: [ab] \r\n"},

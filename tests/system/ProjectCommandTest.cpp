@@ -147,7 +147,7 @@ TEST_F(ProjectCommand, SettlesConflictsWithThePerson) {
         {"New Name: [index] ", "one\n"},
         {"The document one.wml already exists", "n\n"},
         {"New Name: [one] ", "ONE\n"},
-        {"\"ONE\" cannot be taken here, another can.\r\nNew Name: ", "two\n"},
+        {"\"ONE\" cannot be taken here; please type another.\r\nNew Name: ", "two\n"},
         {"The document two.wml already exists", "n\n"},
         {"New Name: [two] ", "three\n"},
         {"The document news.wml already exists", "y\n"},
