@@ -141,16 +141,16 @@ void Merger::normaliseItems(const GapPlace& place) {
     }
     edge = place.edgeBefore || place.noBlanks;
     std::size_t kept = 0;
-    for (std::size_t i = 0; i < m_items.size(); ++i) {
-        const bool blank = isBlankItem(m_items[i]);
-        const bool dropped = m_items[i].isDropped || (blank && edge);
+    for (const Item& item : m_items) {
+        const bool blank = isBlankItem(item);
+        const bool dropped = item.isDropped || (blank && edge);
         if (blank) {
             edge = true; // of several one counts
-        } else if (m_items[i].kind == Item::Kind::Character || isEdge(m_items[i])) {
-            edge = isEdge(m_items[i]);
+        } else if (item.kind == Item::Kind::Character || isEdge(item)) {
+            edge = isEdge(item);
         }
         if (!dropped) {
-            m_items[kept++] = m_items[i];
+            m_items[kept++] = item;
         }
     }
     m_items.resize(kept);
