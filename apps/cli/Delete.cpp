@@ -99,6 +99,10 @@ void report(ProjectWork& work, const std::vector<std::string>& content, bool jso
 
 ExitStatus deleteProject(const std::string& file, bool sure, bool json, const Printer& printer) {
     ProjectWork work(OnConflict::Stop);
+    if (!isProject(file)) {
+        work.refuse(file, notAProject);
+        return work.status();
+    }
     const auto project = work.open(file, true);
     if (!project) {
         return work.status();

@@ -52,6 +52,8 @@ private:
     Session m_session; // behind the platform, which it uses
 };
 
+inline constexpr char notAProject[] = "is no project file: its name does not end in .cvp";
+
 /// Why no file can be written at `file`, as far as the disk shows it; empty if it shows nothing.
 std::string obstacleTo(const std::string& file);
 

@@ -7,6 +7,7 @@
 #include "platform/PathName.h"
 #include "project/ProjectFile.h"
 #include "util/Attempt.h"
+#include "util/LetterCase.h"
 
 #include <filesystem>
 #include <ostream>
@@ -23,6 +24,26 @@ std::string named(const std::string& wished, const std::u16string& path) {
     return (fs::path(wished).parent_path() / utf8(tessaly::fileNameOf(path))).string();
 }
 
+tessaly::Found lookUp(const std::u16string& path) {
+    tessaly::Found found;
+    tessaly::attempt([&] { found = tessaly::lookUp(path); });
+    return found;
+}
+
+/// The component looks for conflicts in small letters. Where another folder has the new one's name
+/// in small letters, it would look there, and write over what lies here. False if so, and told.
+bool isUnambiguous(ProjectWork& work, const std::string& file, const std::u16string& path) {
+    const std::u16string folder = tessaly::parentFolderOf(path);
+    const tessaly::Found meant = lookUp(folder);
+    const tessaly::Found found = lookUp(tessaly::toLower(folder));
+    const bool same = !meant.exists() || (found.status.st_dev == meant.status.st_dev &&
+                                          found.status.st_ino == meant.status.st_ino);
+    if (!same) {
+        work.refuse(file, "cannot be told apart from the same name below " + found.path);
+    }
+    return same;
+}
+
 /// An answer given beforehand may have an end to it from the start: then nothing is begun. False
 /// if so, and told.
 bool canSettle(ProjectWork& work, const std::string& file,
@@ -33,10 +54,8 @@ bool canSettle(ProjectWork& work, const std::string& file,
         targets.push_back(deckBeside(file, deck));
     }
     for (const std::string& target : targets) {
-        tessaly::Found found;
-        tessaly::attempt([&] {
-            found = tessaly::lookUp(tessaly::absolutePathOf(tessaly::toComponentPath(target)));
-        });
+        const tessaly::Found found =
+            lookUp(tessaly::absolutePathOf(tessaly::toComponentPath(target)));
         const bool stops = found.isFile() && answer == OnConflict::Stop;
         const bool closed =
             found.isFile() && answer == OnConflict::Overwrite && tessaly::isReadOnly(found.status);
@@ -114,8 +133,7 @@ ExitStatus saveProjectAs(const std::string& project, const std::string& file, co
     if (!path) {
         return work.status();
     }
-    const std::string why = isProject(file) ? whyNotAName(tessaly::baseNameOf(*path))
-                                            : "is no project file: its name does not end in .cvp";
+    const std::string why = isProject(file) ? whyNotAName(tessaly::baseNameOf(*path)) : notAProject;
     if (!why.empty()) {
         work.refuse(file, why);
         return work.status();
@@ -128,7 +146,7 @@ ExitStatus saveProjectAs(const std::string& project, const std::string& file, co
     for (const auto& document : opened->Documents()->NewEnum()) {
         before.push_back(document->Name());
     }
-    if (!canSettle(work, file, before)) {
+    if (!isUnambiguous(work, file, *path) || !canSettle(work, file, before)) {
         return work.status();
     }
     bool saved = false;

@@ -16,11 +16,9 @@ using tessaly::toComponentPath;
 
 namespace {
 
-/// The folder that stands for AppPath: beside the command, as it is built and as it is installed.
+/// The folder that stands for AppPath.
 std::string dataFolder() {
-    std::error_code failed;
-    const fs::path command = fs::read_symlink("/proc/self/exe", failed);
-    return (command.parent_path().parent_path() / "share" / "tessaly").string();
+    return installationFolder() + "/share/tessaly";
 }
 
 std::string lowerExtension(const std::string& path) {
@@ -60,6 +58,12 @@ std::vector<std::string> cardIds(tessaly::WirelessDocument& document) {
         ids.push_back(id ? utf8(attributeValue(id->xml())) : std::string());
     }
     return ids;
+}
+
+std::string installationFolder() {
+    std::error_code failed;
+    const fs::path command = fs::read_symlink("/proc/self/exe", failed);
+    return command.parent_path().parent_path().string();
 }
 
 Session::Session()

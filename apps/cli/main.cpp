@@ -1,5 +1,6 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/ProjectOptions.h"
+#include "apps/cli/Registration.h"
 
 #include <CLI/CLI.hpp>
 
@@ -96,6 +97,7 @@ int run(int argc, char** argv) {
     addJson(tags, options);
 
     const auto runProjectCommand = cli::addProjectCommands(app);
+    const auto runRegistration = cli::addRegistration(app);
 
     try {
         app.parse(argc, argv);
@@ -109,6 +111,8 @@ int run(int argc, char** argv) {
     ExitStatus status = ExitStatus::Fine;
     if (const auto changed = runProjectCommand(printer)) {
         status = *changed;
+    } else if (const auto registered = runRegistration(printer)) {
+        status = *registered;
     } else if (info->parsed()) {
         status = cli::info(options.paths.front(), options.json, printer);
     } else if (check->parsed()) {

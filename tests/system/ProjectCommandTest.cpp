@@ -280,6 +280,8 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
     write("shut/news.wml", deckOf("news"));
     chmod((folder / "shut/S.cvp").c_str(), 0444);
     write("plain", "no folder");
+    write("Twin/index.wml", "taken");
+    fs::create_directory(folder / "twin");
     const std::string long251(251, 'x');
     const std::string fresh = "new fresh --from source/index.wml --name ";
     const struct {
@@ -313,6 +315,7 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         {"save-as old/Old.cvp old/Old.cvp", 1, "old/Old.cvp: is there already"},
         {"save-as old/Old.cvp shut/S.cvp", 1, "shut/S.cvp: is there already"},
         {"save-as old/Old.cvp nowhere/New.cvp", 3, "not there: " + (folder / "nowhere").string()},
+        {"save-as old/Old.cvp Twin/New.cvp", 1, "Twin/New.cvp: cannot be told apart"},
         {"save-as old/Old.cvp New", 1, "New: is no project file"},
         {"save-as old/Old.cvp 'a=b.cvp'", 1, "a=b.cvp: cannot hold ="},
         {"save-as old/Old.cvp " + long251 + "y.cvp", 1, "too long"},
