@@ -1,5 +1,8 @@
 #include "ravikit/convert/Elements.h"
 
+#include "ravikit/Chars.h"
+
+#include <algorithm>
 #include <array>
 
 namespace ravikit {
@@ -76,6 +79,28 @@ constexpr bool isShownEmpty(Element e) {
     return (e >= Element::Wml && e <= Element::Img) || e == Element::HtmlBlock;
 }
 
+bool isBlankText(std::u16string_view text) {
+    return std::all_of(text.begin(), text.end(), isBlank);
+}
+
+/// Whether what a reference stands for is elements and blanks, as it may be among elements.
+bool isWithoutText(const Tree& tree, Tree::Id reference) {
+    const Tree* const content = tree.entityTree(reference);
+    if (content == nullptr) {
+        return isBlankText(tree.referenceText(reference));
+    }
+    for (Tree::Id id = 1; id < content->size(); id = (*content)[id].next) {
+        const NodeKind kind = content->kind(id);
+        const bool isText = kind == NodeKind::CData ||
+                            (kind == NodeKind::Text && !isBlankText(content->source(id))) ||
+                            (kind == NodeKind::Reference && !isWithoutText(*content, id));
+        if (isText) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 Element elementOf(std::u16string_view name) {
@@ -145,7 +170,7 @@ Outline::Outline(const Tree& tree)
         }
         const NodeKind kind = tree.kind(id);
         if (kind != NodeKind::Element) {
-            noteText(kind);
+            noteText(id);
             id = tree[id].next;
             continue;
         }
@@ -210,13 +235,18 @@ void Outline::enter(Tree::Id id, Element e) {
     m_open.push_back({id, e});
 }
 
-void Outline::noteText(NodeKind kind) {
+void Outline::noteText(Tree::Id id) {
+    const NodeKind kind = m_tree->kind(id);
     if (m_open.empty() || (kind != NodeKind::Text && kind != NodeKind::Blank &&
                            kind != NodeKind::CData && kind != NodeKind::Reference)) {
         return;
     }
     const auto [parent, e] = m_open.back();
     if (kind == NodeKind::Blank && holdsElementsOnly(e)) {
+        return;
+    }
+    if (kind == NodeKind::Reference && holdsElementsOnly(e) && isWithoutText(*m_tree, id)) {
+        m_flags[id] |= Hidden;
         return;
     }
     mark(Shown);

@@ -87,14 +87,24 @@ public:
     static constexpr std::size_t deepest = 200;
     bool isFlat(Tree::Id id) const { return (m_flags[id] & Flat) != 0; }
 
+    /// Whether a reference stands for no text of its own where none belongs.
+    bool isUnseen(Tree::Id reference) const { return (m_flags[reference] & Hidden) != 0; }
+
 private:
-    enum Flag : std::uint8_t { Shown = 1, HoldsBlock = 2, Irregular = 4, Bare = 8, Flat = 16 };
+    enum Flag : std::uint8_t {
+        Shown = 1,
+        HoldsBlock = 2,
+        Irregular = 4,
+        Bare = 8,
+        Flat = 16,
+        Hidden = 32
+    };
     struct Open {
         Tree::Id id = Tree::none;
         Element element = Element::Unknown;
     };
     void enter(Tree::Id id, Element element);
-    void noteText(NodeKind kind);
+    void noteText(Tree::Id id);
     void mark(Flag flag);
 
     const Tree* m_tree;

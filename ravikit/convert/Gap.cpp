@@ -23,6 +23,8 @@ public:
             } else if (isElement) {
                 addUnseen(m_tree[id].begin, m_tree[id].end, false);
                 m_gap.unseen.back().isElement = true;
+            } else if (outline.isUnseen(id)) {
+                addUnseen(m_tree[id].begin, m_tree[id].end, false);
             } else {
                 readNode(id);
             }

@@ -198,9 +198,13 @@ private:
             }
             text(m_tree.source(id));
             break;
+        case NodeKind::Reference:
+            if (m_outline.isUnseen(id)) {
+                break;
+            }
+            [[fallthrough]];
         case NodeKind::Text:
         case NodeKind::CData:
-        case NodeKind::Reference:
             openPart();
             writeCharacters(id);
             break;
