@@ -38,6 +38,7 @@ public:
     }
     std::vector<std::uint32_t> numbers(const std::vector<std::size_t>& sizes) {
         std::vector<std::uint32_t> result;
+        result.reserve(sizes.size());
         for (const std::size_t size : sizes) {
             result.push_back(number(size));
         }

@@ -17,7 +17,7 @@ const Log showsPage{"rtb.Visible= False", "browser.Visible= True", "formats page
 const Log showsMarkup{"rtb.Visible= True", "browser.Visible= False", "formats markup"};
 const Log showsNeither{"rtb.Visible= False", "browser.Visible= False", "formats markup"};
 const Log refusal{"lastError", "OnParseError refused"};
-const Log writesBlankDeck{"rtb.Text= <?xml version=\"1.0\" encoding=\"UTF-8\"?><wml></wml>"};
+const Log writesBlankDeck{R"(rtb.Text= <?xml version="1.0" encoding="UTF-8"?><wml></wml>)"};
 const Log writesBlankPage{"innerHTML= <BODY text=#000000 bgColor=#ffffff><P><FONT face=Verdana>"
                           "</FONT>&nbsp;</P></BODY>"};
 
@@ -263,7 +263,7 @@ TEST_F(Views, AHandlerMaySwitchDuringARefusal) {
         doc->view(vMarkup); // from the refused view, with an empty page
         doc->view(vPLain);
     };
-    const Log blankDeck = parsesMarkup("<?xml version=\"1.0\" encoding=\"UTF-8\"?><wml></wml>");
+    const Log blankDeck = parsesMarkup(R"(<?xml version="1.0" encoding="UTF-8"?><wml></wml>)");
     const Log expected =
         convertsMarkup("<wml>REFUSED</wml>") + refusal + Log{"innerHTML", "innerText"} +
         writesBlankDeck + Log{"rtb.Visible= True", "browser.Visible= False"} + blankDeck +
@@ -279,7 +279,7 @@ TEST_F(Views, AHostMaySwitchWhileTheBrowserNavigates) {
         browser->events().raise(&BrowserControlEvents::NavigateComplete2);
     };
     browser->events().raise(&BrowserControlEvents::BeforeNavigate2);
-    const Log blankDeck = parsesMarkup("<?xml version=\"1.0\" encoding=\"UTF-8\"?><wml></wml>");
+    const Log blankDeck = parsesMarkup(R"(<?xml version="1.0" encoding="UTF-8"?><wml></wml>)");
     const Log expected = Log({"DoEvents", "innerHTML", "innerText"}) + writesBlankDeck +
                          Log{"rtb.Visible= True", "browser.Visible= False"} + blankDeck +
                          writesBlankPage + showsMarkup;

@@ -186,16 +186,16 @@ struct Question : ModalFormEvents {
 } // namespace
 
 TEST_F(Unattended, AFormIsSaidAndKeepsItsState) {
-    Question question(terminal());
-    question.form.text(u"name", u"deck");
-    question.form.text(u"name", u"deck");
-    question.form.text(u"reason", u"Overwrite?");
-    question.form.show();
+    Question asked(terminal());
+    asked.form.text(u"name", u"deck");
+    asked.form.text(u"name", u"deck");
+    asked.form.text(u"reason", u"Overwrite?");
+    asked.form.show();
     EXPECT_EQ(written(), "Title: Overwrite?\n(nobody to ask: taken as closed)\n");
-    EXPECT_EQ(question.heard, u"*name ");
-    EXPECT_EQ(question.form.text(u"name"), u"deck");
-    EXPECT_TRUE(question.form.isEnabled(u"ok") && !question.form.isVisible(u"ok"));
-    EXPECT_EQ(support::failureOf([&] { question.form.text(u"Name"); }), 5);
+    EXPECT_EQ(asked.heard, u"*name ");
+    EXPECT_EQ(asked.form.text(u"name"), u"deck");
+    EXPECT_TRUE(asked.form.isEnabled(u"ok") && !asked.form.isVisible(u"ok"));
+    EXPECT_EQ(support::failureOf([&] { asked.form.text(u"Name"); }), 5);
 }
 
 TEST_F(Attended, AFormIsAnsweredInWords) {
@@ -216,10 +216,10 @@ TEST_F(Attended, AFormIsAnsweredInWords) {
         {"n\n\x04", u"no ", "Name: [ab] \r\n"},
     };
     for (const auto& one : cases) {
-        Question question(terminal());
+        Question asked(terminal());
         type(one.typed);
-        question.form.show();
-        EXPECT_EQ(question.heard, one.heard) << one.typed;
+        asked.form.show();
+        EXPECT_EQ(asked.heard, one.heard) << one.typed;
         const std::string seen = shown();
         EXPECT_NE(seen.find(one.shown), std::string::npos) << one.typed << " showed\n" << seen;
     }
