@@ -1,0 +1,36 @@
+# Installs what was built into a scratch folder, and has a consumer find it, link it, load it.
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output
+                  ERROR_VARIABLE output)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${ARGN} failed:\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE ${SCRATCH})
+set(ENV{XDG_DATA_HOME} ${SCRATCH}/data)
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${SCRATCH}/prefix)
+run(${CMAKE_COMMAND} -S ${SOURCE}/tests/install -B ${SCRATCH}/build -G Ninja
+    -DCMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}"
+    -DCMAKE_PREFIX_PATH=${SCRATCH}/prefix)
+run(${CMAKE_COMMAND} --build ${SCRATCH}/build)
+
+set(weather ${SOURCE}/examples/weather/Weather.cvp)
+run(${SCRATCH}/build/linked ${weather})
+if(NOT output STREQUAL "linked: 3 decks\n")
+  message(FATAL_ERROR "The host that links prints: ${output}")
+endif()
+run(${SCRATCH}/prefix/bin/tessaly register)
+if(NOT output MATCHES "Registered ${SCRATCH}/prefix/[^\n]*/libtessaly.so\nin ${SCRATCH}/data/tessaly/classes\n.*Tessaly.clProject")
+  message(FATAL_ERROR "Registering prints: ${output}")
+endif()
+run(${SCRATCH}/build/loading ${weather})
+if(NOT output STREQUAL "loaded: 3 decks\n")
+  message(FATAL_ERROR "The host that loads prints: ${output}")
+endif()
+run(${SCRATCH}/prefix/bin/tessaly unregister)
+file(GLOB left ${SCRATCH}/data/tessaly/*)
+if(left)
+  message(FATAL_ERROR "Unregistering leaves ${left}")
+endif()
