@@ -10,7 +10,7 @@
   </xsl:template>
 
   <xsl:template match="card">
-    <div class="card">
+    <div class="card" style="border:1px solid #888;margin:4px;padding:4px">
       <xsl:if test="@title != ''"><h2 data-text="title"><xsl:value-of select="@title"/></h2></xsl:if>
       <xsl:apply-templates/>
     </div>
@@ -81,6 +81,18 @@
   </xsl:template>
   <xsl:template match="tr"><tr><xsl:apply-templates/></tr></xsl:template>
   <xsl:template match="td"><td><xsl:apply-templates/></td></xsl:template>
+  <xsl:template match="table[@align]/tr/td">
+    <xsl:variable name="letter"
+                  select="substring(../../@align, count(preceding-sibling::td) + 1, 1)"/>
+    <td>
+      <xsl:choose>
+        <xsl:when test="$letter = 'L'"><xsl:attribute name="align">left</xsl:attribute></xsl:when>
+        <xsl:when test="$letter = 'C'"><xsl:attribute name="align">center</xsl:attribute></xsl:when>
+        <xsl:when test="$letter = 'R'"><xsl:attribute name="align">right</xsl:attribute></xsl:when>
+      </xsl:choose>
+      <xsl:apply-templates/>
+    </td>
+  </xsl:template>
 
   <xsl:template match="fieldset">
     <div style="border:1px solid #888;padding:2px">
@@ -94,7 +106,7 @@
     <span style="display:inline-block;border:1px solid #888;padding:2px"><xsl:apply-templates/></span>
   </xsl:template>
   <xsl:template match="optgroup">
-    <span style="display:block">
+    <span style="display:block;border-left:4px solid #ccc">
       <xsl:if test="@title != ''">
         <span data-text="title" style="display:block"><xsl:value-of select="@title"/></span>
       </xsl:if>
@@ -114,7 +126,7 @@
     </span>
   </xsl:template>
   <xsl:template match="img">
-    <span style="border:1px solid #888;padding:2px" data-text="alt">
+    <span style="background:#ddd;padding:2px" data-text="alt">
       <xsl:choose>
         <xsl:when test="normalize-space(@alt) != ''"><xsl:value-of select="@alt"/></xsl:when>
         <xsl:when test="normalize-space(@src) != ''"><xsl:value-of select="@src"/></xsl:when>
@@ -123,7 +135,7 @@
     </span>
   </xsl:template>
   <xsl:template match="do">
-    <span style="border:2px outset #aaa;padding:2px" data-text="label">
+    <span style="border:2px outset #aaa;margin:2px;padding:2px" data-text="label">
       <xsl:choose>
         <xsl:when test="normalize-space(@label) != ''"><xsl:value-of select="@label"/></xsl:when>
         <xsl:when test="normalize-space(@type) != ''"><xsl:value-of select="@type"/></xsl:when>
