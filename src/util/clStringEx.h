@@ -30,11 +30,11 @@ public:
     /// shortened to fit, with one ellipsis in its middle. What stands behind the last `\` is
     /// shortened, from its left, only when all that is ahead of it is gone. Where not even the
     /// ellipsis fits, the empty string. A NUL ends the path.
-    std::u16string CompactedPath(std::u16string sPath, std::int32_t lMaxPixels,
+    std::u16string CompactedPath(const std::u16string& sPath, std::int32_t lMaxPixels,
                                  std::int32_t hdc) const;
 
     /// The same as CompactedPath.
-    std::u16string CompactedPathSh(std::u16string sPath, std::int32_t lMaxPixels,
+    std::u16string CompactedPathSh(const std::u16string& sPath, std::int32_t lMaxPixels,
                                    std::int32_t hdc) const;
 
     /// `StrSource` from position `lPos` on, without the stretches from an opening `strDel1` to the

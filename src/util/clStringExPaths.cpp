@@ -59,12 +59,12 @@ std::u16string shortened(std::u16string_view path, std::int32_t maxPixels, std::
 
 } // namespace
 
-std::u16string clStringEx::CompactedPath(std::u16string sPath, std::int32_t lMaxPixels,
+std::u16string clStringEx::CompactedPath(const std::u16string& sPath, std::int32_t lMaxPixels,
                                          std::int32_t hdc) const {
     return shortened(sPath, lMaxPixels, hdc);
 }
 
-std::u16string clStringEx::CompactedPathSh(std::u16string sPath, std::int32_t lMaxPixels,
+std::u16string clStringEx::CompactedPathSh(const std::u16string& sPath, std::int32_t lMaxPixels,
                                            std::int32_t hdc) const {
     return shortened(sPath, lMaxPixels, hdc);
 }
