@@ -52,9 +52,9 @@ int lockFolder(const fs::path& folder) {
     }
     while (::flock(descriptor, LOCK_EX) != 0) {
         if (errno != EINTR) {
-            const Failure failure = failureOf(errno);
+            const int error = errno;
             ::close(descriptor);
-            throw failure;
+            throw failureOf(error);
         }
     }
     return descriptor;
@@ -107,8 +107,7 @@ void removeRegistryFile(const std::string& file) {
     });
 }
 
-RegistryLock::RegistryLock(const std::string& file)
-    : m_folder(-1) {
+RegistryLock::RegistryLock(const std::string& file) {
     doTo(file, "Cannot lock the folder of the class registry", [&] {
         std::error_code failed;
         fs::create_directories(folderOf(file), failed);

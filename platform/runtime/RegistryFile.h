@@ -29,7 +29,7 @@ public:
     RegistryLock& operator=(RegistryLock&&) = delete;
 
 private:
-    int m_folder;
+    int m_folder = -1;
 };
 
 } // namespace tessaly

@@ -7,7 +7,7 @@ namespace tessaly {
 Failure runtimeFailure(FailureCode code, const std::string& what, const std::string& path,
                        const std::u16string& reason) {
     const std::u16string text = decodeText(what + ' ' + path);
-    return Failure(code, reason.empty() ? text : text + u": " + reason);
+    return {code, reason.empty() ? text : text + u": " + reason};
 }
 
 } // namespace tessaly
