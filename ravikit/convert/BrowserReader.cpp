@@ -65,7 +65,12 @@ public:
             const auto& child = *static_cast<const GumboNode*>(children.data[top.child++]);
             if (child.type == GUMBO_NODE_ELEMENT || child.type == GUMBO_NODE_TEMPLATE) {
                 if (const auto node = openElement(child.v.element); node != skipped) {
-                    open.push_back({&child, 0, node, true});
+                    // In MathML and the like a `br` may hold what belongs behind it.
+                    const bool holds = !m_isVoid;
+                    if (!holds) {
+                        m_page.close(node);
+                    }
+                    open.push_back({&child, 0, node, holds});
                 }
             } else if (child.type != GUMBO_NODE_COMMENT && child.type != GUMBO_NODE_DOCUMENT) {
                 m_page.addText(kept(child.v.text.text));
@@ -91,7 +96,8 @@ private:
             gumbo_tag_from_original_text(&piece);
             name = kept(std::string_view(piece.data, piece.length));
         }
-        const PageTag tag = pageTagOf(name);
+        const auto [tag, isVoid] = knownTag(name);
+        m_isVoid = isVoid;
         if (tag == PageTag::RawText || element.tag == GUMBO_TAG_TITLE ||
             element.tag == GUMBO_TAG_IFRAME || element.tag == GUMBO_TAG_NOFRAMES ||
             element.tag == GUMBO_TAG_NOEMBED) {
@@ -122,6 +128,7 @@ private:
     }
 
     PageTree& m_page;
+    bool m_isVoid = false; ///< the element that was opened last
     std::u16string m_buffer;
 };
 

@@ -59,10 +59,10 @@ DeckWriter::Handle DeckWriter::openNormalSize() {
     return m_open.emptySizes() ? m_open.push({.takesSizesOff = true}) : 0;
 }
 
-void DeckWriter::close(Handle handle) {
+bool DeckWriter::close(Handle handle) {
     const std::size_t index = m_open.find(handle);
     if (index == npos) {
-        return;
+        return false;
     }
     const OpenElements::Entry& entry = m_open[index];
     const Element e = entry.opening.element;
@@ -82,7 +82,9 @@ void DeckWriter::close(Handle handle) {
             break;
         }
     }
+    const bool isWritten = entry.isWritten;
     m_open.erase(index);
+    return isWritten;
 }
 
 void DeckWriter::breakParagraph(Paragraph next) {
@@ -125,6 +127,12 @@ void DeckWriter::lineBreak(std::u16string_view tag, bool bare) {
     m_out += isOption ? std::u16string_view(u" ") : tag;
 }
 
+bool DeckWriter::takesBreaks(bool bare) const {
+    Chain chain;
+    m_open.findForText(bare, chain);
+    return chain.empty() || chain.back().element != Element::Option;
+}
+
 bool DeckWriter::leaf(Element element, std::u16string_view markup, Tree::Id parent) {
     bool inLine = false;
     if (element == Element::Do) { // into the paragraph at hand, but not into one of its own
@@ -164,15 +172,8 @@ bool DeckWriter::holdsText(Handle handle, bool bare) const {
 }
 
 void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
-    const std::size_t index = m_open.find(handle);
-    m_chain = m_open.chain();
-    if (index != npos && OpenElements::placeIn(m_chain, index) == npos) {
-        m_open.findForText(false, m_chain);
-    }
-    while (!m_chain.empty() && (m_chain.back().isAdded || m_chain.back().entry != index)) {
-        m_chain.pop_back();
-    }
-    if (!m_chain.empty()) {
+    if (m_open.findInside(m_open.find(handle), m_chain) ||
+        (m_written.empty() && m_open.findInside(0, m_chain))) {
         openExactly(m_chain);
     }
     m_out += markup;

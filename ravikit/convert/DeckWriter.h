@@ -35,9 +35,11 @@ public:
     Handle openStructure(Opening opening);
     /// From here on `big` and `small` don't count.
     Handle openNormalSize();
+    bool isWritten(Handle handle) const;
     /// Ends it; of all that are open it is the innermost. One that has a place in the source is
     /// written even if nothing was in it, but for a size that did not count.
-    void close(Handle handle);
+    /// False if it was not written.
+    bool close(Handle handle);
 
     /// Ends the paragraph at hand: what follows stands on a line of its own.
     void breakParagraph(Paragraph next);
@@ -50,6 +52,8 @@ public:
     /// Writes character data, escaped already. `bare`: also where WML allows no text.
     void text(std::u16string_view escaped, bool bare);
     void lineBreak(std::u16string_view tag, bool bare);
+    /// Whether a line break can stand where a text would.
+    bool takesBreaks(bool bare) const;
     /// Writes the whole of an element. `parent` is its parent in the source if it stands in it on
     /// the page too. False if there is no place for it.
     bool leaf(Element element, std::u16string_view markup, Tree::Id parent);

@@ -23,12 +23,11 @@ std::u16string_view lineSeparator(Element block) {
 
 /// Writes an element that nothing stands in.
 void DeckWriter::writeEmpty(std::size_t index) {
-    Chain chain = m_open.chain();
-    const std::size_t place = OpenElements::placeIn(chain, index);
-    if (place == npos) {
+    Chain& chain = m_chain;
+    if (!m_open.findInside(index, chain) || chain.back().isLoose) {
         return;
     }
-    chain.resize(place);
+    chain.pop_back();
     openExactly(chain);
     OpenElements::Entry& entry = m_open[index];
     const Opening& opening = entry.opening;

@@ -156,7 +156,9 @@ void KnownElements::matchSource(const Declarations* known) {
     for (std::size_t i = 0; i < m_elements.size(); ++i) {
         const Tree::Id id = elementAt(m_begins[i], near);
         near = id == Tree::none ? near : id;
-        if (id == Tree::none || !m_outline->isShown(id) || isTurned(m_elements[i].page, id)) {
+        const std::uint32_t node = m_elements[i].page;
+        const bool isAroundDeck = node < m_root && m_root < m_page[node].next;
+        if (id == Tree::none || isAroundDeck || !m_outline->isShown(id) || isTurned(node, id)) {
             m_byNode[m_elements[i].page] = none;
         } else {
             m_elements[i].source = id;
@@ -241,6 +243,7 @@ void KnownElements::chooseAnchors() {
     for (auto i = static_cast<std::uint32_t>(m_elements.size()); i-- > 0;) {
         const KnownElement& element = m_elements[i];
         if (element.source != Tree::none && !element.isCopy && element.parent != i &&
+            m_elements[element.parent].source != Tree::none &&
             m_elements[element.parent].source == m_parents[element.source]) {
             next[i] = std::exchange(first[element.parent], i);
         }

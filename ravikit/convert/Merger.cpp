@@ -98,7 +98,10 @@ void Merger::closeUpTo(std::uint32_t node) {
             }
             closeSoft();
         } else {
-            m_writer.close(frame.handle);
+            const bool isWritten = m_writer.close(frame.handle);
+            if (frame.isCaptioned && !isWritten) {
+                writeText(textOf(frame.caption));
+            }
         }
     }
 }
@@ -107,7 +110,7 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
     const PageNode& element = m_page[node];
     if (element.tag == PageTag::Dropped || element.tag == PageTag::RawText) {
         drop(element.text);
-        return element.next;
+        return element.tag == PageTag::Dropped ? node + 1 : element.next;
     }
     if (m_page.attribute(node, textAttribute) != nullptr && takeCaption(node)) {
         return element.next;
@@ -158,11 +161,12 @@ bool Merger::isPart(std::uint32_t node) {
     return isNext;
 }
 
-/// A text that shows an attribute of the element around it: the element's tag has been written by
-/// it. Anything else of the kind is text like other text.
+/// A text that shows an attribute of the element around it: it goes into the element's tag.
+/// Anything else of the kind is text like other text.
 bool Merger::takeCaption(std::uint32_t node) {
     Frame& frame = m_frames.back();
-    if (frame.known == nullptr || frame.isCaptioned || frame.caption != node) {
+    const bool isTag = frame.known != nullptr && frame.handle != 0;
+    if (!isTag || frame.isCaptioned || frame.caption != node) {
         return false;
     }
     frame.isCaptioned = true;

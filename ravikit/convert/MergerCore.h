@@ -101,7 +101,8 @@ private:
     void writeItems(std::size_t prefix, std::size_t suffix);
     void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
     void writeNew(std::size_t firstItem, std::size_t behind);
-    std::u16string unseenUpTo(std::size_t atom);
+    bool canCopy(std::size_t atom, std::size_t count) const;
+    std::u16string unseenUpTo(std::size_t atom, bool keepsLastBlank);
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;
     bool isBlockSource(Tree::Id id) const;

@@ -88,7 +88,10 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     m_frames.back().isAfterBlock = beforeBlock;
     normaliseItems(place);
     const auto [prefix, suffix] = compare(isFirst, isLast);
-    const bool onlyUnseen = m_frames.back().gap.atoms.empty();
+    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
+    const bool onlyUnseen = std::all_of(atoms.begin(), atoms.end(), [](const SourceAtom& atom) {
+        return atom.unit == removedAtom;
+    });
     const bool isSomewhere = m_frames.back().known != nullptr;
     const bool isBegin = m_frames.back().lastAnchor == Tree::none;
     if (isSomewhere && onlyUnseen && isBegin && !m_frames.back().isParagraph &&
@@ -234,16 +237,25 @@ void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
     }
 }
 
+/// Whether the source of `count` atoms can stand where the text at hand goes.
+bool Merger::canCopy(std::size_t atom, std::size_t count) const {
+    const Gap& gap = m_frames.back().gap;
+    const auto from = gap.atoms.begin() + static_cast<std::ptrdiff_t>(atom);
+    const bool hasElement = std::any_of(gap.unseen.begin(), gap.unseen.end(),
+                                        [](const Unseen& one) { return one.isElement; });
+    const bool hasBreak = std::any_of(from, from + static_cast<std::ptrdiff_t>(count),
+                                      [](const SourceAtom& one) { return one.unit == breakAtom; });
+    return (!hasElement || ownsElements(true)) && (!hasBreak || m_writer.takesBreaks(isBare()));
+}
+
 /// Copies the characters of the items from the source, where they begin at `atom`.
 void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
-    // The frame may move while what is written opens others.
-    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
-    if (std::any_of(m_frames.back().gap.unseen.begin(), m_frames.back().gap.unseen.end(),
-                    [](const Unseen& one) { return one.isElement; }) &&
-        !ownsElements(true)) {
+    if (!canCopy(atom, behind - firstItem)) {
         writeNew(firstItem, behind);
         return;
     }
+    // The frame may move while what is written opens others.
+    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     std::size_t begin = atom;
     std::size_t end = atom + (behind - firstItem);
     // What is written in one with its neighbours can't be cut.
@@ -255,7 +267,7 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
     }
     writeNew(firstItem, firstItem + (begin - atom));
     if (begin < end) {
-        m_buffer = unseenUpTo(begin);
+        m_buffer = unseenUpTo(begin, true);
         m_buffer +=
             m_tree->text().substr(atoms[begin].begin, atoms[end - 1].end - atoms[begin].begin);
         std::size_t& next = m_frames.back().usedUnseen;
@@ -299,13 +311,19 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
 
 /// What isn't seen ahead of `atom` and was not written yet; of blanks only those right
 /// ahead, of it or of something else that comes along.
-std::u16string Merger::unseenUpTo(std::size_t atom) {
+std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
     Frame& frame = m_frames.back();
     const bool isSplit = frame.known != nullptr && frame.known->isCopy && !frame.known->isUnchanged;
     std::u16string text;
     const std::vector<Unseen>& unseen = frame.gap.unseen;
-    for (; frame.usedUnseen < unseen.size() && unseen[frame.usedUnseen].before <= atom;
-         ++frame.usedUnseen) {
+    std::size_t end = frame.usedUnseen;
+    while (end < unseen.size() && unseen[end].before <= atom) {
+        ++end;
+    }
+    if (!keepsLastBlank && end > frame.usedUnseen && unseen[end - 1].isBlank) {
+        --end; // it waits for what comes next
+    }
+    for (; frame.usedUnseen < end; ++frame.usedUnseen) {
         const Unseen& one = unseen[frame.usedUnseen];
         const std::size_t next = frame.usedUnseen + 1;
         const bool leads =
@@ -322,30 +340,14 @@ std::u16string Merger::unseenUpTo(std::size_t atom) {
 }
 
 void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
-    Frame& frame = m_frames.back();
-    std::u16string text;
-    if (keepsLastBlank) {
-        text = unseenUpTo(atom);
-    } else {
-        // The blanks behind it all wait for what comes next.
-        std::vector<Unseen>& unseen = frame.gap.unseen;
-        const bool blankLast = !unseen.empty() && unseen.back().isBlank;
-        const Unseen last = blankLast ? unseen.back() : Unseen();
-        if (blankLast && frame.usedUnseen < unseen.size()) {
-            unseen.pop_back();
-            text = unseenUpTo(atom);
-            unseen.push_back(last);
-        } else {
-            text = unseenUpTo(atom);
-        }
-    }
+    const std::u16string text = unseenUpTo(atom, keepsLastBlank);
     if (text.empty()) {
         return;
     }
-    if (frame.isParagraph) {
+    if (m_frames.back().isParagraph) {
         m_writer.forceParagraph();
     }
-    m_writer.unseen(text, frame.handle);
+    m_writer.unseen(text, m_frames.back().handle);
 }
 
 } // namespace ravikit

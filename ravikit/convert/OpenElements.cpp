@@ -135,15 +135,6 @@ bool OpenElements::emptySizes() {
     return found;
 }
 
-std::size_t OpenElements::placeIn(const Chain& chain, std::size_t entry) {
-    for (std::size_t i = chain.size(); i-- > 0;) {
-        if (!chain[i].isAdded && !chain[i].isLoose && chain[i].entry == entry) {
-            return i;
-        }
-    }
-    return npos;
-}
-
 std::size_t OpenElements::innermost() const {
     const std::size_t at = behindFixed(m_chain);
     return at == 0 ? npos : m_chain[at - 1].entry;
@@ -276,6 +267,22 @@ void OpenElements::findForText(bool bare, Chain& chain) const {
         chain.insert(chain.begin() + static_cast<std::ptrdiff_t>(at++), container);
     }
     dropMisplaced(chain);
+}
+
+bool OpenElements::findInside(std::size_t entry, Chain& chain) const {
+    const auto isIt = [entry](const Standing& one) { return !one.isAdded && one.entry == entry; };
+    chain = m_chain;
+    if (const auto it = std::find_if(chain.begin(), chain.end(), isIt);
+        it != chain.end() && it->isLoose) {
+        findForText(false, chain);
+    }
+    const auto it = std::find_if(chain.begin(), chain.end(), isIt);
+    if (it == chain.end()) {
+        return false;
+    }
+    chain.erase(it + 1, chain.end());
+    dropMisplaced(chain);
+    return !chain.empty() && isIt(chain.back());
 }
 
 bool OpenElements::findForLeaf(Element element, Tree::Id parent, bool inLine, Chain& chain) const {

@@ -75,8 +75,6 @@ public:
 
     /// What stands open for elements.
     const Chain& chain() const { return m_chain; }
-    /// Where `entry` stands in `chain`, if it holds its place; else npos.
-    static std::size_t placeIn(const Chain& chain, std::size_t entry);
     /// The innermost element that holds its place; npos if there is none.
     std::size_t innermost() const;
     /// The innermost that holds its place and is neither format nor link.
@@ -84,6 +82,8 @@ public:
     bool takesStructure(Element element) const;
     /// Makes `chain` what is to stand open around a text. `bare`: also right in what allows none.
     void findForText(bool bare, Chain& chain) const;
+    /// Makes `chain` what is to stand open right inside `entry`; false if that can't be.
+    bool findInside(std::size_t entry, Chain& chain) const;
     /// Makes `chain` what is to stand open around an element that is written whole; false if there
     /// is no place for it. `parent` is its parent in the source if it is in it on the page too.
     /// `inLine`: it goes where a text would.
