@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <poll.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
@@ -69,6 +71,11 @@ protected:
         unlockpt(m_master);
         m_slave = open(ptsname(m_master), O_RDWR | O_NOCTTY);
         fcntl(m_master, F_SETFL, O_NONBLOCK);
+        // The echo of what is typed would come in between at any place.
+        termios settings = {};
+        tcgetattr(m_slave, &settings);
+        settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(m_slave, TCSANOW, &settings);
     }
     ~Attended() override {
         close(m_slave);
@@ -78,7 +85,16 @@ protected:
     void type(const std::string& keys) const {
         EXPECT_EQ(write(m_master, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
     }
-    std::string shown() const { return readWritten(m_master); }
+    /// What the terminal has shown since the last call. It arrives late: a mark is sent after it.
+    std::string shown() const {
+        EXPECT_EQ(write(m_slave, "\x01", 1), 1);
+        std::string text;
+        pollfd awaited = {m_master, POLLIN, 0};
+        while (!text.ends_with('\x01') && poll(&awaited, 1, 5'000) == 1) {
+            text += readWritten(m_master);
+        }
+        return text;
+    }
     Terminal terminal() const { return Terminal(m_slave, m_slave); }
     TerminalDialogs dialogs() const { return TerminalDialogs(terminal()); }
 

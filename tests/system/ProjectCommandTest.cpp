@@ -242,6 +242,7 @@ TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
 /// about the last one.
 TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
     std::vector<std::string> decks;
+    decks.reserve(1000);
     for (int i = 0; i < 1000; ++i) {
         decks.push_back("deck" + std::to_string(i));
     }
@@ -353,16 +354,19 @@ TEST_F(ProjectCommand, TakesUnusualNames) {
     for (const std::string& name : names) {
         fs::remove_all(folder / "old");
         write("old/index.wml", deckOf("index"));
-        write("old/" + name + ".wml", deckOf(name));
-        const std::string project = "'old/" + name + ".cvp'";
-        const Outcome made = run("new old '--name=" + name + "' --from 'old/" + name + ".wml'");
+        const std::string stem = "old/" + name;
+        write(stem + ".wml", deckOf(name));
+        std::string project = "'" + stem + ".cvp'";
+        const std::string quoted = "'" + name + "'";
+        std::string making = "new old --name=";
+        making.append(quoted).append(" --from '").append(stem).append(".wml'");
+        const Outcome made = run(making);
         EXPECT_EQ(made.status, 0) << made.out;
-        EXPECT_EQ(read("old/" + name + ".cvp"),
-                  projectFile(name, folder / "old", "Owner=\r\n", {name}, ""));
+        EXPECT_EQ(read(stem + ".cvp"), projectFile(name, folder / "old", "Owner=\r\n", {name}, ""));
         EXPECT_EQ(run("add " + project + " index").status, 0) << name;
-        EXPECT_EQ(run("remove " + project + " -- '" + name + "'").status, 0) << name;
-        EXPECT_EQ(run("first " + project).out, "index\n");
-        EXPECT_EQ(read("old/" + name + ".wml"), deckOf(name));
+        EXPECT_EQ(run("remove " + project.append(" -- ").append(quoted)).status, 0) << name;
+        EXPECT_EQ(run("first '" + stem + ".cvp'").out, "index\n");
+        EXPECT_EQ(read(stem + ".wml"), deckOf(name));
     }
     makeProject({"index"});
     const Outcome bare =

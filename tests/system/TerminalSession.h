@@ -3,6 +3,7 @@
 #include <poll.h>
 #include <pty.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <array>
@@ -29,6 +30,11 @@ public:
             }
             _exit(127);
         }
+        // The echo of what is typed would come in between at any place.
+        termios settings = {};
+        tcgetattr(m_terminal, &settings);
+        settings.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        tcsetattr(m_terminal, TCSANOW, &settings);
     }
     ~TerminalSession() { close(m_terminal); }
     TerminalSession(const TerminalSession&) = delete;
