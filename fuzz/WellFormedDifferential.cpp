@@ -1,7 +1,7 @@
 // Holds our verdict on whether a text is well-formed against libxml2's, and looks whether the tree
 // is the whole text. A disagreement ends the run with the text and both verdicts.
 //
-//   fuzz_wellformed -dict=fuzz/xml.dict CORPUS fuzz/corpus
+//   fuzz_wellformed -dict=fuzz/xml.dict CORPUS fuzz/corpus/deck
 
 #include "ravikit/Chars.h"
 #include "ravikit/Parser.h"
