@@ -1,8 +1,11 @@
 #include "ravikit/convert/GumboGuard.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <new>
+#include <type_traits>
 
 namespace ravikit {
 
@@ -65,9 +68,16 @@ void GumboGuard::measureDepth() {
     if (m_newest == nullptr || m_unmeasured < nodesBetweenMeasures) {
         return;
     }
+    // The block may be a string or a table of pointers of the same size. Neither begins like the
+    // number of a kind: the parser keeps no zeros in strings, and pointers are larger.
+    std::underlying_type_t<GumboNodeType> kind = 0;
+    std::memcpy(&kind, m_newest, sizeof kind);
+    if (kind != GUMBO_NODE_ELEMENT) {
+        return;
+    }
     const auto& node = *static_cast<const GumboNode*>(m_newest);
-    if (node.type != GUMBO_NODE_ELEMENT || node.parent == nullptr) {
-        return; // a text, or a table of pointers of the same size
+    if (node.parent == nullptr) {
+        return;
     }
     m_unmeasured = 0;
     m_offset = std::max<std::size_t>(m_offset, node.v.element.start_pos.offset);
