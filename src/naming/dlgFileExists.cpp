@@ -54,8 +54,9 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
     m_bProject = bProject;
     std::u16string name = strFileName;
     std::shared_ptr<File> file;
-    if (m_fso->FileExists(toLower(m_strFileName))) {
-        file = m_fso->GetFile(toLower(m_strFileName));
+    const std::u16string taken = existingForm(m_strFileName);
+    if (!taken.empty()) {
+        file = m_fso->GetFile(taken);
         const bool readOnly = (require(file).Attributes() & readOnlyAttribute) != 0;
         if (readOnly) {
             m_iMode = m_bProject ? modeProjectReadOnly : modeDocumentReadOnly;
@@ -69,6 +70,15 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
     }
     m_fso.reset();
     return name;
+}
+
+std::u16string dlgFileExists::existingForm(const std::u16string& path) {
+    const std::u16string lowerCase = toLower(path);
+    if (require(m_fso).FileExists(lowerCase)) {
+        return lowerCase;
+    }
+    // Where letters of either case are folders of their own, the small ones may lead elsewhere.
+    return path != lowerCase && m_fso->FileExists(path) ? path : std::u16string();
 }
 
 std::u16string dlgFileExists::askUser() {

@@ -56,6 +56,9 @@ private:
     void OnClick(const std::u16string& control) override;
     void OnChange(const std::u16string& control) override;
 
+    /// The path under which the file at `path` is found, in small letters if it can be; empty if
+    /// there is no such file.
+    std::u16string existingForm(const std::u16string& path);
     std::u16string askUser();
     std::u16string chosenFileName();
 

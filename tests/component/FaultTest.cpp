@@ -50,7 +50,7 @@ bool save(Model& m, DocumentState& document, const Text& path) {
 Text uniqueName(Model& m, const Text& path) {
     Text name;
     const bool taken = m.now.files.contains(path);
-    const std::vector<std::string> free = {"FileExists"};
+    const std::vector<std::string> free(path == toLower(path) ? 1 : 2, "FileExists");
     const std::vector<std::string> asked = {"FileExists", "GetFile", "Attributes", "GetFileName",
                                             "GetParentFolderName"};
     m.step(taken ? asked : free, [&] {

@@ -153,6 +153,13 @@ TEST_F(RealDisk, SomethingElseInThePlaceOfAFile) {
     EXPECT_EQ(project->projectFile(), temp.path("p/p.cvp"));
 }
 
+TEST_F(RealDisk, AFolderOfOtherLettersHidesNoConflict) {
+    temp.folder("Q");
+    temp.write("Q/a.wml", "another deck");
+    EXPECT_FALSE(project->SaveAs(temp.path("Q/n.cvp"))) << "nobody agreed to overwrite";
+    EXPECT_EQ(temp.read("Q/a.wml"), "another deck");
+}
+
 TEST_F(RealDisk, LinksAreFollowedAndNotReplaced) {
     temp.write("q/real.wml", deck);
     std::filesystem::remove(temp.posix("p/a.wml"));
