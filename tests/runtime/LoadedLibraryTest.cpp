@@ -38,7 +38,7 @@ TEST_F(LoadedHost, OpensAProjectAndHearsItsEvents) {
     const auto box = std::make_shared<TextBox>();
     extra->MuRtb(box);
     extra->view(vMarkup);
-    shell.heard.push_back("edit");
+    shell.heard.emplace_back("edit");
     box->text = u"<wml>\n<card></wml>";
     extra->Refresh();
     box->text = extra->Content();
@@ -83,7 +83,7 @@ TEST_F(LoadedHost, WhateverIsInUseKeepsTheLibraryLoaded) {
         {"pictures",
          [&] { return runtime.classObject("Tessaly.clProject")->platform()->pictures(); }},
         {"dialog", [&] {
-             const auto project = openWeather();
+             auto project = openWeather();
              EXPECT_FALSE(project->SaveAs(folder.path("weather/Weather.cvp")));
              return project;
          }}};
