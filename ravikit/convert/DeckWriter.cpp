@@ -64,6 +64,9 @@ bool DeckWriter::close(Handle handle) {
     if (index == npos) {
         return false;
     }
+    while (m_open.size() > index + 1) {
+        close(m_open[m_open.size() - 1].handle);
+    }
     const OpenElements::Entry& entry = m_open[index];
     const Element e = entry.opening.element;
     if (e == Element::Wml && !entry.hasText) { // a deck has a card
@@ -83,7 +86,7 @@ bool DeckWriter::close(Handle handle) {
         }
     }
     const bool isWritten = entry.isWritten;
-    m_open.erase(index);
+    m_open.pop();
     return isWritten;
 }
 

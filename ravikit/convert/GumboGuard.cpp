@@ -1,5 +1,7 @@
 #include "ravikit/convert/GumboGuard.h"
 
+#include "ravikit/convert/AttributeCost.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
@@ -35,6 +37,9 @@ struct alignas(std::max_align_t) GumboGuard::Block {
 GumboGuard::GumboGuard(std::string_view html, GumboTag context, GumboNamespaceEnum contextNamespace)
     : m_workAllowed(workForAll + workPerByte * html.size())
     , m_bytesAllowed(bytesForAll + bytesPerByte * html.size()) {
+    if (const auto tag = costlyTag(html, m_workAllowed)) {
+        throw PageTooCostly(*tag);
+    }
     GumboOptions options = kGumboDefaultOptions;
     options.allocator = allocate;
     options.deallocator = release;
@@ -68,8 +73,9 @@ void GumboGuard::measureDepth() {
     if (m_newest == nullptr || m_unmeasured < nodesBetweenMeasures) {
         return;
     }
-    // The block may be a string or a table of pointers of the same size. Neither begins like the
-    // number of a kind: the parser keeps no zeros in strings, and pointers are larger.
+    // The block may be a string or a table of pointers of the same size. Pointers are larger than
+    // the number of a kind, and the parser keeps no zeros in strings: one that begins like a number
+    // is of one unit, with nothing but zeros behind it.
     std::underlying_type_t<GumboNodeType> kind = 0;
     std::memcpy(&kind, m_newest, sizeof kind);
     if (kind != GUMBO_NODE_ELEMENT) {

@@ -218,19 +218,40 @@ void KnownElements::findParents() {
     }
 }
 
-/// Of those that name the same element of the source one is it and the others are copies: one that
-/// is unchanged goes ahead, then the first.
+/// Of those that name the same element of the source one is it and the others are copies. What is
+/// unchanged is written as a whole, with all that is in it, so that of two such the outer one in
+/// the source goes ahead, then the first on the page; behind them all comes what has changed.
 void KnownElements::choose() {
-    std::vector<std::uint32_t> chosen(m_tree->size(), none);
-    for (const bool unchanged : {true, false}) {
-        for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
-            KnownElement& element = m_elements[i];
-            if (element.source == Tree::none || element.isUnchanged != unchanged) {
-                continue;
-            }
-            std::uint32_t& holder = chosen[element.source];
-            element.isCopy = holder != none;
-            holder = holder == none ? i : holder;
+    std::vector<std::uint32_t> whole(m_elements.size(),
+                                     none); // the outermost unchanged around each
+    std::vector<std::uint32_t> wholes;
+    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+        const KnownElement& element = m_elements[i];
+        whole[i] = element.parent == i ? none : whole[element.parent];
+        if (whole[i] == none && element.isUnchanged && element.source != Tree::none) {
+            whole[i] = i;
+            wholes.push_back(i);
+        }
+    }
+    std::stable_sort(wholes.begin(), wholes.end(), [this](std::uint32_t a, std::uint32_t b) {
+        return m_elements[a].source < m_elements[b].source;
+    });
+    std::vector<bool> isTaken(m_tree->size());
+    for (const std::uint32_t i : wholes) {
+        KnownElement& element = m_elements[i];
+        element.isCopy = isTaken[element.source];
+        for (Tree::Id id = element.source; !element.isCopy && id < (*m_tree)[element.source].next;
+             ++id) {
+            isTaken[id] = true;
+        }
+    }
+    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+        KnownElement& element = m_elements[i];
+        if (whole[i] != none) {
+            element.isCopy = m_elements[whole[i]].isCopy;
+        } else if (element.source != Tree::none) {
+            element.isCopy = isTaken[element.source];
+            isTaken[element.source] = true;
         }
     }
 }

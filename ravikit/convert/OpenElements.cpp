@@ -70,13 +70,24 @@ OpenElements::Handle OpenElements::push(Entry entry) {
     }
     entry.handle = ++m_last;
     m_entries.push_back(std::move(entry));
+    m_before = m_chain;
     add(m_entries.size() - 1);
+    Entry& last = m_entries.back();
+    last.isOnTop = m_chain.size() == m_before.size() + 1 &&
+                   std::equal(m_before.begin(), m_before.end(), m_chain.begin());
+    if (!last.isOnTop) {
+        last.outer = m_before;
+    }
     return m_last;
 }
 
-void OpenElements::erase(std::size_t index) {
-    m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(index));
-    rebuild();
+void OpenElements::pop() {
+    if (m_entries.back().isOnTop) {
+        m_chain.pop_back();
+    } else {
+        m_chain.swap(m_entries.back().outer);
+    }
+    m_entries.pop_back();
 }
 
 std::size_t OpenElements::find(Handle handle) const {
@@ -249,13 +260,6 @@ void OpenElements::add(std::size_t index) {
         addLoose(m_chain, standing);
     } else {
         addStructure(standing);
-    }
-}
-
-void OpenElements::rebuild() {
-    m_chain.clear();
-    for (std::size_t i = 0; i < m_entries.size(); ++i) {
-        add(i);
     }
 }
 

@@ -24,6 +24,7 @@ struct Standing {
     bool isLoose = false;    ///< a format or link that gives way to what comes inside of it
     bool isAdded = false;    ///< for the sake of what is in it
     std::uint32_t addedFor = static_cast<std::uint32_t>(-1); ///< that structure; else for a text
+    bool operator==(const Standing&) const = default;
 };
 /// From the outermost to the innermost.
 using Chain = std::vector<Standing>;
@@ -53,11 +54,13 @@ public:
         bool wantsBreak = false;    ///< before the next text
         std::u16string indent = {}; ///< of a deck or card, ahead of its children
         Paragraph around = {};      ///< of a structure: the one that it may need
+        Chain outer = {};           ///< the chain without it, unless it is only on top of that
+        bool isOnTop = false;
     };
 
     /// The number by which `entry` is closed; 0, with nothing opened, if too many are open.
     Handle push(Entry entry);
-    void erase(std::size_t index);
+    void pop(); ///< takes out the last one
 
     std::size_t size() const { return m_entries.size(); }
     Entry& operator[](std::size_t index) { return m_entries[index]; }
@@ -103,10 +106,10 @@ private:
     void add(std::size_t index);
     void addInPlace(const Standing& standing);
     void addStructure(const Standing& standing);
-    void rebuild();
 
     std::vector<Entry> m_entries;
     Chain m_chain;
+    Chain m_before; ///< for push
     Handle m_last = 0;
 };
 

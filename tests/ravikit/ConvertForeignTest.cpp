@@ -85,7 +85,7 @@ TEST(ConvertForeign, MarksThatDoNotHold) {
     const auto from = browse(plainOf(other));
     card.insert(2, from->children[0]->children[0]->children[0]->clone());
     EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Modern))),
-              "<wml><card title=\"A\"><p id=\"p\">one</p><p><b>two</b></p></card>"
+              "<wml><card title=\"A\"><p>one</p><p><b>two</b></p></card>"
               "<card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>");
 
     // A source that was tampered with is none.
@@ -262,7 +262,9 @@ TEST(ConvertForeign, HostilePages) {
     EXPECT_TRUE(converts(u"<p title=\"" + repeated(u"a", 1 << 20) + u"\">x</p>"));
     EXPECT_FALSE(converts(repeated(u"<div>", many)));
     EXPECT_FALSE(converts(repeated(u"<x1></y><object></div>", many)));
-    EXPECT_TRUE(converts(u"<p " + repeated(u"a=b ", many) + u"<p>"));
+    EXPECT_TRUE(converts(u"<p " + repeated(u"a=b ", many) + u">x</p>"));
+    EXPECT_FALSE(converts(u"<p " + repeated(u"a=b ", many) + u"<p>"));
+    EXPECT_FALSE(converts(repeated(u"<a ", many)));
     std::u16string attributes;
     std::u16string fonts;
     for (char16_t c = 0x4E00; c < 0x9E00; ++c) {
