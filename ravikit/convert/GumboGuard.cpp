@@ -78,15 +78,18 @@ void GumboGuard::measureDepth() {
     // is of one unit, with nothing but zeros behind it.
     std::underlying_type_t<GumboNodeType> kind = 0;
     std::memcpy(&kind, m_newest, sizeof kind);
-    if (kind != GUMBO_NODE_ELEMENT) {
+    const bool isText = kind == GUMBO_NODE_TEXT || kind == GUMBO_NODE_WHITESPACE;
+    if (kind != GUMBO_NODE_ELEMENT && !isText) {
         return;
     }
+    // An element that a text is ahead of comes into being before that text does, and has no place.
     const auto& node = *static_cast<const GumboNode*>(m_newest);
     if (node.parent == nullptr) {
         return;
     }
     m_unmeasured = 0;
-    m_offset = std::max<std::size_t>(m_offset, node.v.element.start_pos.offset);
+    const GumboSourcePosition& start = isText ? node.v.text.start_pos : node.v.element.start_pos;
+    m_offset = std::max<std::size_t>(m_offset, start.offset);
     m_depth = 0;
     for (const GumboNode* at = &node; at != nullptr; at = at->parent) {
         ++m_depth;
@@ -95,8 +98,7 @@ void GumboGuard::measureDepth() {
 
 void GumboGuard::charge(std::size_t size) {
     if (size == sizeof(GumboNode)) {
-        // By now the element before has its place in the tree.
-        measureDepth();
+        measureDepth(); // by the node before, which mostly has its place in the tree by now
         m_attributes = 0;
     } else if (size == sizeof(GumboAttribute)) {
         ++m_attributes;
