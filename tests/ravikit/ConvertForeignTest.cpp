@@ -234,48 +234,52 @@ TEST(ConvertForeign, Soup) {
     std::cout << "tried: " << count << " pages of soup\n";
 }
 
-std::u16string repeated(std::u16string_view text, std::size_t count) {
-    std::u16string all;
-    all.reserve(text.size() * count);
-    for (std::size_t i = 0; i < count; ++i) {
-        all += text;
-    }
-    return all;
-}
-
-/// Size and depth cost in line with the page, or are refused with a reason.
-TEST(ConvertForeign, HostilePages) {
-    const std::size_t many = 200000;
-    const auto converts = [](std::u16string page) {
-        ravikit::Problems problems;
-        const bool good = ravikit::plainToMarkup(page, false, nullptr, problems);
-        EXPECT_NE(good, !problems.empty());
-        EXPECT_TRUE(!good || isValid(page));
-        return good;
+/// Pages that once gave a deck that was not valid, or lost a text: each is the page of a deck in
+/// which one thing was put in the place of another.
+TEST(ConvertForeign, WhatFuzzingFound) {
+    struct Case {
+        const char16_t* deck;
+        const char16_t* from;
+        const char16_t* to;
+        const char* expected;
     };
-    EXPECT_TRUE(converts(repeated(u"<div>", many) + u"x" + repeated(u"</div>", many)));
-    EXPECT_TRUE(converts(repeated(u"<b>", many) + u"x" + repeated(u"</b>", many)));
-    EXPECT_TRUE(converts(repeated(u"<table><tr><td>", many) + u"x" +
-                         repeated(u"</td></tr></table>", many)));
-    EXPECT_TRUE(converts(repeated(u"<i>a</i><br>", many)));
-    EXPECT_TRUE(converts(repeated(u"<p>x", many)));
-    EXPECT_TRUE(converts(u"<p title=\"" + repeated(u"a", 1 << 20) + u"\">x</p>"));
-    EXPECT_FALSE(converts(repeated(u"<div>", many)));
-    EXPECT_FALSE(converts(repeated(u"<x1></y><object></div>", many)));
-    EXPECT_TRUE(converts(u"<p " + repeated(u"a=b ", many) + u">x</p>"));
-    EXPECT_FALSE(converts(u"<p " + repeated(u"a=b ", many) + u"<p>"));
-    EXPECT_FALSE(converts(repeated(u"<a ", many)));
-    std::u16string attributes;
-    std::u16string fonts;
-    for (char16_t c = 0x4E00; c < 0x9E00; ++c) {
-        attributes += {u'a', c, u' '};
+    const std::array<Case, 9> cases{{
+        {u"<wml><card><timer value=\"1\"/><p>a</p><p>b</p></card></wml>", u">a</p>",
+         u" data-mark=x>c</p>", "<wml><card><timer value=\"1\"/><p>c</p><p>b</p></card></wml>"},
+        {u"<wml><head><meta name=\"n\" content=\"c\"/></head><card><p>a</p></card></wml>",
+         u"<div class=\"card\"", u"<p>b</p><div class=\"card\" data-mark=x",
+         "<wml><head><meta name=\"n\" content=\"c\"/></head><card><p>b</p><p>a</p></card></wml>"},
+        {u"<wml><card><p><select><optgroup title=\"t\"><option>a</option></optgroup></select></p>"
+         u"</card></wml>",
+         u">t</span>", u">t",
+         "<wml><card><p><select><option>ta</option></select></p></card></wml>"},
+        {u"<wml><card><p>a</p></card></wml>", u">a<", u"><object>b</object><",
+         "<wml><card><p>b</p></card></wml>"},
+        {u"<wml><card><p>a</p></card></wml>", u">a<", u"><math><div>b<br>c<",
+         "<wml><card><p>b<br/>c</p></card></wml>"},
+        {u"<wml><card><p>a<br/>b</p></card></wml>", u"a<br>b",
+         u"<select><option>a<br>b</option></select>",
+         "<wml><card><p><select><option>a b</option></select></p></card></wml>"},
+        {u"<!DOCTYPE wml [<!ENTITY s ' '>]><wml>&s;<card><p>a</p></card></wml>",
+         u"<div class=\"card\"", u"b<div class=\"card\"",
+         "<!DOCTYPE wml [<!ENTITY s ' "
+         "'>]><wml>&s;<card><p>b</p></card><card><p>a</p></card></wml>"},
+        {u"<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>a</p></card></wml>", u"<p ", u"b<p ",
+         "<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>b</p><p>a</p></card></wml>"},
+        {u"<wml><card id=\"c\"><p id=\"p\">a</p></card></wml>", u"</div></div>", u"",
+         "<wml><card><p>a</p></card><card id=\"c\"><p id=\"p\">a</p></card></wml>"},
+    }};
+    for (const auto& [deck, from, to, expected] : cases) {
+        std::u16string page = plainOf(deck);
+        const std::size_t at = page.find(from, *from == u'<' ? 0 : page.find(u'>'));
+        ASSERT_NE(at, std::u16string::npos) << toUtf8(page);
+        page.replace(at, std::u16string_view(from).size(), to);
+        page = *to == 0 ? page + page : page;
+        const std::u16string found = markupOf(page);
+        std::string why;
+        EXPECT_TRUE(isValid(found, &why)) << why;
+        EXPECT_EQ(toUtf8(found), expected) << toUtf8(page);
     }
-    EXPECT_FALSE(converts(u"<p " + attributes + u"<p>"));
-    for (unsigned i = 0; i < 20000; ++i) {
-        fonts += u"<font color=" + std::u16string(1, static_cast<char16_t>(u'a' + i % 26)) +
-                 std::u16string(i / 26 % 50, u'b') + u"><p>";
-    }
-    EXPECT_FALSE(converts(fonts));
 }
 
 } // namespace
