@@ -77,9 +77,10 @@ std::optional<Reading> read(std::u16string text) {
     bool isOpen = true;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find(u'\n'), text.size());
+        const bool isEnded = end < text.size();
         std::u16string line = text.substr(0, end);
         text.erase(0, end + 1);
-        if (end < text.size() + end + 1 && line.ends_with(u'\r')) {
+        if (isEnded && line.ends_with(u'\r')) { // without a line feed it is part of the value
             line.pop_back();
         }
         std::vector<std::u16string> pieces(1);
