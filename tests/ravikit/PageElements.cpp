@@ -28,6 +28,15 @@ std::u16string capitals(std::u16string_view text) {
     return result;
 }
 
+// Where a browser's own line ends would show.
+bool isInPre(const PageElement& node) {
+    const PageElement* above = node.parent;
+    while (above != nullptr && above->tag != u"pre") {
+        above = above->parent;
+    }
+    return above != nullptr;
+}
+
 void write(const PageElement& node, Browser browser, std::u16string& out) {
     if (node.tag.empty()) {
         appendEscaped(out, node.text, false);
@@ -60,7 +69,7 @@ void write(const PageElement& node, Browser browser, std::u16string& out) {
         write(*child, browser, out);
     }
     out += u"</" + name + u'>';
-    if (browser == Browser::Old && name == u"P" && node.parent->tag != u"pre") {
+    if (browser == Browser::Old && name == u"P" && !isInPre(node)) {
         out += u"\r\n";
     }
 }
