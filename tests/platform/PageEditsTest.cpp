@@ -61,37 +61,16 @@ std::vector<Letter> lettersOf(const Dom& dom, InlineStyle style) {
 /// A page of tag soup, and a selection in it.
 struct RandomPage {
     explicit RandomPage(std::mt19937& random) {
-        constexpr std::u16string_view pieces[] = {u"<b>",
-                                                  u"</b>",
-                                                  u"<i>",
-                                                  u"</i>",
-                                                  u"<p>",
-                                                  u"</p>",
-                                                  u"<strong>",
-                                                  u"</strong>",
-                                                  u"<div>",
-                                                  u"</div>",
-                                                  u"ab ",
-                                                  u" c",
-                                                  u"<h2>",
-                                                  u"</h2>",
-                                                  u"<br>",
-                                                  u"d",
-                                                  u"<ul>",
-                                                  u"<li>",
-                                                  u"</ul>",
-                                                  u"<table><tr><td>",
-                                                  u"<td>",
-                                                  u"</table>",
-                                                  u"<big>",
-                                                  u"</big>",
-                                                  u"<font size=5>",
-                                                  u"<font size=2>",
-                                                  u"</font>",
-                                                  u"<span style='font-weight: bold'>",
-                                                  u"<span style='font-weight: normal'>",
-                                                  u"<span style='font-size: 9px'>",
-                                                  u"</span>"};
+        constexpr std::u16string_view pieces[] = {
+            // Formats, blocks and text.
+            u"<b>", u"</b>", u"<i>", u"</i>", u"<p>", u"</p>", u"<strong>", u"</strong>", u"<div>",
+            u"</div>", u"ab ", u" c", u"<h2>", u"</h2>", u"<br>", u"d", u"<ul>", u"<li>", u"</ul>",
+            u"<table><tr><td>", u"<td>", u"</table>",
+
+            // Sizes and styles.
+            u"<big>", u"</big>", u"<font size=5>", u"<font size=2>", u"</font>",
+            u"<span style='font-weight: bold'>", u"<span style='font-weight: normal'>",
+            u"<span style='font-size: 9px'>", u"</span>"};
         const auto below = [&random](std::size_t limit) { return random() % limit; };
         std::u16string html;
         for (std::size_t i = below(24); i > 0; --i) {

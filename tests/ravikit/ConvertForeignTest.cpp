@@ -149,52 +149,23 @@ TEST(ConvertForeign, StrictRefusesWhatItWouldDrop) {
 
 /// Tag soup: whatever comes, a valid deck goes out, and the text is in it.
 TEST(ConvertForeign, Soup) {
-    static constexpr std::array pieces{u"<p>",
-                                       u"</p>",
-                                       u"<div align=center>",
-                                       u"</div>",
-                                       u"<b>",
-                                       u"</b>",
-                                       u"<i>",
-                                       u"</i>",
-                                       u"<big>",
-                                       u"</big>",
-                                       u"<a href=x>",
-                                       u"</a>",
-                                       u"<table>",
-                                       u"</table>",
-                                       u"<tr>",
-                                       u"<td>",
-                                       u"</td>",
-                                       u"<ul>",
-                                       u"<li>",
-                                       u"</ul>",
-                                       u"<pre>",
-                                       u"</pre>",
-                                       u"<select name=s>",
-                                       u"<option>",
-                                       u"</select>",
-                                       u"<font size=3>",
-                                       u"</font>",
-                                       u"<h1>",
-                                       u"</h1>",
-                                       u"<br>",
-                                       u"<hr>",
-                                       u"<input name=n>",
-                                       u"<img src=s alt=t>",
-                                       u"text ",
-                                       u" w",
-                                       u"&lt;",
-                                       u"<span style='font-weight:bold'>",
-                                       u"</span>",
-                                       u"<center>",
-                                       u"</center>",
-                                       u"<fieldset>",
-                                       u"</fieldset>",
-                                       u"<foo>",
-                                       u"</foo>",
-                                       u"<th>",
-                                       u"<caption>"};
+    static constexpr std::array pieces{
+        // Blocks and formats.
+        u"<p>", u"</p>", u"<div align=center>", u"</div>", u"<b>", u"</b>", u"<i>", u"</i>",
+        u"<big>", u"</big>",
+
+        // Links, tables, lists and fields.
+        u"<a href=x>", u"</a>", u"<table>", u"</table>", u"<tr>", u"<td>", u"</td>", u"<ul>",
+        u"<li>", u"</ul>", u"<pre>", u"</pre>", u"<select name=s>", u"<option>", u"</select>",
+        u"<font size=3>", u"</font>",
+
+        // What stands alone, and text.
+        u"<h1>", u"</h1>", u"<br>", u"<hr>", u"<input name=n>", u"<img src=s alt=t>", u"text ",
+        u" w", u"&lt;",
+
+        // What a deck has no tag for.
+        u"<span style='font-weight:bold'>", u"</span>", u"<center>", u"</center>", u"<fieldset>",
+        u"</fieldset>", u"<foo>", u"</foo>", u"<th>", u"<caption>"};
     const std::u16string own = plainOf(
         u"<wml><card id=\"c\" title=\"t\"><p id=\"q\">a <b>b</b> <a href=\"x\">l</a> "
         u"<anchor>n<prev/></anchor> "

@@ -48,45 +48,18 @@ TEST(DeckSet, HoldsWhatRealDecksHold) {
     const std::vector<Deck> decks = folder();
     EXPECT_GE(decks.size(), 68U);
     // Places in the tree, and letters of the text.
-    static constexpr std::array niceties{u"//p/do",
-                                         u"//do[@type='vnd.own']",
-                                         u"//do[@name='same'][2]",
-                                         u"//card/a",
-                                         u"//card/br",
-                                         u"//card/select",
-                                         u"//p//p",
-                                         u"//a/b",
-                                         u"//p/pre",
-                                         u"//optgroup/optgroup",
-                                         u"//template/do/a",
-                                         u"//template/do/p",
-                                         u"//h1",
-                                         u"//form",
-                                         u"//center",
-                                         u"//ul",
-                                         u"//textarea",
-                                         u"//*[@selected]",
-                                         u"//*[@checked]",
-                                         u"<card id=\"c\" title=\"Card\">\n    loose",
-                                         u"$x",
-                                         u"$(x)",
-                                         u"$(x:noesc)",
-                                         u"$$",
-                                         u"=\"$(",
-                                         u"href=\"u?q=$(x:escape)&amp;r=$y\"",
-                                         u"#run('$(x:noesc)', $y)\"",
-                                         u"<?php",
-                                         u"<!--\n  <card",
-                                         u"-->\n<?pi x?>\n<!DOCTYPE",
-                                         u"<card/>",
-                                         u"='",
-                                         u"&nbsp;",
-                                         u"&shy;",
-                                         u"&#8364;",
-                                         u"&#xA0;",
-                                         u"\r\r\n",
-                                         u"<![CDATA[<b>",
-                                         u"<!ENTITY"};
+    static constexpr std::array niceties{
+        // Places in the tree.
+        u"//p/do", u"//do[@type='vnd.own']", u"//do[@name='same'][2]", u"//card/a", u"//card/br",
+        u"//card/select", u"//p//p", u"//a/b", u"//p/pre", u"//optgroup/optgroup",
+        u"//template/do/a", u"//template/do/p", u"//h1", u"//form", u"//center", u"//ul",
+        u"//textarea", u"//*[@selected]", u"//*[@checked]",
+
+        // Letters of the text.
+        u"<card id=\"c\" title=\"Card\">\n    loose", u"$x", u"$(x)", u"$(x:noesc)", u"$$",
+        u"=\"$(", u"href=\"u?q=$(x:escape)&amp;r=$y\"", u"#run('$(x:noesc)', $y)\"", u"<?php",
+        u"<!--\n  <card", u"-->\n<?pi x?>\n<!DOCTYPE", u"<card/>", u"='", u"&nbsp;", u"&shy;",
+        u"&#8364;", u"&#xA0;", u"\r\r\n", u"<![CDATA[<b>", u"<!ENTITY"};
     for (const std::u16string_view what : niceties) {
         std::u16string reason;
         const auto path = ravikit::LocationPath::compile(what, reason);

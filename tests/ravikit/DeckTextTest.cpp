@@ -72,30 +72,14 @@ TEST(DeckText, GoesOutWithWhatADeckLacks) {
 
 /// Random texts of the pieces that a head is made of, broken ones too.
 TEST(DeckText, GoesOutTheSameTheSecondTimeAndLosesNothing) {
-    static constexpr std::u16string_view pieces[] = {u"<?xml version='1.0'?>",
-                                                     u"<?xml encoding='latin1'?>",
-                                                     u"<?xml",
-                                                     u"?>",
-                                                     u"<!--",
-                                                     u"-->",
-                                                     u"<wml>",
-                                                     u"<wml/>",
-                                                     u"</wml>",
-                                                     u"<html/>",
-                                                     u"<!DOCTYPE wml",
-                                                     u"<!DOCTYPE wml>",
-                                                     u"[",
-                                                     u"]",
-                                                     u">",
-                                                     u" ",
-                                                     u"\r\n",
-                                                     u"\n",
-                                                     u"x",
-                                                     u"<?p q?>",
-                                                     u"\"",
-                                                     u"\xFEFF",
-                                                     u"\xD800",
-                                                     u"<![CDATA["};
+    static constexpr std::u16string_view pieces[] = {
+        // The head.
+        u"<?xml version='1.0'?>", u"<?xml encoding='latin1'?>", u"<?xml", u"?>", u"<!--", u"-->",
+        u"<wml>", u"<wml/>", u"</wml>", u"<html/>", u"<!DOCTYPE wml", u"<!DOCTYPE wml>",
+
+        // What breaks it.
+        u"[", u"]", u">", u" ", u"\r\n", u"\n", u"x", u"<?p q?>", u"\"", u"\xFEFF", u"\xD800",
+        u"<![CDATA["};
     std::mt19937 random(3); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same texts each time
     int changed = 0;
     for (int i = 0; i < 20000; ++i) {

@@ -45,50 +45,34 @@ constexpr std::u16string_view good[] = {
     u"<!ENTITY % e \"<!ATTLIST a b CDATA '&#37;e;'>\">%e; ",
 };
 constexpr std::u16string_view bad[] = {
-    u"<!ELEMENT a (a,)>",
-    u"<!ELEMENT a ()>",
-    u"<!ELEMENT a (a +)>",
-    u"<!ELEMENT a ANYx>",
-    u"<!ELEMENT a (#PCDATA)+>",
-    u"<!ELEMENT a ((#PCDATA)*)>",
-    u"<!ELEMENTa EMPTY>",
-    u"<!ATTLIST a x (a|b)'a'>",
-    u"<!ATTLIST a x NOTATION(a) #IMPLIED>",
-    u"<!ATTLIST a x NOTATION (1) #IMPLIED>",
-    u"<!ATTLIST a x CDATA #FIXED'1'>",
-    u"<!ATTLIST a x CDATA '1'y CDATA '2'>",
-    u"<!ATTLIST a x CDATA '&amp'>",
-    u"<!ATTLIST a x CDATA '&#1;'>",
-    u"<!ATTLIST a x CDATA '&e;'><!ENTITY e '1'>",
+
+    // Elements.
+    u"<!ELEMENT a (a,)>", u"<!ELEMENT a ()>", u"<!ELEMENT a (a +)>", u"<!ELEMENT a ANYx>",
+    u"<!ELEMENT a (#PCDATA)+>", u"<!ELEMENT a ((#PCDATA)*)>", u"<!ELEMENTa EMPTY>",
+
+    // Attributes.
+    u"<!ATTLIST a x (a|b)'a'>", u"<!ATTLIST a x NOTATION(a) #IMPLIED>",
+    u"<!ATTLIST a x NOTATION (1) #IMPLIED>", u"<!ATTLIST a x CDATA #FIXED'1'>",
+    u"<!ATTLIST a x CDATA '1'y CDATA '2'>", u"<!ATTLIST a x CDATA '&amp'>",
+    u"<!ATTLIST a x CDATA '&#1;'>", u"<!ATTLIST a x CDATA '&e;'><!ENTITY e '1'>",
     u"<!ENTITY e '&x;'><!ATTLIST a b CDATA '&e;'>",
     u"<!ENTITY e SYSTEM 'x'><!ATTLIST a b CDATA '&e;'>",
     u"<!ENTITY e '&#38;#0;'><!ATTLIST a b CDATA '&e;'>",
-    u"<!NOTATION n PUBLIC 'a{'>",
-    u"<!NOTATION n PUBLIC 'a''b'>",
-    u"<!ENTITY n PUBLIC 'a' >",
-    u"<!ENTITY n SYSTEM 'a'NDATA x>",
-    u"<!ENTITY % n SYSTEM 'a' NDATA x>",
-    u"<!ENTITY n SYSTEM 'a#b'>",
-    u"<!ENTITY n 'a%'>",
-    u"<!ENTITY n 'a& b'>",
-    u"<!ENTITY n '&#0;'>",
-    u"<?XML x?>",
-    u"<?a/?>",
-    u"<!-- a--->",
-    u"%x;",
-    u"<!ENTITY % x ''>%x",
-    u"<!ENTITY % x ''>%x;<!ELEMENT %x; a EMPTY>",
-    u"<!ENTITY % x ']'>%x;",
+
+    // Notations, entities and the rest.
+    u"<!NOTATION n PUBLIC 'a{'>", u"<!NOTATION n PUBLIC 'a''b'>", u"<!ENTITY n PUBLIC 'a' >",
+    u"<!ENTITY n SYSTEM 'a'NDATA x>", u"<!ENTITY % n SYSTEM 'a' NDATA x>",
+    u"<!ENTITY n SYSTEM 'a#b'>", u"<!ENTITY n 'a%'>", u"<!ENTITY n 'a& b'>", u"<!ENTITY n '&#0;'>",
+    u"<?XML x?>", u"<?a/?>", u"<!-- a--->", u"%x;", u"<!ENTITY % x ''>%x",
+    u"<!ENTITY % x ''>%x;<!ELEMENT %x; a EMPTY>", u"<!ENTITY % x ']'>%x;",
     // A declaration, a group and a literal each begin and end in the same entity.
     u"<!ENTITY % x '<!ELEMENT a '>%x; EMPTY>",
     u"<!ENTITY % x 'a)'><!ENTITY % y '<!ELEMENT a (&#37;x;>'>%y;",
     u"<!ENTITY % x '#PCDATA)'><!ENTITY % y '<!ELEMENT a (&#37;x;>'>%y;",
-    u"<!ENTITY % x '\"a'><!ENTITY % y '<!ENTITY b &#37;x;\">'>%y;",
-    u"<!ENTITY % b '<!-- '>%b; -->",
+    u"<!ENTITY % x '\"a'><!ENTITY % y '<!ENTITY b &#37;x;\">'>%y;", u"<!ENTITY % b '<!-- '>%b; -->",
     // Entities that lead back to themselves.
     u"<!ENTITY % a '&#37;b;'><!ENTITY % b '&#37;a;'> %a;",
-    u"<!ENTITY % y \"<!ENTITY b '&#37;y;'>\">%y;",
-};
+    u"<!ENTITY % y \"<!ENTITY b '&#37;y;'>\">%y;"};
 
 TEST(Declarations, AreWellFormedWhereLibXmlSaysSo) {
     const auto expect = [](std::u16string_view subset, bool expected) {

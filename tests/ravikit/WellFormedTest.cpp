@@ -11,262 +11,149 @@
 
 namespace {
 
-struct Nicety {
-    std::u16string_view text;
-    bool good;
-    const char* whyLibXmlDiffers = nullptr;
-};
-
 using namespace std::string_view_literals;
 
-constexpr Nicety niceties[] = {
+// Well-formed, by sections of the standard.
+constexpr std::u16string_view good[] = {
     // Elements and their names.
-    {u"<a/>", true},
-    {u"<a></a>", true},
-    {u"<a ></a >", true},
-    {u"<a\n\t/>", true},
-    {u"<_/>", true},
-    {u"<:/>", true},
-    {u"<a:b:c/>", true},
-    {u"<a-1.2\u00B7/>", true},
-    {u"<\u00E9l\u00E9ment/>", true},
-    {u"<\u0531\u0300\u203F/>", true},
-    {u"<\u0221/>", true}, // a letter since the fifth edition
-    {u"<\U00010000/>", true},
-    {u"<\U000EFFFF></\U000EFFFF>", true},
-    {u"<\U000F0000/>", false},
-    {u"<a\u00D7/>", false},
-    {u"<a\u2190/>", false},
-    {u"<\u0300/>", false},
-    {u"<1/>", false},
-    {u"<-a/>", false},
-    {u"< a/>", false},
-    {u"<a><b></a></b>", false},
-    {u"<\u8A9E>\u8A9E</\u8A9E>", true},
-    {u"<a b='\u8A9E' c='\u8A9E&lt;'>\u8A9E<b/>\u8A9E&lt;</a>", true},
-    {u"<a>\u8A9E]]></a>", false},
-    {u"<a b='\u8A9E<'/>", false},
-    {u"<a></A>", false},
-    {u"<a></a", false},
-    {u"<a></ a>", false},
-    {u"<a></a b>", false},
-    {u"<a></a/>", false},
-    {u"<a/ >", false},
-    {u"<a", false},
-    {u"<a>", false},
-    {u"<a><b/>", false},
-    {u"</a>", false},
-    {u"<a><</a>", false},
-    {u"<>x</>", false},
-    {u"<averylongnameindeedofmorethansixteen/>", true},
-    {u"<averylongnameindeedofmorethansixteen></averylongnameindeedofmorethansixteem>", false},
-
+    u"<a/>", u"<a></a>", u"<a ></a >", u"<a\n\t/>", u"<_/>", u"<:/>", u"<a:b:c/>",
+    u"<a-1.2\u00B7/>", u"<\u00E9l\u00E9ment/>", u"<\u0531\u0300\u203F/>", u"<\u0221/>",
+    u"<\U00010000/>", u"<\U000EFFFF></\U000EFFFF>", u"<\u8A9E>\u8A9E</\u8A9E>",
+    u"<a b='\u8A9E' c='\u8A9E&lt;'>\u8A9E<b/>\u8A9E&lt;</a>",
+    u"<averylongnameindeedofmorethansixteen/>",
     // Attributes.
-    {u"<a b='c' d=\"e\"/>", true},
-    {u"<a b = 'c'\n/>", true},
-    {u"<a b='\"' c=\"'\"/>", true},
-    {u"<a b='>'/>", true},
-    {u"<a b=''/>", true},
-    {u"<a b='c'd='e'/>", false},
-    {u"<a b='<'/>", false},
-    {u"<a b=c/>", false},
-    {u"<a b/>", false},
-    {u"<a b=/>", false},
-    {u"<a 'c'/>", false},
-    {u"<a b='c/>", false},
-    {u"<a b='c' b='d'/>", false},
-    {u"<a b='c' B='d'/>", true},
-    {u"<a b='1' c='2' d='3' e='4' b='5'/>", false},
-    {u"<a b='c&d'/>", false},
-    {u"<a b='&#10;&lt;&#x9;'/>", true},
-    {u"<a xml:lang='x y'/>", true},
-    {u"<a xmlns:b='' b:c='' d:e=''/>", true},
-
+    u"<a b='c' d=\"e\"/>", u"<a b = 'c'\n/>", u"<a b='\"' c=\"'\"/>", u"<a b='>'/>", u"<a b=''/>",
+    u"<a b='c' B='d'/>", u"<a b='&#10;&lt;&#x9;'/>", u"<a xml:lang='x y'/>",
+    u"<a xmlns:b='' b:c='' d:e=''/>",
     // Characters.
-    {u"<a>\t\n\r \u007F\u0085\u2028</a>", true},
-    {u"<a>\u0001</a>", false},
-    {u"<a>\u000C</a>", false},
-    {u"<a b='\u001F'/>", false},
-    {u"<a><!--\u0008--></a>", false},
-    {u"<a><?p \u0008?></a>", false},
-    {u"<a><![CDATA[\u0008]]></a>", false},
-    {u"<a>\u7FFF\u8000\uD7FF\uE000\uFFFD</a>", true},
-    {u"<a>\uFFFE</a>", false},
-    {u"<a>\uFFFF</a>", false},
-    {u"<a>\U0001F600\U0010FFFF</a>", true},
-    {u"<a>\xD800</a>", false},
-    {u"<a>\xDC00\xD800</a>", false},
-    {u"<a>\xD800\xD800\xDC00</a>", false},
-    {u"<a b='\xDFFF'/>", false},
-    {u"\uFEFF<a/>", true},
-    {u" \uFEFF<a/>", false},
-    {u"<a>\0</a>"sv, false},
-
+    u"<a>\t\n\r \u007F\u0085\u2028</a>", u"<a>\u7FFF\u8000\uD7FF\uE000\uFFFD</a>",
+    u"<a>\U0001F600\U0010FFFF</a>", u"\uFEFF<a/>",
     // Text and what interrupts it.
-    {u"<a>]]></a>", false},
-    {u"<a>]] ></a>", true},
-    {u"<a>]]]></a>", false},
-    {u"<a>></a>", true},
-    {u"<a b=']]>'/>", true},
-    {u"<a><![CDATA[<&]]]]></a>", true},
-    {u"<a><![CDATA[]]]]]></a>", true},
-    {u"<a><![CDATA[]]></a>", true},
-    {u"<a><![CDATA[x]></a>", false},
-    {u"<a><![cdata[x]]></a>", false},
-    {u"<a><![CDATA [x]]></a>", false},
-    {u"<![CDATA[x]]><a/>", false},
-    {u"<a><!----></a>", true},
-    {u"<a><!-- - -></a>", false},
-    {u"<a><!-- -- --></a>", false},
-    {u"<a><!-- ---></a>", false},
-    {u"<a><!---></a>", false},
-    {u"<a><!--></a>", false},
-    {u"<a><!- x --></a>", false},
-    {u"<a><!-- x</a>", false},
-    {u"<a><?p?></a>", true},
-    {u"<a><?p ?x?></a>", true},
-    {u"<a><?p<&?></a>", false},
-    {u"<a><?p x></a>", false},
-    {u"<a><? p?></a>", false},
-    {u"<a><?xml version='1.0'?></a>", false},
-    {u"<a><?XML x?></a>", false},
-    {u"<a><?xmlx x?></a>", true},
-    {u"<a><?p:q x?></a>", true},
-    {u"<a><!x></a>", false},
-
+    u"<a>]] ></a>", u"<a>></a>", u"<a b=']]>'/>", u"<a><![CDATA[<&]]]]></a>",
+    u"<a><![CDATA[]]]]]></a>", u"<a><![CDATA[]]></a>", u"<a><!----></a>", u"<a><?p?></a>",
+    u"<a><?p ?x?></a>", u"<a><?xmlx x?></a>", u"<a><?p:q x?></a>",
     // References.
-    {u"<a>&lt;&gt;&amp;&apos;&quot;</a>", true},
-    {u"<a>&</a>", false},
-    {u"<a>& </a>", false},
-    {u"<a>&amp</a>", false},
-    {u"<a>&amp ;</a>", false},
-    {u"<a>&#x41;&#65;&#x1F600;</a>", true},
-    {u"<a>&#X41;</a>", false},
-    {u"<a>&#;</a>", false},
-    {u"<a>&#x;</a>", false},
-    {u"<a>&#65</a>", false},
-    {u"<a>&#6g;</a>", false},
-    {u"<a>&#0;</a>", false},
-    {u"<a>&#8;</a>", false},
-    {u"<a>&#9;&#10;&#13;</a>", true},
-    {u"<a>&#xD800;</a>", false},
-    {u"<a>&#xFFFE;</a>", false},
-    {u"<a>&#x10FFFF;</a>", true},
-    {u"<a>&#x110000;</a>", false},
-    {u"<a>&#99999999999999999999;</a>", false},
-    {u"<a>&#x00000000000000000000041;</a>", true},
-    {u"<a>&nbsp;</a>", false},
-    {u"<a b='&nbsp;'/>", false},
-
+    u"<a>&lt;&gt;&amp;&apos;&quot;</a>", u"<a>&#x41;&#65;&#x1F600;</a>", u"<a>&#9;&#10;&#13;</a>",
+    u"<a>&#x10FFFF;</a>", u"<a>&#x00000000000000000000041;</a>",
     // What stands around the root.
-    {u"", false},
-    {u" ", false},
-    {u"<!-- x -->", false},
-    {u"<a/><b/>", false},
-    {u"<a/>x", false},
-    {u"x<a/>", false},
-    {u"<a/>&#32;", false},
-    {u"<a/>\n<!-- x --><?p?>\n", true},
-    {u"\n<a/>", true},
-    {u"<a/><!DOCTYPE a>", false},
-    {u"<!DOCTYPE a><!DOCTYPE a><a/>", false},
-    {u"<a/></a>", false},
-
+    u"<a/>\n<!-- x --><?p?>\n", u"\n<a/>",
     // The XML declaration.
-    {u"<?xml version='1.0'?><a/>", true},
-    {u"<?xml version=\"1.0\" encoding='UTF-8' standalone='no' ?><a/>", true},
-    {u"<?xml version = '1.0' standalone = 'yes'?><a/>", true},
-    {u"<?xml version='1.9'?><a/>", true},
-    {u"<?xml version='2.0'?><a/>", false},
-    {u"<?xml version='1.0a'?><a/>", false},
-    {u"<?xml version='1.'?><a/>", false, "it asks for no digit behind the point"},
-    {u"<?xml version=''?><a/>", false},
-    {u"<?xml version=1.0?><a/>", false},
-    {u"<?xml encoding='UTF-8'?><a/>", false},
-    {u"<?xml?><a/>", false},
-    {u"<?xml version='1.0' standalone='yes' encoding='UTF-8'?><a/>", false},
-    {u"<?xml version='1.0' standalone='maybe'?><a/>", false},
-    {u"<?xml version='1.0' encoding=''?><a/>", false},
-    {u"<?xml version='1.0' encoding='8bit'?><a/>", false},
-    {u"<?xml version='1.0' encoding='latin 1'?><a/>", false},
-    {u"<?xml version='1.0'encoding='UTF-8'?><a/>", false},
-    {u"<?xml version='1.0' x='y'?><a/>", false},
-    {u"<?xml version='1.0'><a/>", false},
-    {u"<?XML version='1.0'?><a/>", false},
-    {u" <?xml version='1.0'?><a/>", false},
-    {u"<?xml-stylesheet href='x'?><a/>", true},
-
+    u"<?xml version='1.0'?><a/>", u"<?xml version=\"1.0\" encoding='UTF-8' standalone='no' ?><a/>",
+    u"<?xml version = '1.0' standalone = 'yes'?><a/>", u"<?xml version='1.9'?><a/>",
+    u"<?xml-stylesheet href='x'?><a/>",
     // The DOCTYPE.
-    {u"<!DOCTYPE a><a/>", true},
-    {u"<!DOCTYPE b ><a/>", true},
-    {u"<!DOCTYPE a SYSTEM 's'><a/>", true},
-    {u"<!DOCTYPE a PUBLIC '-//X' \"s's\"><a/>", true},
-    {u"<!DOCTYPE a PUBLIC '-//X'><a/>", false},
-    {u"<!DOCTYPE a PUBLIC '-//{}' 's'><a/>", false},
-    {u"<!DOCTYPE a PUBLIC '-//X''s'><a/>", false},
-    {u"<!DOCTYPE a SYSTEM's'><a/>", false},
-    {u"<!DOCTYPE a SYSTEM s><a/>", false},
-    {u"<!DOCTYPE><a/>", false},
-    {u"<!DOCTYPEa><a/>", false, "it asks for no blank there"},
-    {u"<!doctype a><a/>", false},
-    {u"<!DOCTYPE a [ ] ><a/>", true},
-    {u"<!DOCTYPE a [><a/>", false},
-    {u"<!DOCTYPE a [<!-- ]> --><?p ]>?>]><a/>", true},
-    {u"<!DOCTYPE a [x]><a/>", false},
-    {u"<!DOCTYPE a [<a/>]><a/>", false},
-    {u"<!DOCTYPE a [<!ELEMENT a (b,c)*><!ELEMENT b EMPTY>]><a/>", true},
-    {u"<!DOCTYPE a [<!ELEMENT a (b,c|d)>]><a/>", false},
-    {u"<!DOCTYPE a [<!ELEMENT a (#PCDATA|b)>]><a/>", false},
-    {u"<!DOCTYPE a [<!ELEMENT a(b)>]><a/>", false},
-    {u"<!DOCTYPE a [<!ATTLIST a b CDATA 'c' d (e|f) #IMPLIED>]><a/>", true},
-    {u"<!DOCTYPE a [<!ATTLIST a b CDATA '<'>]><a/>", false},
-    {u"<!DOCTYPE a [<!ATTLIST a b cdata #IMPLIED>]><a/>", false},
-    {u"<!DOCTYPE a [<!NOTATION n PUBLIC 'p'>]><a/>", true},
-    {u"<!DOCTYPE a [<![INCLUDE[<!ELEMENT a ANY>]]>]><a/>", false},
-
+    u"<!DOCTYPE a><a/>", u"<!DOCTYPE b ><a/>", u"<!DOCTYPE a SYSTEM 's'><a/>",
+    u"<!DOCTYPE a PUBLIC '-//X' \"s's\"><a/>", u"<!DOCTYPE a [ ] ><a/>",
+    u"<!DOCTYPE a [<!-- ]> --><?p ]>?>]><a/>",
+    u"<!DOCTYPE a [<!ELEMENT a (b,c)*><!ELEMENT b EMPTY>]><a/>",
+    u"<!DOCTYPE a [<!ATTLIST a b CDATA 'c' d (e|f) #IMPLIED>]><a/>",
+    u"<!DOCTYPE a [<!NOTATION n PUBLIC 'p'>]><a/>",
     // Entities.
-    {u"<!DOCTYPE a [<!ENTITY e 'x'>]><a b='&e;'>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY e 'x'>]><a>&f;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f 'x'>]><a b='&e;'>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY e '&f;'>]><a>&e;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '&f;'>]><a/>", true},
-    {u"<!DOCTYPE a [<!ENTITY e '&e;'>]><a>&e;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a b='&e;'/>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '<b>x</b>'>]><a>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY e '<b>x</b>'>]><a b='&e;'/>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '&#60;'>]><a b='&e;'/>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '&#38;#60;'>]><a b='&e;'>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY e '&#38;'>]><a>&e;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '<b>'>]><a>&e;</b></a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '</a><a>'>]><a>&e;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '<!--'>]><a>&e; --></a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e '<!-- x --><?p?><![CDATA[<]]>'>]><a>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY e '<b c=\"&f;\"/>'><!ENTITY f '<'>]><a>&e;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e SYSTEM 's'>]><a>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY e SYSTEM 's'>]><a b='&e;'/>", false},
-    {u"<!DOCTYPE a [<!ENTITY e SYSTEM 's' NDATA n>]><a>&e;</a>", false},
-    {u"<!DOCTYPE a [<!ENTITY e 'x'><!ENTITY e '<'>]><a>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY % p '<!ENTITY e \"x\">'>%p;]><a>&e;</a>", true},
-    {u"<!DOCTYPE a [<!ENTITY % p 'x'><!ENTITY e '%p;'>]><a/>", false},
-    {u"<!DOCTYPE a [%p;]><a/>", false},
+    u"<!DOCTYPE a [<!ENTITY e 'x'>]><a b='&e;'>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f 'x'>]><a b='&e;'>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '&f;'>]><a/>", u"<!DOCTYPE a [<!ENTITY e '<b>x</b>'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '&#38;#60;'>]><a b='&e;'>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '<!-- x --><?p?><![CDATA[<]]>'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e SYSTEM 's'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e 'x'><!ENTITY e '<'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY % p '<!ENTITY e \"x\">'>%p;]><a>&e;</a>",
+    u"<!DOCTYPE a SYSTEM 's'><a>&f;</a>", u"<!DOCTYPE a SYSTEM 's'><a b='&f;'/>"};
+
+// Not well-formed.
+constexpr std::u16string_view bad[] = {
+    // Elements and their names.
+    u"<\U000F0000/>", u"<a\u00D7/>", u"<a\u2190/>", u"<\u0300/>", u"<1/>", u"<-a/>", u"< a/>",
+    u"<a><b></a></b>", u"<a>\u8A9E]]></a>", u"<a b='\u8A9E<'/>", u"<a></A>", u"<a></a", u"<a></ a>",
+    u"<a></a b>", u"<a></a/>", u"<a/ >", u"<a", u"<a>", u"<a><b/>", u"</a>", u"<a><</a>", u"<>x</>",
+    u"<averylongnameindeedofmorethansixteen></averylongnameindeedofmorethansixteem>",
+    // Attributes.
+    u"<a b='c'd='e'/>", u"<a b='<'/>", u"<a b=c/>", u"<a b/>", u"<a b=/>", u"<a 'c'/>",
+    u"<a b='c/>", u"<a b='c' b='d'/>", u"<a b='1' c='2' d='3' e='4' b='5'/>", u"<a b='c&d'/>",
+    // Characters.
+    u"<a>\u0001</a>", u"<a>\u000C</a>", u"<a b='\u001F'/>", u"<a><!--\u0008--></a>",
+    u"<a><?p \u0008?></a>", u"<a><![CDATA[\u0008]]></a>", u"<a>\uFFFE</a>", u"<a>\uFFFF</a>",
+    u"<a>\xD800</a>", u"<a>\xDC00\xD800</a>", u"<a>\xD800\xD800\xDC00</a>", u"<a b='\xDFFF'/>",
+    u" \uFEFF<a/>", u"<a>\0</a>"sv,
+    // Text and what interrupts it.
+    u"<a>]]></a>", u"<a>]]]></a>", u"<a><![CDATA[x]></a>", u"<a><![cdata[x]]></a>",
+    u"<a><![CDATA [x]]></a>", u"<![CDATA[x]]><a/>", u"<a><!-- - -></a>", u"<a><!-- -- --></a>",
+    u"<a><!-- ---></a>", u"<a><!---></a>", u"<a><!--></a>", u"<a><!- x --></a>", u"<a><!-- x</a>",
+    u"<a><?p<&?></a>", u"<a><?p x></a>", u"<a><? p?></a>", u"<a><?xml version='1.0'?></a>",
+    u"<a><?XML x?></a>", u"<a><!x></a>",
+    // References.
+    u"<a>&</a>", u"<a>& </a>", u"<a>&amp</a>", u"<a>&amp ;</a>", u"<a>&#X41;</a>", u"<a>&#;</a>",
+    u"<a>&#x;</a>", u"<a>&#65</a>", u"<a>&#6g;</a>", u"<a>&#0;</a>", u"<a>&#8;</a>",
+    u"<a>&#xD800;</a>", u"<a>&#xFFFE;</a>", u"<a>&#x110000;</a>", u"<a>&#99999999999999999999;</a>",
+    u"<a>&nbsp;</a>", u"<a b='&nbsp;'/>",
+    // What stands around the root.
+    u"", u" ", u"<!-- x -->", u"<a/><b/>", u"<a/>x", u"x<a/>", u"<a/>&#32;", u"<a/><!DOCTYPE a>",
+    u"<!DOCTYPE a><!DOCTYPE a><a/>", u"<a/></a>",
+    // The XML declaration.
+    u"<?xml version='2.0'?><a/>", u"<?xml version='1.0a'?><a/>", u"<?xml version=''?><a/>",
+    u"<?xml version=1.0?><a/>", u"<?xml encoding='UTF-8'?><a/>", u"<?xml?><a/>",
+    u"<?xml version='1.0' standalone='yes' encoding='UTF-8'?><a/>",
+    u"<?xml version='1.0' standalone='maybe'?><a/>", u"<?xml version='1.0' encoding=''?><a/>",
+    u"<?xml version='1.0' encoding='8bit'?><a/>", u"<?xml version='1.0' encoding='latin 1'?><a/>",
+    u"<?xml version='1.0'encoding='UTF-8'?><a/>", u"<?xml version='1.0' x='y'?><a/>",
+    u"<?xml version='1.0'><a/>", u"<?XML version='1.0'?><a/>", u" <?xml version='1.0'?><a/>",
+    // The DOCTYPE.
+    u"<!DOCTYPE a PUBLIC '-//X'><a/>", u"<!DOCTYPE a PUBLIC '-//{}' 's'><a/>",
+    u"<!DOCTYPE a PUBLIC '-//X''s'><a/>", u"<!DOCTYPE a SYSTEM's'><a/>",
+    u"<!DOCTYPE a SYSTEM s><a/>", u"<!DOCTYPE><a/>", u"<!doctype a><a/>", u"<!DOCTYPE a [><a/>",
+    u"<!DOCTYPE a [x]><a/>", u"<!DOCTYPE a [<a/>]><a/>", u"<!DOCTYPE a [<!ELEMENT a (b,c|d)>]><a/>",
+    u"<!DOCTYPE a [<!ELEMENT a (#PCDATA|b)>]><a/>", u"<!DOCTYPE a [<!ELEMENT a(b)>]><a/>",
+    u"<!DOCTYPE a [<!ATTLIST a b CDATA '<'>]><a/>",
+    u"<!DOCTYPE a [<!ATTLIST a b cdata #IMPLIED>]><a/>",
+    u"<!DOCTYPE a [<![INCLUDE[<!ELEMENT a ANY>]]>]><a/>",
+    // Entities.
+    u"<!DOCTYPE a [<!ENTITY e 'x'>]><a>&f;</a>", u"<!DOCTYPE a [<!ENTITY e '&f;'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '&e;'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '&f;'><!ENTITY f '&e;'>]><a b='&e;'/>",
+    u"<!DOCTYPE a [<!ENTITY e '<b>x</b>'>]><a b='&e;'/>",
+    u"<!DOCTYPE a [<!ENTITY e '&#60;'>]><a b='&e;'/>",
+    u"<!DOCTYPE a [<!ENTITY e '&#38;'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '<b>'>]><a>&e;</b></a>",
+    u"<!DOCTYPE a [<!ENTITY e '</a><a>'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e '<!--'>]><a>&e; --></a>",
+    u"<!DOCTYPE a [<!ENTITY e '<b c=\"&f;\"/>'><!ENTITY f '<'>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY e SYSTEM 's'>]><a b='&e;'/>",
+    u"<!DOCTYPE a [<!ENTITY e SYSTEM 's' NDATA n>]><a>&e;</a>",
+    u"<!DOCTYPE a [<!ENTITY % p 'x'><!ENTITY e '%p;'>]><a/>", u"<!DOCTYPE a [%p;]><a/>",
+    u"<?xml version='1.0' standalone='yes'?><!DOCTYPE a SYSTEM 's'><a>&f;</a>",
+    u"<!DOCTYPE a [<!ENTITY e 'x'>]><a/>&e;"};
+
+/// Texts on which libxml2 errs, and how.
+constexpr struct {
+    std::u16string_view text;
+    bool good;
+    const char* whyLibXmlDiffers;
+} disputed[] = {
+    {u"<?xml version='1.'?><a/>", false, "it asks for no digit behind the point"},
+    {u"<!DOCTYPEa><a/>", false, "it asks for no blank there"},
     {u"<!DOCTYPE a [<!ENTITY % p SYSTEM 's'>%p;]><a>&f;</a>", true,
      "it takes no note of a reference to a parameter entity that it does not fetch"},
-    {u"<!DOCTYPE a SYSTEM 's'><a>&f;</a>", true},
-    {u"<!DOCTYPE a SYSTEM 's'><a b='&f;'/>", true},
-    {u"<?xml version='1.0' standalone='yes'?><!DOCTYPE a SYSTEM 's'><a>&f;</a>", false},
     {u"<!DOCTYPE a SYSTEM 's' [<!ENTITY e '&f;'>]><a>&e;</a>", true,
      "inside an entity's text it forgets that the external subset may declare more"},
-    {u"<!DOCTYPE a [<!ENTITY e 'x'>]><a/>&e;", false},
 };
 
+void expectVerdicts(std::u16string_view text, bool ours, bool peers) {
+    const std::string utf8 = libxml::utf8(text);
+    const auto tree = ravikit::parse(std::u16string(text));
+    EXPECT_EQ(tree->wellFormed(), ours) << utf8;
+    EXPECT_EQ(tiling::faultOf(*tree), "") << utf8;
+    EXPECT_EQ(libxml::verdict(utf8).wellFormed, peers) << utf8;
+}
+
 TEST(WellFormed, NicetiesAsXmlAndLibXmlSay) {
-    for (const Nicety& nicety : niceties) {
-        const std::string utf8 = libxml::utf8(nicety.text);
-        const auto tree = ravikit::parse(std::u16string(nicety.text));
-        EXPECT_EQ(tree->wellFormed(), nicety.good) << utf8;
-        EXPECT_EQ(tiling::faultOf(*tree), "") << utf8;
-        const bool agrees = libxml::verdict(utf8).wellFormed == nicety.good;
-        EXPECT_EQ(agrees, nicety.whyLibXmlDiffers == nullptr) << utf8;
+    for (const std::u16string_view text : good) {
+        expectVerdicts(text, true, true);
+    }
+    for (const std::u16string_view text : bad) {
+        expectVerdicts(text, false, false);
+    }
+    for (const auto& [text, isGood, whyLibXmlDiffers] : disputed) {
+        SCOPED_TRACE(whyLibXmlDiffers);
+        expectVerdicts(text, isGood, !isGood);
     }
 }
 
