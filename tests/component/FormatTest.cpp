@@ -19,39 +19,27 @@ protected:
 } // namespace
 
 TEST_F(Format, PublishesEightCommandsWithTheirPictures) {
+    const std::vector<std::array<std::string, 3>> rows = {
+        {"Bold", "Bold current selection", "BOLD"},
+        {"Italic", "Italicise current selection", "ITALIC"},
+        {"Underline", "Underline current selection", "UNDERLINE"},
+        {"Align Left", "Align current selection to the left", "ALIGNL"},
+        {"Align Center", "Align current selection to the center", "ALIGNC"},
+        {"Align Right", "Align current selection to the right", "ALIGNR"},
+        {"Big Font", "Change selection to BIG font", "BIG"},
+        {"Small Font", "Change selection to SMALL font", "SMALL"},
+    };
     const auto formats = format->formats();
     ASSERT_EQ(formats->Count(), 8);
-    for (std::int32_t i = 1; i <= 8; ++i) {
-        const auto row = formats->Item(i);
-        EXPECT_EQ(formats->Item(row->Caption()), row);
-        call("row", row->Caption(), row->ToolTiptext());
-        format->icon(i);
+    std::int32_t number = 0;
+    for (const auto& [caption, tip, icon] : rows) {
+        const auto row = formats->Item(++number);
+        EXPECT_EQ(formats->Item(u16(caption)), row);
+        EXPECT_EQ(ascii(row->Caption()) + ": " + ascii(row->ToolTiptext()), caption + ": " + tip);
+        format->icon(number);
         format->iconSmall(row->Caption());
+        EXPECT_EQ(world.take(), (Log{"picture " + icon + " 1", "picture " + icon + "S 0"}));
     }
-    EXPECT_EQ(world.take(), (Log{"row Bold Bold current selection",
-                                 "picture BOLD 1",
-                                 "picture BOLDS 0",
-                                 "row Italic Italicise current selection",
-                                 "picture ITALIC 1",
-                                 "picture ITALICS 0",
-                                 "row Underline Underline current selection",
-                                 "picture UNDERLINE 1",
-                                 "picture UNDERLINES 0",
-                                 "row Align Left Align current selection to the left",
-                                 "picture ALIGNL 1",
-                                 "picture ALIGNLS 0",
-                                 "row Align Center Align current selection to the center",
-                                 "picture ALIGNC 1",
-                                 "picture ALIGNCS 0",
-                                 "row Align Right Align current selection to the right",
-                                 "picture ALIGNR 1",
-                                 "picture ALIGNRS 0",
-                                 "row Big Font Change selection to BIG font",
-                                 "picture BIG 1",
-                                 "picture BIGS 0",
-                                 "row Small Font Change selection to SMALL font",
-                                 "picture SMALL 1",
-                                 "picture SMALLS 0"}));
 }
 
 TEST_F(Format, TheCatalogueIsLiveAndApartFromTheCommands) {

@@ -23,34 +23,21 @@ std::shared_ptr<Picture> picture(const Value& name, PictureKind kind) {
     return narrow<Picture>(componentPictures()->picture(name, kind));
 }
 
-/// Takes little-endian numbers off the front of a file.
-class Reader {
-public:
-    explicit Reader(std::span<const std::uint8_t> bytes)
-        : m_rest(bytes) {}
-    std::uint32_t number(std::size_t size) {
-        std::uint32_t result = 0;
-        for (std::size_t i = 0; i < size; ++i) {
-            result |= static_cast<std::uint32_t>(m_rest[i]) << 8 * i;
-        }
-        m_rest = m_rest.subspan(size);
-        return result;
-    }
-    std::vector<std::uint32_t> numbers(const std::vector<std::size_t>& sizes) {
-        std::vector<std::uint32_t> result;
-        result.reserve(sizes.size());
-        for (const std::size_t size : sizes) {
-            result.push_back(number(size));
-        }
-        return result;
-    }
-    std::span<const std::uint8_t> rest() const { return m_rest; }
+using Bytes = std::vector<std::uint8_t>;
 
-private:
-    std::span<const std::uint8_t> m_rest;
-};
-
-using Numbers = std::vector<std::uint32_t>;
+/// The picture of that name, whose properties and first bytes are as told.
+std::shared_ptr<Picture> expectPicture(const std::u16string& name, PictureKind kind,
+                                       std::int32_t side, std::int32_t bitsPerPixel,
+                                       std::size_t size, const Bytes& header) {
+    const auto made = picture(name, kind);
+    const auto bytes = made->bytes();
+    EXPECT_EQ(bytes.size(), size);
+    EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + std::ssize(header)), header);
+    EXPECT_TRUE(made->kind() == kind && made->name() == name);
+    EXPECT_TRUE(made->width() == side && made->height() == side);
+    EXPECT_EQ(made->bitsPerPixel(), bitsPerPixel);
+    return made;
+}
 
 } // namespace
 
@@ -58,24 +45,13 @@ TEST(Pictures, EveryIconIsAnIconFileWithAPaletteAndAMask) {
     std::set<std::string> images;
     for (const std::u16string& name : icons) {
         SCOPED_TRACE(testing::PrintToString(name));
-        const auto icon = picture(name, PictureKind::Icon);
-        Reader reader(icon->bytes());
-        ASSERT_EQ(icon->bytes().size(), 22U + 40 + 1024 + 1024 + 128);
-        EXPECT_EQ(reader.numbers({2, 2, 2}), (Numbers{0, 1, 1})); // an icon, one image
-        EXPECT_EQ(reader.numbers({1, 1, 1, 1, 2, 2, 4, 4}),
-                  (Numbers{32, 32, 0, 0, 1, 8, 40 + 1024 + 1024 + 128, 22}));
-        EXPECT_EQ(reader.numbers({4, 4, 4, 2, 2, 4}), (Numbers{40, 32, 64, 1, 8, 0}));
-        reader.numbers({4, 4, 4, 4, 4});
-        EXPECT_EQ(icon->kind(), PictureKind::Icon);
-        EXPECT_EQ(icon->name(), name);
-        EXPECT_EQ((Numbers{32, 32, 8}),
-                  (Numbers{static_cast<std::uint32_t>(icon->width()),
-                           static_cast<std::uint32_t>(icon->height()),
-                           static_cast<std::uint32_t>(icon->bitsPerPixel())}));
-
-        const auto palette = reader.rest().first(1024);
-        const auto pixels = reader.rest().subspan(1024, 1024);
-        const auto mask = reader.rest().subspan(2048);
+        const auto icon = expectPicture(name, PictureKind::Icon, 32, 8, 62 + 1024 + 1024 + 128,
+                                        {0,  0,  1, 0, 1,  0, // an icon file with one image
+                                         32, 32, 0, 0, 1,  0, 8, 0, 0xA8, 0x08, 0, 0, 22, 0, 0, 0,
+                                         40, 0,  0, 0, 32, 0, 0, 0, 64,   0,    0, 0, 1,  0, 8, 0});
+        const auto palette = icon->bytes().subspan(62, 1024);
+        const auto pixels = icon->bytes().subspan(62 + 1024, 1024);
+        const auto mask = icon->bytes().subspan(62 + 2048);
         int transparent = 0;
         int ink = 0;
         for (std::size_t i = 0; i < 1024; ++i) {
@@ -98,19 +74,11 @@ TEST(Pictures, EveryBitmapIsAnUncompressedBitmapFile) {
     std::set<std::string> images;
     for (const std::u16string& name : bitmaps) {
         SCOPED_TRACE(testing::PrintToString(name));
-        const auto bitmap = picture(name, PictureKind::Bitmap);
-        Reader reader(bitmap->bytes());
-        ASSERT_EQ(bitmap->bytes().size(), 54U + 768);
-        EXPECT_EQ(reader.numbers({1, 1, 4, 2, 2, 4}), (Numbers{'B', 'M', 54 + 768, 0, 0, 54}));
-        EXPECT_EQ(reader.numbers({4, 4, 4, 2, 2, 4}), (Numbers{40, 16, 16, 1, 24, 0}));
-        reader.numbers({4, 4, 4, 4, 4});
-        EXPECT_EQ(bitmap->kind(), PictureKind::Bitmap);
-        EXPECT_EQ(bitmap->name(), name);
-        EXPECT_EQ((Numbers{16, 16, 24}),
-                  (Numbers{static_cast<std::uint32_t>(bitmap->width()),
-                           static_cast<std::uint32_t>(bitmap->height()),
-                           static_cast<std::uint32_t>(bitmap->bitsPerPixel())}));
-        const auto pixels = reader.rest();
+        const auto bitmap =
+            expectPicture(name, PictureKind::Bitmap, 16, 24, 54 + 768,
+                          {'B', 'M', 0x36, 0x03, 0, 0, 0,  0, 0, 0, 54, 0, 0,  0, 40, 0,
+                           0,   0,   16,   0,    0, 0, 16, 0, 0, 0, 1,  0, 24, 0, 0});
+        const auto pixels = bitmap->bytes().subspan(54);
         const auto white = std::count(pixels.begin(), pixels.end(), 255);
         EXPECT_TRUE(white > 100 && white < 740) << white;
         images.emplace(pixels.begin(), pixels.end());

@@ -122,30 +122,16 @@ TEST_F(Project, SurvivesHandlersThatDropIt) {
 TEST_F(Project, OpensInTheOrderOfTheFile) {
     project->AppPath(u"C:\\App");
     EXPECT_TRUE(open({u"Site=S\\", u"Document=a"}, {u"a"}));
-    EXPECT_EQ(world.take(), (Log{"newFileSystemObject",
-                                 "GetFile D:\\p\\p.cvp",
-                                 "OpenAsTextStream 1 0",
-                                 "AtEndOfStream",
-                                 "ReadLine",
-                                 "AtEndOfStream",
-                                 "ReadLine",
-                                 "newFileSystemObject",
-                                 "GetFile D:\\p\\a.wml",
-                                 "OpenAsTextStream 1 0",
-                                 "AtEndOfStream",
-                                 "ReadAll",
-                                 "newDOMDocument",
-                                 "newTolmek",
-                                 "importBareText",
-                                 "parseMarkup <wml>a</wml> True False",
-                                 "selectNodes //card",
-                                 "loadDtd 1 C:\\App\\DTD\\wml.dtd",
-                                 "isValidText <wml>a</wml>",
-                                 "stream gone",
-                                 "AtEndOfStream",
-                                 "Close",
-                                 "DateCreated",
-                                 "stream gone"}));
+    EXPECT_EQ(world.take(),
+              (Log{"newFileSystemObject", "GetFile D:\\p\\p.cvp", "OpenAsTextStream 1 0",
+                   "AtEndOfStream", "ReadLine", "AtEndOfStream", "ReadLine",
+                   // The deck.
+                   "newFileSystemObject", "GetFile D:\\p\\a.wml", "OpenAsTextStream 1 0",
+                   "AtEndOfStream", "ReadAll", "newDOMDocument", "newTolmek", "importBareText",
+                   "parseMarkup <wml>a</wml> True False", "selectNodes //card",
+                   "loadDtd 1 C:\\App\\DTD\\wml.dtd", "isValidText <wml>a</wml>", "stream gone",
+                   // The rest of the project.
+                   "AtEndOfStream", "Close", "DateCreated", "stream gone"}));
     EXPECT_EQ(project->ProjectName(), u"S");
     EXPECT_EQ(project->ProjectPath(), u"D:\\p");
     EXPECT_EQ(project->projectFile(), file);

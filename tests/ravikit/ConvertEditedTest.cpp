@@ -298,7 +298,7 @@ TEST(ConvertEdited, OneChangeOfAWrittenDeck) {
 
 TEST(ConvertEdited, OneChangeOfAGeneratedDeck) {
     edits = 0;
-    for (unsigned seed = 1; seed <= 3300 && !HasFailure(); ++seed) {
+    for (unsigned seed = 1; seed <= 7300 && !HasFailure(); ++seed) {
         std::mt19937 random(seed);
         expectOneChange(generatedDeck(random, seed % 3 != 0), seed,
                         seed > 300 ? &Editor::edit : &Editor::takeOff);

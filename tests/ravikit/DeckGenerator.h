@@ -70,8 +70,8 @@ private:
         if (fault()) {
             m_out += oneOf({u" colour='1'", u" xmlns='u'", u" align='left '", u" xml:id='i'"});
         }
-        if (m_at == m_end && known.declaration != nullptr &&
-            known.declaration->content == Content::Empty) {
+        if (known.declaration != nullptr && known.declaration->content == Content::Empty &&
+            (m_at == m_end || next(2) == 0)) {
             m_out += u"/>";
             return;
         }
@@ -79,7 +79,7 @@ private:
         if (known.declaration != nullptr && depth < 40) {
             inside(*known.declaration, depth + 1);
         }
-        m_out += u"</" + name + u'>';
+        m_out += u"</" + name + (next(8) == 1 ? u"\n>" : u">");
     }
 
     void attribute(const Attribute& declaration) {
@@ -89,7 +89,8 @@ private:
                 return;
             }
         }
-        m_out += u' ' + declaration.name + u"=\"";
+        const char16_t quote = next(4) == 1 ? u'\'' : u'"';
+        m_out += u' ' + declaration.name + u'=' + quote;
         if (fault()) {
             m_out += oneOf({u"", u" a", u"a b", u"1 ", u"\ttrue", u"&#32;get", u"&#x6c;eft", u"-"});
         } else if (m_hasEntities && next(8) == 1) {
@@ -102,7 +103,7 @@ private:
         } else {
             m_out += oneOf({u"1", u"a", u"#b", u"$(v)"}).substr(0, 1 + next(4));
         }
-        m_out += u'"';
+        m_out += quote;
     }
 
     void inside(const ravikit::ElementDeclaration& declaration, int depth) {
@@ -113,7 +114,9 @@ private:
             for (std::size_t count = depth < 30 ? next(4) : 0; count > 0; --count) {
                 const std::size_t child = next(declaration.model.children.size());
                 if (child == 0) {
-                    m_out += oneOf({u"text", u" ", u"<![CDATA[ ]]>", u"&#65;", u"&lt;"});
+                    m_out +=
+                        oneOf({u"text", u" ", u"<![CDATA[ ]]>", u"&#65;", u"&lt;", u" two words ",
+                               u"\u0416\u65E5\n    ", u"$(v)&#160;<!-- k -->", u"x<?p q?>"});
                 } else {
                     element(declaration.model.children[child].name, depth);
                 }
@@ -152,7 +155,7 @@ private:
     void between() {
         switch (next(16)) {
         case 1:
-            m_out += oneOf({u" ", u"\n", u"<!-- c -->", u"<?pi x?>"});
+            m_out += oneOf({u" ", u"\n", u"\r\n\t", u"<!-- c -->", u"<?pi x?>"});
             break;
         case 2:
             if (m_hasEntities) {
