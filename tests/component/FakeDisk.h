@@ -11,45 +11,45 @@ namespace fakes {
 
 class FakeStream : public TextStream {
 public:
-    explicit FakeStream(std::u16string& text)
+    explicit FakeStream(Text& text)
         : m_text(text) {}
     ~FakeStream() override { world.log.emplace_back("stream gone"); }
     bool AtEndOfStream() override {
         diskCall("AtEndOfStream");
         return m_at >= m_text.size();
     }
-    std::u16string ReadLine() override {
+    Text ReadLine() override {
         diskCall("ReadLine");
         const std::size_t end = std::min(m_text.find(u"\r\n", m_at), m_text.size());
         const std::size_t start = std::exchange(m_at, end + 2);
         return m_text.substr(start, end - start);
     }
-    std::u16string ReadAll() override {
+    Text ReadAll() override {
         diskCall("ReadAll");
         return m_text.substr(std::exchange(m_at, m_text.size()));
     }
-    void Write(const std::u16string& text) override {
+    void Write(const Text& text) override {
         diskCall("Write", text);
         m_text += text;
     }
-    void WriteLine(const std::u16string& text) override {
+    void WriteLine(const Text& text) override {
         diskCall("WriteLine", text);
         m_text += text + u"\r\n";
     }
     void Close() override { diskCall("Close"); }
 
 private:
-    std::u16string& m_text;
+    Text& m_text;
     std::size_t m_at = 0;
 };
 
 class FakeFile : public File {
 public:
-    explicit FakeFile(std::u16string path)
+    explicit FakeFile(Text path)
         : m_path(std::move(path)) {}
+    /// The archive bit, and the lowest one for a file that is read-only.
     std::int32_t Attributes() override {
-        countDiskCall("Attributes");
-        return world.readOnly.contains(m_path) ? 33 : 32; // the archive bit beside the lowest one
+        return counted("Attributes", world.readOnly.contains(m_path) ? 33 : 32);
     }
     Date DateCreated() override {
         diskCall("DateCreated");
@@ -62,46 +62,42 @@ public:
     }
 
 private:
-    std::u16string m_path;
+    Text m_path;
 };
 
 class FakeFileSystem : public FileSystemObject {
-    using Path = std::u16string;
-
 public:
-    bool FileExists(const Path& path) override {
-        countDiskCall("FileExists");
-        return world.files.contains(path);
+    bool FileExists(const Text& path) override {
+        return counted("FileExists", world.files.contains(path));
     }
-    bool FolderExists(const Path& path) override {
-        countDiskCall("FolderExists");
-        return world.folders.contains(trimmed(path));
+    bool FolderExists(const Text& path) override {
+        return counted("FolderExists", world.folders.contains(trimmed(path)));
     }
-    bool isSameFile(const Path& a, const Path& b) override {
+    bool isSameFile(const Text& a, const Text& b) override {
         return world.files.contains(a) && equalIgnoringCase(a, b);
     }
-    std::shared_ptr<File> GetFile(const Path& path) override {
+    std::shared_ptr<File> GetFile(const Text& path) override {
         diskCall("GetFile", path);
         requireFile(path);
         return std::make_shared<FakeFile>(path);
     }
-    std::shared_ptr<TextStream> OpenTextFile(const Path& path, IOMode mode, bool create,
+    std::shared_ptr<TextStream> OpenTextFile(const Text& path, IOMode mode, bool create,
                                              std::int32_t format) override {
         diskCall("OpenTextFile", path, static_cast<std::int32_t>(mode), create, format);
         return openEmptied(path);
     }
-    std::shared_ptr<TextStream> CreateTextFile(const Path& path, bool overwrite,
+    std::shared_ptr<TextStream> CreateTextFile(const Text& path, bool overwrite,
                                                bool unicode) override {
         diskCall("CreateTextFile", path, overwrite, unicode);
         return openEmptied(path);
     }
-    void CopyFile(const Path& from, const Path& to, bool overwrite) override {
+    void CopyFile(const Text& from, const Text& to, bool overwrite) override {
         diskCall("CopyFile", from, to, overwrite);
         requireFile(from);
         requireFolderOf(to);
         world.files[to] = world.files[from];
     }
-    void DeleteFile(const Path& path, bool force) override {
+    void DeleteFile(const Text& path, bool force) override {
         diskCall("DeleteFile", path, force);
         requireFile(path);
         if (!force && world.readOnly.contains(path)) {
@@ -109,65 +105,61 @@ public:
         }
         world.files.erase(path);
     }
-    void CreateFolder(const Path& path) override {
+    void CreateFolder(const Text& path) override {
         diskCall("CreateFolder", path);
         requireFolderOf(trimmed(path));
         world.folders.insert(trimmed(path));
     }
-    void DeleteFolder(const Path& path, bool force) override {
+    void DeleteFolder(const Text& path, bool force) override {
         diskCall("DeleteFolder", path, force);
-        const Path inside = toLower(path) + u"\\";
+        const Text inside = toLower(path) + u"\\";
         std::erase_if(world.files,
                       [&](const auto& file) { return toLower(file.first).starts_with(inside); });
-        std::erase_if(world.folders, [&](const Path& folder) {
+        std::erase_if(world.folders, [&](const Text& folder) {
             return (toLower(folder) + u"\\").starts_with(inside);
         });
     }
-    Path GetFileName(const Path& path) override {
-        countDiskCall("GetFileName");
-        return path.substr(path.rfind(u'\\') + 1);
+    Text GetFileName(const Text& path) override {
+        return counted("GetFileName", path.substr(path.rfind(u'\\') + 1));
     }
-    Path GetBaseName(const Path& path) override {
+    Text GetBaseName(const Text& path) override {
         countDiskCall("GetBaseName");
-        const Path name = path.substr(path.rfind(u'\\') + 1);
+        const Text name = path.substr(path.rfind(u'\\') + 1);
         return name.substr(0, name.rfind(u'.'));
     }
-    Path GetExtensionName(const Path& path) override {
-        countDiskCall("GetExtensionName");
-        const std::size_t dot = path.rfind(u'.');
-        return dot == path.npos ? u"" : path.substr(dot + 1);
+    Text GetExtensionName(const Text& path) override {
+        const std::size_t dot = std::min(path.rfind(u'.'), path.size());
+        return counted("GetExtensionName", path.substr(std::min(dot + 1, path.size())));
     }
-    Path GetParentFolderName(const Path& path) override {
-        countDiskCall("GetParentFolderName");
-        return folderOf(path);
+    Text GetParentFolderName(const Text& path) override {
+        return counted("GetParentFolderName", folderOf(path));
     }
-    Path GetAbsolutePathName(const Path& path) override {
-        countDiskCall("GetAbsolutePathName");
-        return trimmed(path);
+    Text GetAbsolutePathName(const Text& path) override {
+        return counted("GetAbsolutePathName", trimmed(path));
     }
 
 private:
-    static Path trimmed(Path path) {
+    static Text trimmed(Text path) {
         while (path.ends_with(u'\\')) {
             path.pop_back();
         }
         return path;
     }
-    static Path folderOf(const Path& path) {
+    static Text folderOf(const Text& path) {
         const std::size_t cut = path.rfind(u'\\');
         return cut == path.npos ? u"" : path.substr(0, cut);
     }
-    static void requireFile(const Path& path) {
+    static void requireFile(const Text& path) {
         if (!world.files.contains(path)) {
             throw Failure(FailureCode::FileNotFound);
         }
     }
-    static void requireFolderOf(const Path& path) {
+    static void requireFolderOf(const Text& path) {
         if (!world.folders.contains(folderOf(path))) {
             throw Failure(FailureCode::PathNotFound);
         }
     }
-    static std::shared_ptr<TextStream> openEmptied(const Path& path) {
+    static std::shared_ptr<TextStream> openEmptied(const Text& path) {
         if (world.readOnly.contains(path)) {
             throw Failure(FailureCode::PermissionDenied);
         }

@@ -11,8 +11,6 @@ using namespace fakes;
 
 namespace {
 
-using Text = std::u16string;
-
 const Text folder = u"D:\\p\\";
 const Text oldFile = u"D:\\p\\p.cvp";
 const Text newFile = u"D:\\q\\n.cvp";

@@ -104,7 +104,7 @@ TEST_F(Project, SurvivesHandlersThatDropIt) {
     ASSERT_TRUE(open({u"Site=S", u"Document=a"}, {u"a"}));
     const auto a = project->Documents()->Item(1);
     project->CurrentDocument(a);
-    Sink second;
+    support::EventLog second(world.log);
     const Subscription alsoHeard = project->events().advise(second);
     sink.hooks["OnDocDirty"] = sink.hooks["OnDocAdd"] = [&] { project.reset(); };
     world.take();

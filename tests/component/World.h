@@ -19,7 +19,9 @@
 namespace fakes {
 
 using namespace tessaly;
+using support::ascii;
 using support::u16;
+using Text = std::u16string;
 using Log = std::vector<std::string>;
 
 class FakeForm;
@@ -64,13 +66,6 @@ struct World {
 /// The world of the test that runs.
 inline World world;
 
-inline std::string ascii(const std::u16string& text) {
-    std::string out;
-    for (const char16_t unit : text) {
-        out.push_back(unit < 0x80 ? static_cast<char>(unit) : '?');
-    }
-    return out;
-}
 inline std::string ascii(std::int32_t number) {
     return std::to_string(number);
 }
@@ -99,7 +94,14 @@ inline void countDiskCall(const std::string& name) {
     }
 }
 
-/// The same, and the call is logged.
+/// The same for a call that gives `value`.
+template <class T>
+T counted(const std::string& name, T value) {
+    countDiskCall(name);
+    return value;
+}
+
+/// Counts a call and logs it.
 template <class... Arguments>
 void diskCall(const std::string& name, const Arguments&... arguments) {
     call(name, arguments...);
@@ -117,18 +119,12 @@ T next(std::vector<T>& list, T otherwise) {
     return last;
 }
 
-/// Logs reading a property that holds `value`, or writing one.
+/// Logs a call, which gives `value`.
 template <class T>
 T got(const std::string& name, const T& value) {
     call(name);
     return value;
 }
-template <class T>
-T put(const std::string& name, const T& value) {
-    call(name + "=", value);
-    return value;
-}
-
 template <class Call>
 FailureCode codeOf(Call&& attempted) {
     try {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "external/Controls.h"
+#include "support/Text.h"
 
 #include <cstdint>
 #include <string>
