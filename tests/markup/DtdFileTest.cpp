@@ -1,12 +1,11 @@
 #include "external/Platform.h"
 #include "ravikit/component/Objects.h"
-#include "support/Text.h"
+#include "tests/platform/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
@@ -17,16 +16,11 @@ namespace fs = std::filesystem;
 /// A DTD in a file of its own.
 class DtdFile : public testing::Test {
 protected:
-    void SetUp() override {
-        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        m_file = fs::temp_directory_path() / (std::string("tessaly-dtd-") + test->name());
-    }
-    void TearDown() override { fs::remove(m_file); }
-
     /// Writes the file; its time stamp is `minute` minutes after some point in time.
     void write(const std::string& text, int minute) {
-        std::ofstream(m_file, std::ios::binary) << text;
-        fs::last_write_time(m_file, fs::file_time_type() + std::chrono::minutes(minute));
+        m_folder.write("dtd", text);
+        fs::last_write_time(m_folder.posix("dtd"),
+                            fs::file_time_type() + std::chrono::minutes(minute));
     }
 
     bool judges(const std::u16string& text) {
@@ -35,10 +29,10 @@ protected:
         return tolmek->isValidText(text);
     }
 
-    std::u16string path() const { return support::u16(m_file.string()); }
+    std::u16string path() const { return m_folder.path("dtd"); }
 
     std::shared_ptr<FileSystemObject> m_files = Platform::current()->newFileSystemObject();
-    fs::path m_file;
+    support::TempFolder m_folder;
     bool m_loaded = false;
 };
 

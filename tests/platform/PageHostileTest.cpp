@@ -1,22 +1,12 @@
 #include "platform/page/HeadlessPage.h"
+#include "support/Text.h"
 #include "util/Failure.h"
 
 #include <gtest/gtest.h>
 
 using namespace tessaly;
 
-namespace {
-
-std::u16string repeated(const std::u16string& piece, std::size_t times) {
-    std::u16string all;
-    all.reserve(piece.size() * times);
-    for (std::size_t i = 0; i < times; ++i) {
-        all += piece;
-    }
-    return all;
-}
-
-} // namespace
+using support::repeated;
 
 TEST(PageHostile, WhatWouldTakeTheParserTooLongIsRefused) {
     const auto page = makePage(u"<p>kept</p>");

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "platform/PathName.h"
+#include "tests/support/File.h"
 #include "util/Attempt.h"
 
 #include <sys/stat.h>
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace support {
@@ -31,18 +30,19 @@ public:
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
 
-    std::string posix(const std::string& name) const { return m_path + '/' + name; }
+    std::string posix(const std::string& name = "") const {
+        return name.empty() ? m_path : m_path + '/' + name;
+    }
     std::u16string path(const std::string& name = "") const {
-        return tessaly::toComponentPath(name.empty() ? m_path : posix(name));
+        return tessaly::toComponentPath(posix(name));
     }
 
+    /// Makes the folders in which the file lies as well.
     void write(const std::string& name, const std::string& bytes) const {
+        std::filesystem::create_directories(std::filesystem::path(posix(name)).parent_path());
         std::ofstream(posix(name), std::ios::binary) << bytes;
     }
-    std::string read(const std::string& name) const {
-        std::ifstream file(posix(name), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string read(const std::string& name) const { return bytesOf(posix(name)); }
     void folder(const std::string& name) const { std::filesystem::create_directories(posix(name)); }
     void mode(const std::string& name, mode_t bits) const { ::chmod(posix(name).c_str(), bits); }
     bool has(const std::string& name) const { return std::filesystem::exists(posix(name)); }

@@ -1,4 +1,5 @@
 #include "ravikit/ConvertSupport.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -8,15 +9,7 @@
 namespace {
 
 using namespace convert_test;
-
-std::u16string repeated(std::u16string_view text, std::size_t count) {
-    std::u16string all;
-    all.reserve(text.size() * count);
-    for (std::size_t i = 0; i < count; ++i) {
-        all += text;
-    }
-    return all;
-}
+using support::repeated;
 
 /// How many x the deck of `page` has, which is valid; -1 if the page is refused.
 std::ptrdiff_t keptOf(std::u16string page) {

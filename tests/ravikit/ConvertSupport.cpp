@@ -1,14 +1,12 @@
 #include "ravikit/ConvertSupport.h"
 
 #include "ravikit/DeckGenerator.h"
+#include "support/File.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace convert_test {
 
@@ -30,9 +28,8 @@ std::vector<Deck> writtenDecks() {
         for (const auto& entry :
              std::filesystem::directory_iterator(std::string(TESSALY_SOURCE_DIR) + folder)) {
             if (entry.path().extension() == ".wml") {
-                std::ostringstream bytes;
-                bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-                decks.push_back({entry.path().filename().string(), fromUtf8(bytes.str())});
+                decks.push_back(
+                    {entry.path().filename().string(), fromUtf8(support::bytesOf(entry.path()))});
             }
         }
     }

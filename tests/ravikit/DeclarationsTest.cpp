@@ -2,6 +2,7 @@
 
 #include "ravikit/Declarations.h"
 #include "ravikit/Parser.h"
+#include "support/Text.h"
 #include "tests/ravikit/LibXml.h"
 
 #include <gtest/gtest.h>
@@ -151,15 +152,9 @@ TEST(Declarations, EachBadDeclarationIsToldOnceAndTheNextOneIsRead) {
 TEST(Declarations, ABombEndsWithOneProblem) {
     std::u16string text = u"<!ENTITY % a0 ''>";
     for (int i = 1; i < 30; ++i) {
-        const auto number = [](int n) {
-            const std::string digits = std::to_string(n);
-            return std::u16string(digits.begin(), digits.end());
-        };
-        text += u"<!ENTITY % a" + number(i) + u" '";
-        for (int k = 0; k < 10; ++k) {
-            text += u"&#37;a" + number(i - 1) + u";";
-        }
-        text += u"'>";
+        text += u"<!ENTITY % a" + support::u16(std::to_string(i)) + u" '";
+        text +=
+            support::repeated(u"&#37;a" + support::u16(std::to_string(i - 1)) + u";", 10) + u"'>";
     }
     for (const std::u16string_view use :
          {u"%a29;", u"<!ENTITY % e \"<!ENTITY x '&#37;a29;'>\">%e;"}) {

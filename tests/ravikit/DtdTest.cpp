@@ -2,11 +2,11 @@
 
 #include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
+#include "support/File.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <random>
@@ -21,15 +21,12 @@ using ravikit::Dtd;
 using ravikit::NodeKind;
 using ravikit::Problems;
 using ravikit::Tree;
-
-std::u16string wide(const std::string& ascii) {
-    return {ascii.begin(), ascii.end()};
-}
+using support::u16;
 
 /// A DTD in which `top` has this model, and a to d are empty.
 std::shared_ptr<const Dtd> dtdOf(const std::string& model) {
     Problems problems;
-    return Dtd::compile(u"<!ELEMENT top " + wide(model) +
+    return Dtd::compile(u"<!ELEMENT top " + u16(model) +
                             u"><!ELEMENT a EMPTY><!ELEMENT b EMPTY>"
                             u"<!ELEMENT c EMPTY><!ELEMENT d EMPTY>",
                         problems);
@@ -38,7 +35,7 @@ std::shared_ptr<const Dtd> dtdOf(const std::string& model) {
 bool accepts(const Dtd& dtd, const std::string& children) {
     std::u16string text = u"<top>";
     for (const char child : children) {
-        text += u"<" + wide({child}) + u"/>";
+        text += {u'<', static_cast<char16_t>(child), u'/', u'>'};
     }
     Problems problems;
     dtd.judge(*ravikit::parse(text + u"</top>"), problems);
@@ -140,9 +137,8 @@ TEST(Dtd, OnlyADtdIsOne) {
 using AttributesOf = std::map<std::u16string, std::set<std::u16string>>;
 
 TEST(Dtd, TheSchemaNamesTheSameElementsAndAttributes) {
-    std::ifstream file(TESSALY_SOURCE_DIR "/ravikit/DTD/wml.xdr", std::ios::binary);
-    const auto tree = ravikit::parse(
-        wide({std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()}));
+    const auto tree =
+        ravikit::parse(u16(support::bytesOf(TESSALY_SOURCE_DIR "/ravikit/DTD/wml.xdr")));
     ASSERT_TRUE(tree->wellFormed());
 
     AttributesOf schema;

@@ -18,11 +18,8 @@ namespace {
 using ravikit::LocationPath;
 using ravikit::NodeKind;
 using ravikit::Tree;
+using support::ascii;
 using Signs = std::vector<std::string>;
-
-std::string ascii(std::u16string_view text) {
-    return {text.begin(), text.end()};
-}
 
 /// Where a node begins tells it apart from all others, in both libraries: each start tag carries
 /// its own number.

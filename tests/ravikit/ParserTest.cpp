@@ -20,6 +20,7 @@ using ravikit::parse;
 using ravikit::Problem;
 using ravikit::ProblemKind;
 using ravikit::Tree;
+using support::repeated;
 
 struct Mistake {
     const char16_t* text;
@@ -142,15 +143,6 @@ TEST(Parser, KnownEntitiesAreTheReadersOwn) {
     ASSERT_EQ(tree->problems().list().size(), 2U);
     EXPECT_EQ(tree->problems().list()[0].kind, ProblemKind::ExternalEntity);
     EXPECT_EQ(tree->problems().list()[1].kind, ProblemKind::UnknownEntity);
-}
-
-std::u16string repeated(std::u16string_view piece, std::size_t times) {
-    std::u16string text;
-    text.reserve(piece.size() * times);
-    while (times-- > 0) {
-        text += piece;
-    }
-    return text;
 }
 
 TEST(Parser, LimitsEndInAProblem) {

@@ -156,7 +156,7 @@ TEST_F(Registry, ProcessesTakeTurns) {
         registry.remove(pathOf(process));
     }
     EXPECT_EQ(folder.read("classes"), "# start");
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.posix("")), {}), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.posix()), {}), 1);
 }
 
 TEST(UserRegistry, LiesInTheUsersDataFolder) {

@@ -2,6 +2,8 @@
 
 #include "platform/TempFolder.h"
 #include "platform/runtime/ComponentRuntime.h"
+#include "support/EventLog.h"
+#include "support/TextBox.h"
 #include "tessaly.h"
 
 #include <gtest/gtest.h>
@@ -13,55 +15,14 @@
 
 using namespace tessaly;
 
-/// Writes down what it hears.
-struct Shell : __clProject {
-    std::vector<std::string> heard;
-
-    void OnRefresh() override { heard.emplace_back("OnRefresh"); }
-    void OnSetCurrentDocument() override { heard.emplace_back("OnSetCurrentDocument"); }
-    void OnViewChange() override { heard.emplace_back("OnViewChange"); }
-    void OnParseError(std::shared_ptr<ParseError>& err) override {
-        heard.push_back("OnParseError " + std::to_string(err->line()));
-    }
-    void OnClearErrors() override { heard.emplace_back("OnClearErrors"); }
-    void OnDocDirty() override { heard.emplace_back("OnDocDirty"); }
-    void OnDocAdd(std::u16string& name) override {
-        heard.push_back("OnDocAdd " + std::string(name.begin(), name.end()));
-    }
-    void OnUTag(std::u16string&) override { heard.emplace_back("OnUTag"); }
-    void OnAdd2UndoStack(std::int32_t&, std::u16string& txt, std::u16string&,
-                         std::int32_t&) override {
-        heard.push_back("OnAdd2UndoStack " + std::string(txt.begin(), txt.end()));
-    }
-};
-
-/// A text control of the host, which can break down.
-struct TextBox : RichTextControl {
-    std::u16string text;
-    std::int32_t start = 0;
-    std::int32_t length = 0;
-    bool visible = false;
-    bool broken = false;
-
-    std::u16string Text() override {
-        if (broken) {
+/// A text control of the host, which can be locked.
+struct LockableBox : support::TextBox {
+    void called(const std::string& name, const std::u16string& /*value*/) override {
+        if (locked && name == "Text") {
             throw Failure(FailureCode::PermissionDenied, u"The control is locked");
         }
-        return text;
     }
-    void Text(const std::u16string& newText) override { text = newText; }
-    bool Visible() override { return visible; }
-    void Visible(bool nowVisible) override { visible = nowVisible; }
-    std::int32_t SelStart() override { return start; }
-    void SelStart(std::int32_t newStart) override { start = newStart; }
-    std::int32_t SelLength() override { return length; }
-    void SelLength(std::int32_t newLength) override { length = newLength; }
-    std::u16string SelText() override {
-        return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(length));
-    }
-    void SelText(const std::u16string& newText) override {
-        text.replace(static_cast<std::size_t>(start), static_cast<std::size_t>(length), newText);
-    }
+    bool locked = false;
 };
 
 /// The library's platform with the host's message boxes.
@@ -77,8 +38,7 @@ struct Windows : ForwardingPlatform {
 };
 
 inline bool isMapped(const std::string& library) {
-    std::ifstream maps("/proc/self/maps");
-    const std::string text{std::istreambuf_iterator<char>(maps), {}};
+    const std::string text = support::bytesOf("/proc/self/maps");
     return text.find(std::filesystem::canonical(library).string()) != std::string::npos;
 }
 

@@ -1,31 +1,18 @@
 #include "entry/EntryPoints.h"
 #include "runtime/LoadedHost.h"
+#include "support/Shell.h"
 
 #include <array>
 #include <cstdio>
 #include <functional>
 #include <map>
 
-namespace {
-
-std::string outputOf(const std::string& command) {
-    FILE* pipe = popen(command.c_str(), "r");
-    std::string output;
-    std::array<char, 4096> buffer{};
-    while (const std::size_t count = fread(buffer.data(), 1, buffer.size(), pipe)) {
-        output.append(buffer.data(), count);
-    }
-    EXPECT_EQ(pclose(pipe), 0);
-    return output;
-}
-
-} // namespace
-
 TEST_F(LoadedHost, OpensAProjectAndHearsItsEvents) {
     const auto project = openWeather();
     EXPECT_EQ(project->ProjectName(), u"Weather");
     ASSERT_EQ(project->Documents()->Count(), 3);
-    Shell shell;
+    std::vector<std::string> heard;
+    support::EventLog shell(heard);
     const auto listening = project->events().advise(shell);
 
     folder.write("weather/extra.wml", "<wml><card id=\"c\"><p>Extra</p></card></wml>");
@@ -35,18 +22,19 @@ TEST_F(LoadedHost, OpensAProjectAndHearsItsEvents) {
     EXPECT_EQ(extra->Display()->currentDisplayNodeIndex(), 0);
 
     project->CurrentDocument(extra);
-    const auto box = std::make_shared<TextBox>();
+    const auto box = std::make_shared<LockableBox>();
     extra->MuRtb(box);
     extra->view(vMarkup);
-    shell.heard.emplace_back("edit");
+    heard.emplace_back("edit");
     box->text = u"<wml>\n<card></wml>";
     extra->Refresh();
     box->text = extra->Content();
     box->start = 0;
     extra->Format()->exec(u"Bold");
-    EXPECT_EQ(shell.heard,
-              (std::vector<std::string>{"OnDocAdd extra", "OnSetCurrentDocument", "edit",
-                                        "OnParseError 2", "OnAdd2UndoStack <b></b>"}));
+    EXPECT_EQ(heard, (std::vector<std::string>{
+                         "OnDocAdd extra", "OnSetCurrentDocument", "edit",
+                         "OnParseError `card` is closed by `</wml>`; write `</card>` first",
+                         "OnAdd2UndoStack 0 [<b></b>] [] 2"}));
 }
 
 TEST_F(LoadedHost, FailuresCrossTheBorderBothWays) {
@@ -59,10 +47,10 @@ TEST_F(LoadedHost, FailuresCrossTheBorderBothWays) {
     const auto windows = std::make_shared<Windows>(factory->platform());
     factory->platform(windows);
     const auto deck = project->Documents()->Item(1);
-    const auto box = std::make_shared<TextBox>();
+    const auto box = std::make_shared<LockableBox>();
     deck->MuRtb(box);
     deck->view(vMarkup);
-    box->broken = true;
+    box->locked = true;
     EXPECT_FALSE(deck->Save(folder.path("saved.wml")));
     EXPECT_EQ(windows->boxes, std::vector<std::u16string>{u"The control is locked"});
     factory->platform(nullptr);
@@ -70,7 +58,8 @@ TEST_F(LoadedHost, FailuresCrossTheBorderBothWays) {
 
 TEST_F(LoadedHost, WhateverIsInUseKeepsTheLibraryLoaded) {
     ASSERT_NE(std::freopen("/dev/null", "r", stdin), nullptr); // nobody answers the dialog
-    Shell shell;
+    std::vector<std::string> heard;
+    support::EventLog shell(heard);
     using Use = std::shared_ptr<void>;
     const std::map<std::string, std::function<Use()>> uses{
         {"project", [&] { return newProject(); }},
@@ -143,6 +132,7 @@ TEST_F(LoadedHost, ExactlyTheCreatableClassesCanBeMade) {
 }
 
 TEST(Exports, AreTheEntryPointsAlone) {
-    EXPECT_EQ(outputOf("nm -D --defined-only --format=just-symbols " TESSALY_LIBRARY " | sort"),
-              "DllCanUnloadNow\nDllGetClassObject\nDllRegisterServer\nDllUnregisterServer\n");
+    EXPECT_EQ(
+        support::shell("nm -D --defined-only --format=just-symbols " TESSALY_LIBRARY " | sort").out,
+        "DllCanUnloadNow\nDllGetClassObject\nDllRegisterServer\nDllUnregisterServer\n");
 }

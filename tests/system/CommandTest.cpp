@@ -3,15 +3,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
-
-namespace fs = std::filesystem;
 
 using system_test::holds;
 using system_test::Outcome;
@@ -23,19 +17,11 @@ Outcome run(const std::string& arguments, bool errors = false,
 
 class Command : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = "/tmp/tessaly-command-XXXXXX";
-        folder = mkdtemp(name.data());
-    }
-    void TearDown() override { fs::remove_all(folder); }
-
     std::string write(const std::string& name, const std::string& bytes) const {
-        const fs::path path = folder / name;
-        std::ofstream(path, std::ios::binary) << bytes;
-        return path.string();
+        temp.write(name, bytes);
+        return temp.posix(name);
     }
-
-    fs::path folder;
+    support::TempFolder temp;
 };
 
 TEST_F(Command, WalksTheExampleProject) {
@@ -137,10 +123,10 @@ TEST_F(Command, TakesDecksToThePageAndBack) {
     EXPECT_TRUE(holds(views, "no deck lost a byte on the way to the page and back")) << views.out;
 
     const std::string deck = TESSALY_SOURCE_DIR "/examples/weather/settings.wml";
-    const std::string page = (folder / "page.html").string();
+    const std::string page = temp.posix("page.html");
     EXPECT_EQ(run("convert " + deck + " --to plain -o " + page).status, 0);
     const Outcome back = run("convert " + page + " --to markup");
-    EXPECT_EQ(back.out, system_test::bytesOf(deck));
+    EXPECT_EQ(back.out, support::bytesOf(deck));
 
     const Outcome refused = run("convert broken/not-well-formed.wml --to plain --strict", true);
     EXPECT_EQ(refused.status, 1);

@@ -4,15 +4,13 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <map>
 
 namespace {
 
 namespace fs = std::filesystem;
-using system_test::bytesOf;
+using support::bytesOf;
 using system_test::holds;
 using system_test::Outcome;
 using system_test::TerminalSession;
@@ -33,31 +31,22 @@ std::string projectFile(const std::string& name, std::string folder, const std::
 /// A folder of its own, with a few decks that differ in `source`.
 class ProjectCommand : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string name = "/tmp/tessaly-project-XXXXXX";
-        folder = mkdtemp(name.data());
+    ProjectCommand() {
         for (const char* deck : {"index", "news", "sport"}) {
             write("source/" + std::string(deck) + ".wml", deckOf(deck));
         }
     }
-    void TearDown() override {
+    ~ProjectCommand() override {
         run("delete --yes shut/S.cvp"); // opens what a test closed to writing
-        fs::permissions(folder, fs::perms::owner_all);
-        fs::remove_all(folder);
     }
-
     static std::string deckOf(const std::string& text) {
         return "<?xml version=\"1.0\"?>\r\n<!DOCTYPE wml PUBLIC \"-//WAPFORUM//DTD WML 1.1//EN\" "
                "\"http://www.wapforum.org/DTD/wml_1.1.xml\">\r\n<wml>\r\n<card id='a'><p>" +
                text + "</p></card>\r\n</wml>\r\n";
     }
 
-    void write(const std::string& name, const std::string& bytes) const {
-        fs::create_directories((folder / name).parent_path());
-        std::ofstream(folder / name, std::ios::binary) << bytes;
-    }
-    std::string read(const std::string& name) const { return bytesOf(folder / name); }
-
+    void write(const std::string& name, const std::string& bytes) const { temp.write(name, bytes); }
+    std::string read(const std::string& name) const { return temp.read(name); }
     Outcome run(const std::string& arguments) const {
         return system_test::runIn(folder, arguments, true);
     }
@@ -79,7 +68,8 @@ protected:
         return files;
     }
 
-    fs::path folder;
+    support::TempFolder temp;
+    const fs::path folder = temp.posix();
 };
 
 TEST_F(ProjectCommand, LeadsAProjectThroughItsLife) {
@@ -131,7 +121,7 @@ TEST_F(ProjectCommand, SettlesConflictsWithThePerson) {
          {"New.cvp", "Other.cvp", "index.wml", "one.wml", "two.wml", "news.wml"}) {
         write(std::string("new/") + taken, "taken");
     }
-    chmod((folder / "new/Other.cvp").c_str(), 0444);
+    temp.mode("new/Other.cvp", 0444);
     TerminalSession session(folder, {"save-as", "old/Old.cvp", "new/New.cvp"});
     const struct {
         const char* shown;
@@ -218,13 +208,13 @@ TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
               projectFile("New-2", folder / "new", "Owner=me\r\nNotes=\r\n", {"index", "news-3"}));
     EXPECT_EQ(read("new/New.cvp") + read("new/news.wml"), "takentaken");
 
-    chmod((folder / "new/news.wml").c_str(), 0444);
+    temp.mode("new/news.wml", 0444);
     const auto closed = everything();
     const Outcome readOnly = run("save-as old/Old.cvp new/New.cvp --on-conflict overwrite");
     EXPECT_EQ(readOnly.status, 1);
     EXPECT_TRUE(holds(readOnly, "tessaly: new/news.wml: is read-only")) << readOnly.out;
     EXPECT_EQ(everything(), closed);
-    chmod((folder / "new/news.wml").c_str(), 0644);
+    temp.mode("new/news.wml", 0644);
     EXPECT_EQ(run("save-as old/Old.cvp new/New.cvp --on-conflict overwrite").status, 0);
     EXPECT_EQ(read("new/news.wml"), deckOf("news"));
 
@@ -279,7 +269,7 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
     write("shut/S.cvp", "Site=S\r\nDocument=index\r\n");
     write("shut/index.wml", deckOf("index"));
     write("shut/news.wml", deckOf("news"));
-    chmod((folder / "shut/S.cvp").c_str(), 0444);
+    temp.mode("shut/S.cvp", 0444);
     write("plain", "no folder");
     write("Twin/index.wml", "taken");
     fs::create_directory(folder / "twin");

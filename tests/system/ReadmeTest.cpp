@@ -41,17 +41,16 @@ std::string comparable(const std::string& text) {
 } // namespace
 
 TEST(Readme, ShowsWhatTheCommandPrints) {
-    const std::string blocks = consoleBlocks(system_test::bytesOf(TESSALY_SOURCE_DIR "/README.md"));
+    const std::string blocks = consoleBlocks(support::bytesOf(TESSALY_SOURCE_DIR "/README.md"));
     ASSERT_NE(blocks.find("$ tessaly delete"), std::string::npos);
-    std::string folder = "/tmp/tessaly-readme-XXXXXX";
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    const support::TempFolder temp;
+    const std::string folder = temp.posix();
     // The reader's folder is not taken: /tmp/wap, and \tmp\wap in a project file, stand for
     // another.
     const std::string name = folder.substr(std::string("/tmp/").size()) + "/wap";
-    std::ofstream(folder + "/tour.sh")
-        << std::regex_replace(scriptOf(blocks), std::regex("/tmp/wap"), "/tmp/" + name);
+    temp.write("tour.sh",
+               std::regex_replace(scriptOf(blocks), std::regex("/tmp/wap"), "/tmp/" + name));
     const std::string shown = system_test::runIn(folder, "tour.sh", true, "bash").out;
     const std::regex own(std::regex_replace(name, std::regex("/"), R"([/\\])"));
     EXPECT_EQ(comparable(std::regex_replace(shown, own, "wap")), comparable(blocks));
-    std::filesystem::remove_all(folder);
 }

@@ -1,24 +1,21 @@
-#include "platform/TempFolder.h"
 #include "system/CommandRun.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-using system_test::bytesOf;
 using system_test::Outcome;
 
 TEST(Registration, SaysWhatWasRegisteredWhere) {
     const support::TempFolder folder;
-    const std::string file = folder.posix("data/classes");
     const auto run = [&](const std::string& arguments) {
-        return system_test::runIn(folder.posix(""), arguments + " --registry data/classes", true);
+        return system_test::runIn(folder.posix(), arguments + " --registry data/classes", true);
     };
     const Outcome json = run("register --json");
     EXPECT_EQ(json.status, 0);
     const auto report = nlohmann::json::parse(json.out);
     const std::string library = report["library"];
     EXPECT_EQ(report["classes"].size(), 5U);
-    const std::string lines = bytesOf(file);
+    const std::string lines = folder.read("data/classes");
     for (const auto& entry : report["classes"]) {
         const std::string line = entry["name"].get<std::string>() + '\t' +
                                  entry["id"].get<std::string>() + '\t' + library + '\n';
