@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -52,15 +53,21 @@ public:
         : now(std::move(start))
         , m_fault(fault) {}
 
-    /// One step: its calls on the disk, in their order, and what it does if all succeed. A step
-    /// that is not `ready` fails with 91 ahead of its calls.
-    bool step(const std::vector<std::string>& calls, const std::function<void()>& effect,
-              bool ready = true) {
+    /// One step: its calls on the disk, in their order and with blanks between, and what it does
+    /// if all succeed.
+    bool step(
+        const std::string& calls, const std::function<void()>& effect = [] {}) {
+        return stepIf(true, calls, effect);
+    }
+    /// A step that is not `ready` fails with 91 ahead of its calls.
+    bool stepIf(
+        bool ready, const std::string& calls, const std::function<void()>& effect = [] {}) {
         std::optional<Failure> failure;
         if (!ready) {
             failure.emplace(FailureCode::ObjectNotSet);
         }
-        for (const std::string& name : calls) {
+        std::istringstream names(calls);
+        for (std::string name; names >> name;) {
             if (!failure && fails()) {
                 failure.emplace(m_fault.code, u16("no " + name));
             }

@@ -29,12 +29,10 @@ struct Operation {
 /// Writes `document` to `path`.
 void deck(Model& m, DocumentState& document, const Text& path) {
     bool open = false;
-    m.step({"OpenTextFile"}, [&] { open = true, m.now.files[path].clear(); });
-    m.step({}, [&] { document.content = u"exported:" + document.content; });
-    m.step(
-        {"Write"}, [&] { m.now.files[path] += document.content; }, open);
-    m.step(
-        {"Close"}, [] {}, open);
+    m.step("OpenTextFile", [&] { open = true, m.now.files[path].clear(); });
+    m.step("", [&] { document.content = u"exported:" + document.content; });
+    m.stepIf(open, "Write", [&] { m.now.files[path] += document.content; });
+    m.stepIf(open, "Close");
 }
 
 bool save(Model& m, DocumentState& document, const Text& path) {
@@ -48,9 +46,8 @@ bool save(Model& m, DocumentState& document, const Text& path) {
 Text uniqueName(Model& m, const Text& path) {
     Text name;
     const bool taken = m.now.files.contains(path);
-    const std::vector<std::string> free(path == toLower(path) ? 1 : 2, "FileExists");
-    const std::vector<std::string> asked = {"FileExists", "GetFile", "Attributes", "GetFileName",
-                                            "GetParentFolderName"};
+    const char* const free = path == toLower(path) ? "FileExists" : "FileExists FileExists";
+    const char* const asked = "FileExists GetFile Attributes GetFileName GetParentFolderName";
     m.step(taken ? asked : free, [&] {
         if (taken && m.fails()) {
             m.show(u"no DeleteFile");
@@ -73,22 +70,19 @@ bool saveAs(Model& m, DocumentState& document, const Text& path) {
             return false;
         }
         deck(m, document, name);
-        m.step({"GetBaseName"}, [&] { document.newName = document.name; });
+        m.step("GetBaseName", [&] { document.newName = document.name; });
         return true;
     });
 }
 
-void line(Model& m, const Text& path, const Text& text, bool open,
-          std::vector<std::string> calls = {}) {
-    calls.emplace_back("WriteLine");
-    m.step(
-        calls, [&] { m.now.files[path] += text + u"\r\n"; }, open);
+void line(Model& m, const Text& path, const Text& text, bool open, const std::string& calls = {}) {
+    m.stepIf(open, calls + " WriteLine", [&] { m.now.files[path] += text + u"\r\n"; });
 }
 
 void projectFile(Model& m) {
     m.routine(Policy::Show, [&] {
         bool open = false;
-        m.step({"CreateTextFile"}, [&] { open = true, m.now.files[oldFile].clear(); });
+        m.step("CreateTextFile", [&] { open = true, m.now.files[oldFile].clear(); });
         for (const Text text : {u"Site=P", u"Description=", u"Path=D:\\p", u"Owner=", u"Notes="}) {
             line(m, oldFile, text, open);
         }
@@ -121,16 +115,15 @@ std::string projectSaveAs(Model& m) {
             return false;
         }
         bool open = false;
-        m.step({"CreateTextFile"}, [&] { open = true, m.now.files[path].clear(); });
-        line(m, path, u"Site=n", open, {"GetBaseName"});
+        m.step("CreateTextFile", [&] { open = true, m.now.files[path].clear(); });
+        line(m, path, u"Site=n", open, "GetBaseName");
         line(m, path, u"Description=", open);
-        line(m, path, u"Path=D:\\q", open, {"GetParentFolderName"});
+        line(m, path, u"Path=D:\\q", open, "GetParentFolderName");
         line(m, path, u"Owner=", open);
         line(m, path, u"Notes=", open);
         for (DocumentState& document : m.now.documents) {
             Text deckPath;
-            m.step({"GetParentFolderName"},
-                   [&] { deckPath = u"D:\\q\\" + document.name + u".wml"; });
+            m.step("GetParentFolderName", [&] { deckPath = u"D:\\q\\" + document.name + u".wml"; });
             if (!saveAs(m, document, deckPath)) {
                 return false;
             }
@@ -139,10 +132,10 @@ std::string projectSaveAs(Model& m) {
             document.isDirty = document.added = false;
         }
         line(m, path, last, open);
-        m.step({"GetParentFolderName"}, [&] { m.now.projectPath = u"D:\\q"; });
+        m.step("GetParentFolderName", [&] { m.now.projectPath = u"D:\\q"; });
         m.now.creationDate = 40000;
         m.now.projectFile = path;
-        m.step({"GetBaseName"}, [&] { m.now.projectName = u"n"; });
+        m.step("GetBaseName", [&] { m.now.projectName = u"n"; });
         return true;
     }));
 }
@@ -150,8 +143,7 @@ std::string projectSaveAs(Model& m) {
 /// Clears `name` if the user gives up or the file cannot be deleted; the user overwrites.
 void promptFileExists(Model& m, Text& name) {
     m.routine(Policy::Show, [&] {
-        const auto step = [&](const std::vector<std::string>& calls,
-                              const std::function<void()>& effect) {
+        const auto step = [&](const std::string& calls, const std::function<void()>& effect) {
             const bool done = m.step(calls, effect);
             if (!done) {
                 name.clear();
@@ -159,11 +151,11 @@ void promptFileExists(Model& m, Text& name) {
             return done;
         };
         bool exists = true;
-        step({"FileExists"}, [&] { exists = m.now.files.contains(name); });
+        step("FileExists", [&] { exists = m.now.files.contains(name); });
         if (!exists) {
             return false;
         }
-        const bool asked = step({"GetFileName", "GetParentFolderName"}, [&] {
+        const bool asked = step("GetFileName GetParentFolderName", [&] {
             m.now.messages.push_back(
                 "MsgBox 52 [File Exists] A file named " +
                 ascii(name.substr(name.rfind(u'\\') + 1)) + " already exists in the directory " +
@@ -171,10 +163,10 @@ void promptFileExists(Model& m, Text& name) {
                 "\nThis could be part of another project in the same directory. Overwrite?");
         });
         if (asked) {
-            step({"DeleteFile"}, [&] { m.now.files.erase(name); });
+            step("DeleteFile", [&] { m.now.files.erase(name); });
             return false;
         }
-        step({"GetExtensionName"}, [] {}); // nobody asked is nobody who agreed: another name, then
+        step("GetExtensionName", [] {}); // nobody asked is nobody who agreed: another name, then
         m.now.messages.emplace_back("MsgBox 52 [Corvane professional] You are about to cancel this "
                                     "operation.\nAre you sure?");
         name.clear();
@@ -185,44 +177,43 @@ void promptFileExists(Model& m, Text& name) {
 std::string create(Model& m) {
     m.routine(Policy::Show, [&] {
         const bool missing = !m.now.folders.contains(u"D:\\q");
-        m.step(missing ? std::vector<std::string>{"FolderExists", "CreateFolder"}
-                       : std::vector<std::string>{"FolderExists"},
+        m.step(missing ? "FolderExists CreateFolder" : "FolderExists",
                [&] { m.now.folders.insert(u"D:\\q"); });
         return true;
     });
     Text target;
-    m.step({"GetFileName"}, [&] { target = u"D:\\q\\a.wml"; });
-    m.step({"GetAbsolutePathName"}, [] {});
+    m.step("GetFileName", [&] { target = u"D:\\q\\a.wml"; });
+    m.step("GetAbsolutePathName");
     promptFileExists(m, target);
     if (target.empty()) {
         return "False";
     }
     const Text path = u"D:\\q\\N.cvp";
-    m.step({"CopyFile"}, [&] {
+    m.step("CopyFile", [&] {
         if (!m.now.folders.contains(u"D:\\q")) {
             throw Failure(FailureCode::PathNotFound);
         }
         m.now.files[target] = m.now.files[folder + u"a.wml"];
     });
-    m.step({"CreateTextFile"}, [&] { m.now.files[path].clear(); });
+    m.step("CreateTextFile", [&] { m.now.files[path].clear(); });
     for (const Text text : {u"Site=N", u"Description=d", u"Path=D:\\q", u"Owner=o"}) {
         line(m, path, text, true);
     }
-    line(m, path, u"Document=a", true, {"GetBaseName"});
+    line(m, path, u"Document=a", true, "GetBaseName");
     line(m, path, last, true);
     return "True";
 }
 
 std::string deleteFiles(Model& m) {
     return ascii(m.routine(Policy::Drop, [&] {
-        if (!m.step({"GetAbsolutePathName", "GetParentFolderName"}, [] {})) {
+        if (!m.step("GetAbsolutePathName GetParentFolderName")) {
             return false; // whether the folder is a root is not known
         }
         const auto file = [&](const Text& path) {
-            m.step({"FileExists", "DeleteFile"}, [&] { m.now.files.erase(path); });
+            m.step("FileExists DeleteFile", [&] { m.now.files.erase(path); });
         };
         const auto below = [&](const Text& path) {
-            m.step({"FolderExists", "DeleteFolder"}, [&] {
+            m.step("FolderExists DeleteFolder", [&] {
                 std::erase_if(m.now.files,
                               [&](const auto& entry) { return entry.first.starts_with(path); });
                 std::erase_if(m.now.folders,
@@ -242,15 +233,15 @@ std::string deleteFiles(Model& m) {
 
 bool addDocument(Model& m, const Text& name) {
     return m.routine(Policy::Drop, [&] {
-        if (m.step({"GetFile"}, [] {})) {
-            if (!m.step({"OpenAsTextStream"}, [] {})) {
+        if (m.step("GetFile")) {
+            if (!m.step("OpenAsTextStream")) {
                 return false;
             }
             const auto add = [&] {
                 const Text text = m.now.files[folder + name + u".wml"];
                 m.now.documents.push_back({name, text, false, true, u""});
             };
-            if (m.step({"AtEndOfStream", "ReadAll"}, add)) {
+            if (m.step("AtEndOfStream ReadAll", add)) {
                 m.now.needSave = true;
                 return true;
             }
@@ -264,20 +255,17 @@ std::string init(Model& m) {
     return ascii(m.routine(Policy::Drop, [&] {
         bool file = false;
         bool open = false;
-        m.step({"FileExists"}, [] {});
+        m.step("FileExists");
         m.now.documents.clear();
-        m.step({"GetFile"}, [&] { file = true; });
-        m.step(
-            {"OpenAsTextStream"}, [&] { open = true; }, file);
+        m.step("GetFile", [&] { file = true; });
+        m.stepIf(file, "OpenAsTextStream", [&] { open = true; });
         const std::vector<Text> lines = {u"Site=P2", u"Document=a", u"Document=b"};
         for (std::size_t at = 0;; ++at) {
             if (at == lines.size()) {
-                m.step(
-                    {"AtEndOfStream"}, [] {}, open);
+                m.stepIf(open, "AtEndOfStream");
                 break;
             }
-            if (!m.step(
-                    {"AtEndOfStream", "ReadLine"}, [] {}, open)) {
+            if (!m.stepIf(open, "AtEndOfStream ReadLine")) {
                 break; // a stream that fails counts as ended
             }
             if (at == 0) {
@@ -287,12 +275,10 @@ std::string init(Model& m) {
             } else {
                 m.now.needSave = m.now.documents.back().added = false;
             }
-            m.step({"GetParentFolderName"}, [] {});
+            m.step("GetParentFolderName");
         }
-        m.step(
-            {"Close"}, [] {}, open);
-        m.step(
-            {"DateCreated"}, [&] { m.now.creationDate = 36526.5; }, file);
+        m.stepIf(open, "Close");
+        m.stepIf(file, "DateCreated", [&] { m.now.creationDate = 36526.5; });
         return true;
     }));
 }
