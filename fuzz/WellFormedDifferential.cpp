@@ -7,6 +7,7 @@
 #include "ravikit/Parser.h"
 #include "tests/ravikit/LibXml.h"
 #include "tests/ravikit/Tiling.h"
+#include "tests/support/Iconv.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -18,37 +19,6 @@
 #include <string_view>
 
 namespace {
-
-/// The text of `bytes`; none if they are no UTF-8, which is not what this target is about.
-std::optional<std::u16string> decoded(std::string_view bytes) {
-    std::u16string text;
-    for (std::size_t i = 0; i < bytes.size();) {
-        const auto lead = static_cast<unsigned char>(bytes[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || i + length > bytes.size()) {
-            return std::nullopt;
-        }
-        char32_t c = length == 1 ? lead : lead & (0x7FU >> length);
-        for (std::size_t k = 1; k < length; ++k) {
-            const auto next = static_cast<unsigned char>(bytes[i + k]);
-            if ((next & 0xC0U) != 0x80) {
-                return std::nullopt;
-            }
-            c = (c << 6) | (next & 0x3FU);
-        }
-        static constexpr char32_t least[] = {0, 0, 0x80, 0x800, 0x10000};
-        if (c < least[length] || c > 0x10FFFF || (c >= 0xD800 && c <= 0xDFFF)) {
-            return std::nullopt;
-        }
-        if (c >= 0x10000) {
-            text.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
-            c = 0xDC00 + ((c - 0x10000) & 0x3FF);
-        }
-        text.push_back(static_cast<char16_t>(c));
-        i += length;
-    }
-    return text;
-}
 
 /// Where a disagreement says nothing about us, and why.
 bool isExcused(const ravikit::Tree& tree, const libxml::Verdict& peer) {
@@ -92,8 +62,9 @@ void complain(std::string_view bytes, const ravikit::Tree& tree, const libxml::V
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const std::optional<std::u16string> text = decoded(bytes);
+    static const support::Iconv decode("UTF-8");
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    const std::optional<std::u16string> text = decode(bytes);
     if (!text || text->find(u'\0') != std::u16string::npos) {
         return -1; // libxml2 takes a NUL for the end of the text
     }

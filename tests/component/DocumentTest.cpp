@@ -173,12 +173,6 @@ TEST_F(Document, RefreshAndSizeConvertThePageAndFallBackOnTheOldText) {
 
 TEST_F(Document, HearsOnlyItsOwnProxyAndIsNotDirtiedByIt) {
     const auto doc = build(deck);
-    std::int32_t lStart = 4;
-    std::int32_t action = 9;
-    std::u16string txt;
-    std::u16string delText;
-    doc->raise_OnAdd2Undo(lStart, txt, delText, action);
-    EXPECT_EQ(world.take(), Log{"OnAdd2UndoStack 4 [] [] 9"});
     const auto proxy = std::make_shared<clWMLEventProxy>();
     doc->Format()->exec(u"Italic");
     doc->Format()->init(proxy);

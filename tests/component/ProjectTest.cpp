@@ -1,7 +1,5 @@
 #include "Fakes.h"
 
-#include "project/ProjectFile.h"
-
 using namespace fakes;
 
 namespace {
@@ -49,8 +47,6 @@ TEST_F(Project, KeepsWhatItIsGiven) {
     EXPECT_EQ(project->ProjectName(), u"Weather");
     project->ProjectPath(u"C:\\");
     EXPECT_EQ(project->ProjectPath(), u"C:");
-    project->projectFile(u"x\\");
-    EXPECT_EQ(project->projectFile(), u"x\\");
     project->NeedSave(true);
     EXPECT_FALSE(project->NeedSave());
     project->ProjectPath(u"C:\\myTemPlates2\\x");
@@ -142,8 +138,9 @@ TEST_F(Project, OpensInTheOrderOfTheFile) {
 
 TEST_F(Project, TakesAProjectFileAsItComes) {
     project->notes(u"old notes");
-    EXPECT_TRUE(open({u"", endOfProjectFile, u"Description=a=b=c", u" Owner=no", u"owner=no", u"=x",
-                      u"Path=Z:\\gone", u"Site=first", u"Owner= who ", u"Document=a", u"Site=last"},
+    EXPECT_TRUE(open({u"", u"-------------- END OF FILE ----------", u"Description=a=b=c",
+                      u" Owner=no", u"owner=no", u"=x", u"Path=Z:\\gone", u"Site=first",
+                      u"Owner= who ", u"Document=a", u"Site=last"},
                      {u"a"}));
     EXPECT_EQ(project->description(), u"a");
     EXPECT_EQ(project->Owner(), u" who ");
@@ -237,31 +234,4 @@ TEST_F(Project, FindsTheFirstDocumentWithoutOpening) {
     EXPECT_EQ(project->getFirstDocument(u"D:\\none.cvp"), u"Cannot access document !");
     world.fails["ReadLine"] = FailureCode::DeviceError;
     EXPECT_EQ(project->getFirstDocument(file), u"Cannot access document !");
-}
-
-TEST_F(Project, RecordsAreWrittenAndReadBack) {
-    std::u16string text;
-    FakeStream stream(text);
-    writeRecord(stream, keyDocument, u" index ");
-    writeEndOfProjectFile(stream);
-    EXPECT_EQ(text, u"Document= index \r\n-------------- END OF FILE ----------\r\n");
-    const std::u16string line = stream.ReadLine();
-    ASSERT_TRUE(splitRecord(line));
-    EXPECT_EQ(splitRecord(line)->key, keyDocument);
-    EXPECT_EQ(splitRecord(line)->value, u" index ");
-    EXPECT_FALSE(splitRecord(stream.ReadLine()));
-}
-
-TEST_F(Project, OpensTenThousandDecksAndAVeryLongLine) {
-    Texts lines{u"Site=S"};
-    Texts decks;
-    for (int i = 0; i < 10000; ++i) {
-        decks.push_back(u16("deck" + std::to_string(i)));
-        lines.push_back(u"Document=" + decks.back());
-    }
-    EXPECT_TRUE(open(lines, decks));
-    EXPECT_EQ(project->Documents()->Item(u"DECK9999"), project->Documents()->Item(10000));
-    EXPECT_TRUE(open({u"Owner=" + std::u16string(5'000'000, u'='), u"Site=T"}));
-    EXPECT_EQ(project->Documents()->Count(), 0);
-    EXPECT_EQ(project->Owner(), u"");
 }

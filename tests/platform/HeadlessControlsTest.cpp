@@ -1,5 +1,6 @@
 #include "platform/HeadlessBrowser.h"
 #include "platform/HeadlessRichText.h"
+#include "platform/page/HeadlessPage.h"
 #include "tests/support/Text.h"
 
 #include <gtest/gtest.h>
@@ -80,17 +81,6 @@ TEST(MessageLoop, AFailingTaskLeavesTheOthers) {
 
 namespace {
 
-class Page : public HTMLDocument {
-public:
-    std::shared_ptr<IHTMLElement> body() override { return nullptr; }
-    bool execCommand(const std::u16string&) override { return false; }
-    bool execCommand(const std::u16string&, bool, const Value&) override { return false; }
-    std::shared_ptr<IHTMLElementCollection> getElementsByTagName(const std::u16string&) override {
-        return nullptr;
-    }
-    std::shared_ptr<IHTMLSelectionObject> selection() override { return nullptr; }
-};
-
 struct Navigations : BrowserControlEvents {
     void BeforeNavigate2() override { heard += "start "; }
     void NavigateComplete2() override { heard += "end "; }
@@ -102,8 +92,8 @@ struct Navigations : BrowserControlEvents {
 TEST(HeadlessBrowser, ANavigationEndsInTheMessageLoop) {
     const auto loop = std::make_shared<MessageLoop>();
     auto browser = std::make_shared<HeadlessBrowser>(loop);
-    const auto first = std::make_shared<Page>();
-    const auto second = std::make_shared<Page>();
+    const auto first = makePage(u"");
+    const auto second = makePage(u"");
     Navigations navigations;
     const auto bond = browser->events().advise(navigations);
     EXPECT_EQ(browser->Document(), nullptr);

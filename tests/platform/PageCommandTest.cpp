@@ -1,11 +1,6 @@
-#include "platform/page/HeadlessPage.h"
-#include "util/Failure.h"
+#include "tests/platform/PageParts.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-using namespace tessaly;
+using namespace page_test;
 
 namespace {
 
@@ -20,13 +15,11 @@ struct Case {
 /// Runs the command twice over the text from `from` to `to`.
 void expectCommand(const std::u16string& command, const std::vector<Case>& cases) {
     for (const Case& each : cases) {
-        const auto page = makePage(each.html);
-        ASSERT_TRUE(each.to.empty() ? page->selectText(each.from)
-                                    : page->selectText(each.from, each.to));
+        const auto page = selected(each.html, each.from, each.to);
         EXPECT_TRUE(page->execCommand(command));
-        EXPECT_EQ(page->body()->innerHTML(), each.once);
+        EXPECT_EQ(bodyOf(page), each.once);
         EXPECT_TRUE(page->execCommand(command));
-        EXPECT_EQ(page->body()->innerHTML(), each.twice);
+        EXPECT_EQ(bodyOf(page), each.twice);
     }
 }
 
@@ -91,15 +84,13 @@ TEST(PageCommand, NormalFontSize) {
         {u"<span style='font-size: 20px'>one</span>", u"one", u"one"},
     };
     for (const auto& each : cases) {
-        const auto page = makePage(each.html);
-        ASSERT_TRUE(page->selectText(each.text));
+        const auto page = selected(each.html, each.text);
         EXPECT_TRUE(page->execCommand(u"FontSize", false, std::u16string(u"3")));
-        EXPECT_EQ(page->body()->innerHTML(), each.result);
+        EXPECT_EQ(bodyOf(page), each.result);
     }
-    const auto page = makePage(u"one");
-    page->selectText(u"one");
+    const auto page = selected(u"one", u"one");
     EXPECT_TRUE(page->execCommand(u"FontSize", false, std::int32_t{5}));
-    EXPECT_EQ(page->body()->innerHTML(), u"<font size=\"5\">one</font>");
+    EXPECT_EQ(bodyOf(page), u"<font size=\"5\">one</font>");
 }
 
 TEST(PageCommand, WithoutTextToActOnChangesNothing) {
@@ -114,5 +105,5 @@ TEST(PageCommand, WithoutTextToActOnChangesNothing) {
     EXPECT_FALSE(page->execCommand(u"FontSize", false, std::u16string(u"8")));
     page->selectObject(page->getElementsByTagName(u"img")->item(0));
     EXPECT_FALSE(page->execCommand(u"Italic"));
-    EXPECT_EQ(page->body()->innerHTML(), html);
+    EXPECT_EQ(bodyOf(page), html);
 }

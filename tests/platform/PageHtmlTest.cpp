@@ -1,24 +1,8 @@
-#include "platform/page/HeadlessPage.h"
-#include "util/Failure.h"
-
-#include <gtest/gtest.h>
+#include "tests/platform/PageParts.h"
 
 #include <set>
 
-using namespace tessaly;
-
-namespace {
-
-std::u16string bodyOf(const std::shared_ptr<HeadlessPage>& page) {
-    return page->body()->innerHTML();
-}
-
-std::shared_ptr<IHTMLElement> first(const std::shared_ptr<HeadlessPage>& page,
-                                    const std::u16string& name) {
-    return page->getElementsByTagName(name)->item(0);
-}
-
-} // namespace
+using namespace page_test;
 
 TEST(PageHtml, IsWrittenAsBrowsersWriteIt) {
     const struct {

@@ -1,26 +1,6 @@
-#include "platform/page/HeadlessPage.h"
-#include "util/Failure.h"
+#include "tests/platform/PageParts.h"
 
-#include <gtest/gtest.h>
-
-using namespace tessaly;
-
-namespace {
-
-std::u16string bodyOf(const std::shared_ptr<HeadlessPage>& page) {
-    return page->body()->innerHTML();
-}
-
-std::shared_ptr<IHTMLElement> first(const std::shared_ptr<HeadlessPage>& page,
-                                    const std::u16string& name) {
-    return page->getElementsByTagName(name)->item(0);
-}
-
-std::shared_ptr<IHTMLTxtRange> rangeOf(const std::shared_ptr<HeadlessPage>& page) {
-    return narrow<IHTMLTxtRange>(page->selection()->createRange());
-}
-
-} // namespace
+using namespace page_test;
 
 TEST(PageSelection, HasThreeTypes) {
     const auto page = makePage(u"<p>one <img src=x> two</p>");
@@ -91,9 +71,7 @@ TEST(PagePaste, ReplacesTheRange) {
          u"<table><tbody><tr><td>oX<u>Y</u>|</td><td>o</td></tr></tbody></table>"},
     };
     for (const auto& each : cases) {
-        const auto page = makePage(each.html);
-        ASSERT_TRUE(each.to.empty() ? page->selectText(each.from)
-                                    : page->selectText(each.from, each.to));
+        const auto page = selected(each.html, each.from, each.to);
         const auto range = rangeOf(page);
         range->pasteHTML(u"X<u>Y</u>");
         EXPECT_EQ(range->text(), u"");

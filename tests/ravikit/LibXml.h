@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ravikit/Chars.h"
+
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>
 
@@ -59,11 +61,8 @@ inline Verdict verdict(std::string_view utf8) {
 inline std::string utf8(std::u16string_view text) {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t c = text[i];
-        if (c >= 0xD800 && c < 0xDC00 && i + 1 < text.size() && text[i + 1] >= 0xDC00 &&
-            text[i + 1] < 0xE000) {
-            c = 0x10000 + ((c - 0xD800) << 10) + (text[++i] - char32_t{0xDC00});
-        }
+        const char32_t c = ravikit::codePointAt(text, i);
+        i += ravikit::unitsOf(c) - 1;
         if (c < 0x80) {
             out += static_cast<char>(c);
         } else {

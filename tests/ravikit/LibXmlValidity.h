@@ -21,37 +21,10 @@ inline xmlParserInputPtr fetchDtd(const char* /*url*/, const char* /*id*/,
     return xmlNewInputFromFile(context, wmlDtdFile);
 }
 
-inline xmlDtdPtr wmlDtd() {
-    static const xmlDtdPtr dtd = [] {
-        xmlParserInputBufferPtr input =
-            xmlParserInputBufferCreateFilename(wmlDtdFile, XML_CHAR_ENCODING_UTF8);
-        return xmlIOParseDTD(nullptr, input, XML_CHAR_ENCODING_UTF8);
-    }();
-    return dtd;
-}
-
-inline void ignore(void* /*context*/, xmlErrorPtr /*error*/) {}
-
 constexpr int quiet = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_HUGE;
 
-/// By xmlValidateDtd, on the deck as it is after parsing.
-inline bool isValidAfterwards(std::string_view utf8) {
-    const int options = quiet | XML_PARSE_SAX1 | XML_PARSE_NOENT;
-    const xmlDocPtr document =
-        xmlReadMemory(utf8.data(), static_cast<int>(utf8.size()), "deck", nullptr, options);
-    if (document == nullptr) {
-        return false;
-    }
-    xmlSetStructuredErrorFunc(nullptr, ignore);
-    xmlValidCtxt context{};
-    const bool valid = xmlValidateDtd(&context, document, wmlDtd()) == 1;
-    xmlFreeDoc(document);
-    return valid;
-}
-
-/// By a parse that validates, with the DTD named in the deck's DOCTYPE. Slower, but it knows which
-/// element must come first and brings attributes' values into their normal form.
-inline bool isValidWhileParsing(std::string_view utf8) {
+/// By a parse that validates, with the DTD named in the deck's DOCTYPE.
+inline bool isValid(std::string_view utf8) {
     std::string named = "<!DOCTYPE wml SYSTEM 'wml.dtd'";
     const std::string_view doctype = "<!DOCTYPE wml";
     const bool hasDoctype = utf8.substr(0, doctype.size()) == doctype;
@@ -99,10 +72,7 @@ inline std::string validityFault(const std::u16string& text, bool* valid = nullp
     if (valid != nullptr) {
         *valid = ours;
     }
-    if (ours == isValidAfterwards(bytes)) {
-        return {};
-    }
-    const bool peer = isValidWhileParsing(bytes);
+    const bool peer = isValid(bytes);
     if (ours == peer || isExcused(*tree, problems, peer)) {
         return {};
     }
