@@ -16,10 +16,6 @@ const ravikit::Declarations& known() {
     return ravikit::Dtd::builtIn()->declarations();
 }
 
-std::string reasons(const ravikit::Problems& problems) {
-    return problems.empty() ? std::string() : toUtf8(problems.list().front().reason);
-}
-
 } // namespace
 
 std::vector<Deck> writtenDecks() {
@@ -48,42 +44,11 @@ std::u16string generatedDeck(std::mt19937& random, bool valid) {
         std::generate(bytes.begin(), bytes.end(), [&random] { return random() & 0xFFU; });
         bytes[0] = 0; // no entities
         const std::u16string deck = generator.deck(bytes.data(), bytes.size());
-        if (valid ? isValid(deck)
+        if (valid ? faultOf(deck).empty()
                   : deck.starts_with(u"<wml") && ravikit::parse(deck, &known())->wellFormed()) {
             return prologs[random() % prologs.size()] + deck;
         }
     }
-}
-
-std::u16string plainOf(const std::u16string& deck) {
-    std::u16string text = deck;
-    ravikit::Problems problems;
-    EXPECT_TRUE(ravikit::markupToPlain(text, true, &known(), problems)) << reasons(problems);
-    return text;
-}
-
-std::u16string markupOf(const std::u16string& page) {
-    std::u16string text = page;
-    ravikit::Problems problems;
-    EXPECT_TRUE(ravikit::plainToMarkup(text, false, &known(), problems)) << reasons(problems);
-    return text;
-}
-
-bool isValid(const std::u16string& deck, std::string* why) {
-    const auto tree = ravikit::parse(deck, &known());
-    ravikit::Problems problems = tree->problems();
-    ravikit::Dtd::builtIn()->judge(*tree, problems);
-    if (why != nullptr) {
-        *why = reasons(problems);
-    }
-    return problems.empty();
-}
-
-std::unique_ptr<PageElement> browse(const std::u16string& page) {
-    ravikit::PageTree tree;
-    ravikit::Problems problems;
-    EXPECT_TRUE(ravikit::readAsBrowser(page, tree, problems)) << reasons(problems);
-    return elementsOf(tree);
 }
 
 } // namespace convert_test

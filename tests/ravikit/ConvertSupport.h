@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ravikit/Dtd.h"
-#include "ravikit/PageElements.h"
+#include "ravikit/Pages.h"
 #include "ravikit/Parser.h"
 #include "ravikit/convert/Convert.h"
 
@@ -21,14 +21,5 @@ struct Deck {
 std::vector<Deck> writtenDecks();
 /// A deck put together at random: well-formed, and valid if `valid`.
 std::u16string generatedDeck(std::mt19937& random, bool valid);
-
-/// The page of `deck`; fails the test if there is none.
-std::u16string plainOf(const std::u16string& deck);
-/// The deck of `page`; fails the test if there is none.
-std::u16string markupOf(const std::u16string& page);
-bool isValid(const std::u16string& deck, std::string* why = nullptr);
-
-/// The page as a browser reads it.
-std::unique_ptr<PageElement> browse(const std::u16string& page);
 
 } // namespace convert_test

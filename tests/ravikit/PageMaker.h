@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-namespace fuzz {
+namespace convert_test {
 
 struct MadePage {
     std::u16string html;
@@ -15,4 +15,4 @@ struct MadePage {
 /// some were taken, doubled or moved. The same bytes give the same page.
 MadePage makePage(const std::uint8_t* data, std::size_t size);
 
-} // namespace fuzz
+} // namespace convert_test

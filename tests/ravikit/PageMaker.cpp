@@ -1,15 +1,14 @@
-#include "fuzz/PageMaker.h"
+#include "ravikit/PageMaker.h"
 
-#include "fuzz/Pages.h"
+#include "ravikit/DeckGenerator.h"
 #include "ravikit/Dtd.h"
-#include "tests/ravikit/DeckGenerator.h"
-#include "tests/ravikit/PageElements.h"
+#include "ravikit/Pages.h"
 
 #include <algorithm>
 #include <array>
 #include <vector>
 
-namespace fuzz {
+namespace convert_test {
 
 namespace {
 
@@ -153,10 +152,11 @@ void change(Tokens& tokens, Choices& choices) {
 MadePage makePage(const std::uint8_t* data, std::size_t size) {
     Choices choices(data, size);
     const std::u16string deck = deckFrom(choices);
-    MadePage made{.html = plainOf(deck).value_or(u"")};
+    MadePage made{.html = pageOf(deck).value_or(u"")};
     made.isOfValidDeck = made.html.empty() || faultOf(deck).empty();
     if (choices.below(4) == 0) {
-        made.html = browsed(made.html, true).value_or(u"");
+        const auto body = browse(made.html);
+        made.html = body ? serialise(*body, Browser::Old) : u"";
     }
     Tokens tokens = tokensOf(made.html);
     while (!choices.isEmpty()) {
@@ -169,4 +169,4 @@ MadePage makePage(const std::uint8_t* data, std::size_t size) {
     return made;
 }
 
-} // namespace fuzz
+} // namespace convert_test

@@ -1,0 +1,139 @@
+#include "ravikit/Pages.h"
+
+#include "ravikit/Chars.h"
+#include "ravikit/Dtd.h"
+#include "ravikit/Parser.h"
+#include "ravikit/convert/Convert.h"
+
+#include <map>
+#include <stdexcept>
+
+namespace convert_test {
+
+namespace {
+
+const ravikit::Declarations& known() {
+    return ravikit::Dtd::builtIn()->declarations();
+}
+
+/// What a conversion made of `text`; none if it refused, which it must give a reason for.
+std::optional<std::u16string> outcome(bool good, const std::u16string& before,
+                                      const std::u16string& after,
+                                      const ravikit::Problems& problems) {
+    if (good) {
+        expect(problems.empty(), "converted, and a problem", before, after);
+        return after;
+    }
+    expect(!problems.empty() && after == before, "a refusal without a reason", before, after);
+    return std::nullopt;
+}
+
+/// How often each character is shown that a deck can hold.
+std::map<char16_t, std::size_t> lettersShown(const std::u16string& page) {
+    ravikit::PageTree tree;
+    ravikit::Problems problems;
+    expect(ravikit::readLiterally(page, tree) || ravikit::readAsBrowser(page, tree, problems),
+           "not read again", page);
+    std::map<char16_t, std::size_t> counts;
+    for (const ravikit::PageNode& node : tree.nodes()) {
+        for (const char16_t c : node.tag == ravikit::PageTag::None ? node.text : u"") {
+            const bool isSurrogate = c >= 0xD800 && c < 0xE000;
+            if (ravikit::isChar(c) && !ravikit::isBlank(c) && !isSurrogate) {
+                ++counts[c];
+            }
+        }
+    }
+    return counts;
+}
+
+} // namespace
+
+void expect(bool holds, const std::string& what, const std::u16string& a, const std::u16string& b,
+            const std::u16string& c) {
+    if (!holds) {
+        std::string told = what;
+        for (const std::u16string* const text : {&a, &b, &c}) {
+            told += text->empty() ? "" : "\n---\n" + toUtf8(*text);
+        }
+        throw std::runtime_error(told);
+    }
+}
+
+std::optional<std::u16string> pageOf(const std::u16string& deck) {
+    std::u16string text = deck;
+    ravikit::Problems problems;
+    const bool good = ravikit::markupToPlain(text, true, &known(), problems);
+    return outcome(good, deck, text, problems);
+}
+
+std::optional<std::u16string> deckOf(const std::u16string& page) {
+    std::u16string text = page;
+    ravikit::Problems problems;
+    const bool good = ravikit::plainToMarkup(text, false, &known(), problems);
+    return outcome(good, page, text, problems);
+}
+
+std::u16string plainOf(const std::u16string& deck) {
+    const auto page = pageOf(deck);
+    expect(page.has_value(), "refused: " + faultOf(deck), deck);
+    return *page;
+}
+
+std::u16string markupOf(const std::u16string& page) {
+    const auto deck = deckOf(page);
+    expect(deck.has_value(), "refused", page);
+    return *deck;
+}
+
+std::string faultOf(const std::u16string& deck, bool valid) {
+    const auto tree = ravikit::parse(deck, &known());
+    ravikit::Problems problems = tree->problems();
+    if (problems.empty() && valid) {
+        ravikit::Dtd::builtIn()->judge(*tree, problems);
+    }
+    return problems.empty() ? std::string() : toUtf8(problems.list().front().reason);
+}
+
+std::unique_ptr<PageElement> browse(const std::u16string& page) {
+    ravikit::PageTree tree;
+    ravikit::Problems problems;
+    return ravikit::readAsBrowser(page, tree, problems) ? elementsOf(tree) : nullptr;
+}
+
+void expectKept(const std::u16string& deck) {
+    const std::u16string page = plainOf(deck);
+    expect(markupOf(page) == deck, "changed by the way there and back", deck, page);
+    const auto body = browse(page);
+    expect(body != nullptr, "no browser takes the page", deck, page);
+    const std::u16string modern = serialise(*body, Browser::Modern);
+    const std::u16string old = serialise(*body, Browser::Old);
+
+    ravikit::PageTree tree;
+    expect(ravikit::readLiterally(page, tree), "our own page is not read literally", page);
+    expect(serialise(*elementsOf(tree), Browser::Modern) == modern,
+           "a browser reads the page in another way", page, modern);
+    expect(markupOf(modern) == deck, "changed by a browser", deck, page, modern);
+    expect(markupOf(old) == deck, "changed by an old browser", deck, page, old);
+
+    // Something beside the deck makes each element be looked at by itself.
+    const std::u16string merged = markupOf(u"<P>stray</P>" + modern);
+    expect(merged.find(u"stray") != merged.npos, "the stranger is lost", deck, merged);
+    const std::string fault = faultOf(merged, faultOf(deck).empty());
+    expect(fault.empty(), fault, deck, merged);
+}
+
+void expectTaken(const std::u16string& page, bool isOfValidDeck) {
+    const std::u16string deck = markupOf(page);
+    const std::string fault = faultOf(deck, isOfValidDeck);
+    expect(fault.empty(), fault, page, deck);
+    const std::u16string shown = plainOf(deck);
+    const auto after = lettersShown(shown);
+    for (const auto& [letter, count] : lettersShown(page)) {
+        const auto found = after.find(letter);
+        expect(found != after.end() && found->second >= count, "text is lost",
+               std::u16string(1, letter), page, deck);
+    }
+    expect(markupOf(shown) == deck, "not the same again", deck, shown);
+}
+
+} // namespace convert_test
