@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <random>
 #include <vector>
@@ -14,7 +15,7 @@ using namespace tessaly::page;
 
 namespace {
 
-constexpr int rounds = 2000;
+constexpr std::size_t rounds = 2000;
 
 /// The value of a text, found the slow way: the first of its ancestors that says something.
 int valueOf(const Node& text, InlineStyle style) {
@@ -99,48 +100,51 @@ struct RandomPage {
     std::u16string before;
 };
 
-} // namespace
-
-// Whatever the page and the selection: the selected letters get the one value, the others keep
-// theirs, and no letter is lost.
-TEST(PageEdits, BoldChangesTheSelectedLettersAlone) {
-    std::mt19937 random(20);
-    for (int round = 0; round < rounds; ++round) {
+/// Whatever the page and the selection: the selected letters get one value, which `change` gives
+/// them and returns, the others keep theirs, and no letter is lost.
+void expectSelectedLettersChanged(
+    unsigned seed, InlineStyle style,
+    const std::function<int(RandomPage&, std::size_t round)>& change) {
+    std::mt19937 random(seed);
+    for (std::size_t round = 0; round < rounds; ++round) {
         RandomPage page(random);
-        auto letters = lettersOf(page.dom, InlineStyle::Bold);
-        const bool wasBold = std::all_of(letters.begin() + static_cast<std::ptrdiff_t>(page.start),
-                                         letters.begin() + static_cast<std::ptrdiff_t>(page.end),
-                                         [](const Letter& each) { return each.value == 1; });
+        auto letters = lettersOf(page.dom, style);
+        const int value = change(page, round);
         for (std::size_t i = page.start; i < page.end; ++i) {
-            letters[i].value = wasBold ? 0 : 1;
+            letters[i].value = value;
         }
-        toggleStyle(page.dom, InlineStyle::Bold);
-        ASSERT_TRUE(lettersOf(page.dom, InlineStyle::Bold) == letters)
+        ASSERT_TRUE(lettersOf(page.dom, style) == letters)
             << testing::PrintToString(page.before) << page.start << "-" << page.end
             << testing::PrintToString(outerHtml(*page.dom.body(), Writing::Modern));
     }
 }
 
+} // namespace
+
+TEST(PageEdits, BoldChangesTheSelectedLettersAlone) {
+    expectSelectedLettersChanged(20, InlineStyle::Bold, [](RandomPage& page, std::size_t) {
+        const auto letters = lettersOf(page.dom, InlineStyle::Bold);
+        const bool wasBold = std::all_of(letters.begin() + static_cast<std::ptrdiff_t>(page.start),
+                                         letters.begin() + static_cast<std::ptrdiff_t>(page.end),
+                                         [](const Letter& each) { return each.value == 1; });
+        toggleStyle(page.dom, InlineStyle::Bold);
+        return wasBold ? 0 : 1;
+    });
+}
+
 TEST(PageEdits, FontSizeChangesTheSelectedLettersAlone) {
-    std::mt19937 random(21);
-    for (int round = 0; round < rounds; ++round) {
-        RandomPage page(random);
-        auto letters = lettersOf(page.dom, InlineStyle::FontSize);
-        const int size = round % 2 == 0 ? 3 : 5;
-        for (std::size_t i = page.start; i < page.end; ++i) {
-            letters[i].value = size;
-        }
-        applyStyle(page.dom, InlineStyle::FontSize, size);
-        ASSERT_TRUE(lettersOf(page.dom, InlineStyle::FontSize) == letters)
-            << testing::PrintToString(page.before) << page.start << "-" << page.end
-            << testing::PrintToString(outerHtml(*page.dom.body(), Writing::Modern));
-    }
+    expectSelectedLettersChanged(21, InlineStyle::FontSize,
+                                 [](RandomPage& page, std::size_t round) {
+                                     const int size = round % 2 == 0 ? 3 : 5;
+                                     applyStyle(page.dom, InlineStyle::FontSize, size);
+                                     return size;
+                                 });
 }
 
 // A paste takes the selected letters away and no other, and stands where they stood.
 TEST(PageEdits, PasteReplacesTheSelectedLettersAlone) {
     std::mt19937 random(22);
-    for (int round = 0; round < rounds; ++round) {
+    for (std::size_t round = 0; round < rounds; ++round) {
         RandomPage page(random);
         std::u16string letters;
         for (const Letter& each : lettersOf(page.dom, InlineStyle::Bold)) {

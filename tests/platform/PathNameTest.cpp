@@ -4,40 +4,34 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <filesystem>
 
 using namespace tessaly;
 using support::failureOf;
 
 TEST(PathName, PartsOfAPath) {
-    struct Row {
-        const char16_t* path;
-        const char16_t* name;
-        const char16_t* base;
-        const char16_t* extension;
-        const char16_t* folder;
+    // The path, then its name, base name, extension and folder.
+    const char16_t* const rows[][5] = {
+        {u"C:\\Decks\\a.b.wml", u"a.b.wml", u"a.b", u"wml", u"C:\\Decks"},
+        {u"C:\\a.wml", u"a.wml", u"a", u"wml", u"C:\\"},
+        {u"C:\\\\a.wml", u"a.wml", u"a", u"wml", u"C:\\"},
+        {u"C:\\", u"", u"", u"", u""},
+        {u"C:a", u"a", u"a", u"", u"C:"},
+        {u"\\a", u"a", u"a", u"", u"\\"},
+        {u"\\", u"", u"", u"", u""},
+        {u"a.wml", u"a.wml", u"a", u"wml", u""},
+        {u"x/y\\a.wml\\\\", u"a.wml", u"a", u"wml", u"x/y"},
+        {u"x\\\\.wml", u".wml", u"", u"wml", u"x"},
+        {u"a.", u"a.", u"a", u"", u""},
+        {u"d.e\\name", u"name", u"name", u"", u"d.e"},
+        {u"", u"", u"", u"", u""},
     };
-    const std::array rows = {
-        Row{u"C:\\Decks\\a.b.wml", u"a.b.wml", u"a.b", u"wml", u"C:\\Decks"},
-        Row{u"C:\\a.wml", u"a.wml", u"a", u"wml", u"C:\\"},
-        Row{u"C:\\\\a.wml", u"a.wml", u"a", u"wml", u"C:\\"},
-        Row{u"C:\\", u"", u"", u"", u""},
-        Row{u"C:a", u"a", u"a", u"", u"C:"},
-        Row{u"\\a", u"a", u"a", u"", u"\\"},
-        Row{u"\\", u"", u"", u"", u""},
-        Row{u"a.wml", u"a.wml", u"a", u"wml", u""},
-        Row{u"x/y\\a.wml\\\\", u"a.wml", u"a", u"wml", u"x/y"},
-        Row{u"x\\\\.wml", u".wml", u"", u"wml", u"x"},
-        Row{u"a.", u"a.", u"a", u"", u""},
-        Row{u"d.e\\name", u"name", u"name", u"", u"d.e"},
-        Row{u"", u"", u"", u"", u""},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EQ(fileNameOf(row.path), row.name) << testing::PrintToString(row.path);
-        EXPECT_EQ(baseNameOf(row.path), row.base) << testing::PrintToString(row.path);
-        EXPECT_EQ(extensionOf(row.path), row.extension) << testing::PrintToString(row.path);
-        EXPECT_EQ(parentFolderOf(row.path), row.folder) << testing::PrintToString(row.path);
+    for (const auto& [path, name, base, extension, folder] : rows) {
+        SCOPED_TRACE(testing::PrintToString(path));
+        EXPECT_EQ(fileNameOf(path), name);
+        EXPECT_EQ(baseNameOf(path), base);
+        EXPECT_EQ(extensionOf(path), extension);
+        EXPECT_EQ(parentFolderOf(path), folder);
     }
 }
 

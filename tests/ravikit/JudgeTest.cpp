@@ -39,49 +39,42 @@ std::u16string inCard(const std::u16string& content) {
 }
 
 TEST(Judge, SaysWhatStandsThereWhatCouldAndTheNearMiss) {
-    EXPECT_EQ(told(u"<wml><crad/><card/></wml>"),
-              Lines{"crad: `crad` is no WML element; did you mean `card`?"});
-    EXPECT_EQ(told(u"<wml><CARD/></wml>"),
-              Lines{"CARD: `CARD` is no WML element; did you mean `card`?"});
-    EXPECT_EQ(told(inCard(u"<p><a href=''><p/></a></p>")),
-              Lines{"p: `p` cannot stand in `a`; `a` may hold text, `br` and `img`"});
-    EXPECT_EQ(told(inCard(u"<marquee/>")),
-              Lines{"marquee: `marquee` is no WML element; `card` may hold `onevent`, `timer`, "
-                    "`do`, `p` and `pre`"});
-    EXPECT_EQ(told(inCard(u"<p/><timer value='1'/>")),
-              Lines{"timer: `timer` cannot stand here in `card`; here may follow `do`, `p` or "
-                    "`pre`"});
-    EXPECT_EQ(told(inCard(u"<do type='a'><prev/><noop/></do>")),
-              Lines{"noop: `noop` cannot stand here in `do`; nothing more may follow"});
-    EXPECT_EQ(told(inCard(u"\n some text <p/>")),
-              Lines{"some text: text cannot stand in `card`; `card` may hold `onevent`, `timer`, "
-                    "`do`, `p` and `pre`"});
-    EXPECT_EQ(told(inCard(u"<p><br> </br></p>")),
-              Lines{" : `br` must be empty: between its tags not even a blank may stand"});
-    EXPECT_EQ(told(u"<wml><head/><card/></wml>"),
-              Lines{"head: `head` ends here, but needs `access` or `meta`"});
-    EXPECT_EQ(told(u"<wml><template/></wml>"),
-              Lines{"</wml>: `wml` ends here, but needs a `card`"});
-    EXPECT_EQ(told(inCard(u"<p colour='red'/>")),
-              Lines{"colour: `colour` is no attribute of `p`; it may have `align`, `mode`, "
-                    "`xml:lang`, `id` and `class`"});
-    EXPECT_EQ(told(inCard(u"<p aling='left'/>")),
-              Lines{"aling: `aling` is no attribute of `p`; did you mean `align`?"});
-    EXPECT_EQ(told(inCard(u"<p align='middle'/>")),
-              Lines{"middle: `align` of `p` may be `left`, `right` or `center`, not `middle`"});
-    EXPECT_EQ(told(inCard(u"<p><img align='top'/></p>")),
-              Lines{"img: `img` must have `alt` and `src`"});
-    EXPECT_EQ(told(inCard(u"<pre xml:space='default'/>")),
-              Lines{"default: `xml:space` of `pre` can only be `preserve`, not `default`"});
-    EXPECT_EQ(told(u"<wml>\r\n<card id='x'/>\r\n<card id='x'/></wml>"),
-              Lines{"x: the id `x` already stands on line 2"});
-    EXPECT_EQ(told(u"<html><body/></html>"),
-              Lines{"html: the deck begins with `html`; it must begin with `wml`"});
-    EXPECT_EQ(told(inCard(u"<p><strog/></p>")),
-              Lines{"strog: `strog` is no WML element; did you mean `strong`?"});
-    EXPECT_EQ(told(inCard(u"<p><card/></p>")),
-              Lines{"card: `card` cannot stand in `p`; `p` may hold text, `em`, `strong`, `b`, "
-                    "`i`, `u`, `big`, `small`, `br` and 8 more"});
+    const std::pair<std::u16string, std::string> table[] = {
+        {u"<wml><crad/><card/></wml>", "crad: `crad` is no WML element; did you mean `card`?"},
+        {u"<wml><CARD/></wml>", "CARD: `CARD` is no WML element; did you mean `card`?"},
+        {inCard(u"<p><a href=''><p/></a></p>"),
+         "p: `p` cannot stand in `a`; `a` may hold text, `br` and `img`"},
+        {inCard(u"<marquee/>"), "marquee: `marquee` is no WML element; `card` may hold `onevent`, "
+                                "`timer`, `do`, `p` and `pre`"},
+        {inCard(u"<p/><timer value='1'/>"),
+         "timer: `timer` cannot stand here in `card`; here may follow `do`, `p` or `pre`"},
+        {inCard(u"<do type='a'><prev/><noop/></do>"),
+         "noop: `noop` cannot stand here in `do`; nothing more may follow"},
+        {inCard(u"\n some text <p/>"), "some text: text cannot stand in `card`; `card` may hold "
+                                       "`onevent`, `timer`, `do`, `p` and `pre`"},
+        {inCard(u"<p><br> </br></p>"),
+         " : `br` must be empty: between its tags not even a blank may stand"},
+        {u"<wml><head/><card/></wml>", "head: `head` ends here, but needs `access` or `meta`"},
+        {u"<wml><template/></wml>", "</wml>: `wml` ends here, but needs a `card`"},
+        {inCard(u"<p colour='red'/>"), "colour: `colour` is no attribute of `p`; it may have "
+                                       "`align`, `mode`, `xml:lang`, `id` and `class`"},
+        {inCard(u"<p aling='left'/>"),
+         "aling: `aling` is no attribute of `p`; did you mean `align`?"},
+        {inCard(u"<p align='middle'/>"),
+         "middle: `align` of `p` may be `left`, `right` or `center`, not `middle`"},
+        {inCard(u"<p><img align='top'/></p>"), "img: `img` must have `alt` and `src`"},
+        {inCard(u"<pre xml:space='default'/>"),
+         "default: `xml:space` of `pre` can only be `preserve`, not `default`"},
+        {u"<wml>\r\n<card id='x'/>\r\n<card id='x'/></wml>",
+         "x: the id `x` already stands on line 2"},
+        {u"<html><body/></html>", "html: the deck begins with `html`; it must begin with `wml`"},
+        {inCard(u"<p><strog/></p>"), "strog: `strog` is no WML element; did you mean `strong`?"},
+        {inCard(u"<p><card/></p>"), "card: `card` cannot stand in `p`; `p` may hold text, `em`, "
+                                    "`strong`, `b`, `i`, `u`, `big`, `small`, `br` and 8 more"},
+    };
+    for (const auto& [deck, line] : table) {
+        EXPECT_EQ(told(deck), Lines{line});
+    }
 }
 
 TEST(Judge, TellsAFaultOnceAndJudgesTheRestByItself) {

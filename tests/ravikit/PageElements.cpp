@@ -1,8 +1,7 @@
 #include "ravikit/PageElements.h"
 
 #include "ravikit/Chars.h"
-#include "ravikit/Reference.h"
-
+#include "support/Iconv.h"
 #include <algorithm>
 
 namespace convert_test {
@@ -76,19 +75,9 @@ void write(const PageElement& node, Browser browser, std::u16string& out) {
 
 } // namespace
 
-std::u16string fromUtf8(std::string_view bytes) {
-    std::u16string text;
-    for (std::size_t at = 0; at < bytes.size();) {
-        const auto lead = static_cast<unsigned char>(bytes[at]);
-        const unsigned length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        char32_t c = length == 1 ? lead : lead & (0x7FU >> length);
-        for (unsigned i = 1; i < length && at + i < bytes.size(); ++i) {
-            c = c << 6 | (static_cast<unsigned char>(bytes[at + i]) & 63U);
-        }
-        ravikit::appendCodePoint(text, c);
-        at += length;
-    }
-    return text;
+std::u16string fromUtf8(const std::string& bytes) {
+    static const support::Iconv decode("UTF-8");
+    return decode(bytes).value_or(std::u16string(bytes.begin(), bytes.end()));
 }
 
 std::string toUtf8(std::u16string_view text) {

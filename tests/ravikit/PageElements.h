@@ -14,7 +14,7 @@
 namespace convert_test {
 
 /// The text of `bytes`; what is no UTF-8 gives some text too.
-std::u16string fromUtf8(std::string_view bytes);
+std::u16string fromUtf8(const std::string& bytes);
 /// `text` with what isn't ASCII escaped.
 std::string toUtf8(std::u16string_view text);
 

@@ -207,19 +207,12 @@ TEST(Parser, LosesNothingOfMangledText) {
 TEST(Lines, EndAtEachKindOfLineEnd) {
     const std::u16string text = u"a\r\nb\rc\n\r\r\nd";
     const ravikit::Lines lines(text);
-    const auto check = [&](std::uint32_t offset, std::uint32_t line, std::uint32_t column) {
+    const std::uint32_t places[][3] = {{0, 1, 1}, {2, 1, 3},  {3, 2, 1},  {5, 3, 1}, {7, 4, 1},
+                                       {8, 5, 1}, {10, 6, 1}, {11, 6, 2}, {99, 6, 2}};
+    for (const auto& [offset, line, column] : places) {
         EXPECT_EQ(lines.at(offset).line, line) << offset;
         EXPECT_EQ(lines.at(offset).column, column) << offset;
-    };
-    check(0, 1, 1);
-    check(2, 1, 3);
-    check(3, 2, 1);
-    check(5, 3, 1);
-    check(7, 4, 1);
-    check(8, 5, 1);
-    check(10, 6, 1);
-    check(11, 6, 2);
-    check(99, 6, 2);
+    }
     EXPECT_EQ(lines.lineAt(4), u"b");
     EXPECT_EQ(lines.lineAt(7), u"");
     EXPECT_EQ(lines.lineAt(11), u"d");

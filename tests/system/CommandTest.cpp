@@ -24,23 +24,7 @@ protected:
     support::TempFolder temp;
 };
 
-TEST_F(Command, WalksTheExampleProject) {
-    const Outcome info = run("info weather/Weather.cvp");
-    EXPECT_EQ(info.status, 0);
-    EXPECT_TRUE(holds(info, "Forecast decks for the small phones")) << info.out;
-    EXPECT_TRUE(holds(info, "forecast")) << info.out;
-
-    const Outcome check = run("check weather/Weather.cvp");
-    EXPECT_EQ(check.status, 0);
-    EXPECT_EQ(check.out, "3 decks checked, no errors\n");
-
-    const Outcome cards = run("cards weather/Weather.cvp --deck SETTINGS");
-    EXPECT_EQ(cards.status, 0);
-    EXPECT_TRUE(holds(cards, "1/2 town")) << cards.out;
-    EXPECT_TRUE(holds(cards, "2/2 thanks")) << cards.out;
-    EXPECT_TRUE(holds(cards, "Nothing < is sent > until you press Save.")) << cards.out;
-    EXPECT_FALSE(holds(cards, "splash")) << cards.out;
-
+TEST_F(Command, ShowsCardsInTheirMarkup) {
     const Outcome markup = run("cards weather/index.wml --as markup --json");
     EXPECT_EQ(nlohmann::json::parse(markup.out)[0]["cards"][1]["id"], "menu");
     EXPECT_TRUE(holds(markup, "$(name:noesc)"));
@@ -89,16 +73,26 @@ TEST_F(Command, NamesEachFaultOfTheBrokenDecksAtItsPlace) {
 }
 
 TEST_F(Command, KeepsItsExitStatusesApart) {
-    EXPECT_EQ(run("").status, 2);
-    EXPECT_EQ(run("check").status, 2);
-    EXPECT_EQ(run("cards x.wml --as pictures").status, 2);
-    EXPECT_EQ(run("--help").status, 0);
-    EXPECT_EQ(run("--version").status, 0);
-    EXPECT_EQ(run("check /nowhere/deck.wml").status, 3);
-    EXPECT_EQ(run("check broken/duplicate-id.wml /nowhere/deck.wml").status, 3);
-    EXPECT_EQ(run("info /nowhere.cvp").status, 3);
-    EXPECT_EQ(run("cards weather/Weather.cvp --deck none").status, 3);
-    EXPECT_EQ(run("info " + write("empty.cvp", "")).status, 1);
+    const std::pair<std::string, int> statuses[] = {
+        {"", 2},
+        {"check", 2},
+        {"cards x.wml --as pictures", 2},
+        {"--help", 0},
+        {"--version", 0},
+        {"check weather", 0},
+        {"tags table,img weather", 1},
+        {"tags blink weather", 0},
+        {"check /nowhere/deck.wml", 3},
+        {"check broken/duplicate-id.wml /nowhere/deck.wml", 3},
+        {"info weather/Weather.cvp", 0},
+        {"info /nowhere.cvp", 3},
+        {"cards weather/Weather.cvp --deck SETTINGS", 0},
+        {"cards weather/Weather.cvp --deck none", 3},
+        {"info " + write("empty.cvp", ""), 1},
+    };
+    for (const auto& [arguments, status] : statuses) {
+        EXPECT_EQ(run(arguments).status, status) << arguments;
+    }
     const std::string gone = write("gone.cvp", "Site=Gone\r\nDocument=nowhere\r\n");
     const Outcome missing = run("check " + gone, true);
     EXPECT_EQ(missing.status, 3);
@@ -132,14 +126,6 @@ TEST_F(Command, TakesDecksToThePageAndBack) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_TRUE(holds(refused, "not-well-formed.wml:4:32: error: ")) << refused.out;
     EXPECT_EQ(run("convert /nowhere.wml --to plain").status, 3);
-}
-
-TEST_F(Command, FindsTheTagsOfAList) {
-    const Outcome found = run("tags table,blink,img weather/Weather.cvp");
-    EXPECT_EQ(found.status, 1);
-    EXPECT_EQ(found.out, "weather/index.wml: img 1\nweather/forecast.wml: img 4\n"
-                         "weather/forecast.wml: table 1\n");
-    EXPECT_EQ(run("tags blink weather").status, 0);
 }
 
 /// Whatever a project file lists or a deck holds, the command ends with a status of its own.

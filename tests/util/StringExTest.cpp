@@ -23,10 +23,7 @@ TEST_F(StringEx, TrimsTheRightEndInTheCallersText) {
     EXPECT_EQ(trim(u"a", u""), u"a");
     EXPECT_EQ(trim(u"", u"a"), u"");
     EXPECT_EQ(codeOf([&] { trim(u"", u""); }), FailureCode::InvalidArgument);
-}
 
-TEST_F(StringEx, CutsAPathBehindItsLastBackslash) {
-    const clStringEx tools;
     std::u16string path = u"D:\\a\\b.wml";
     EXPECT_EQ(tools.pathFromFileName(path), u"D:\\a\\");
     EXPECT_EQ(tools.pathFromFileName(path), u"D:\\a\\");
