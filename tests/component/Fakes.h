@@ -6,13 +6,6 @@
 #include "support/EventLog.h"
 #include "support/TextBox.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 namespace fakes {
 
 class NodeList : public IXMLDOMNodeList {

@@ -5,8 +5,6 @@
 #include "FaultModel.h"
 #include "naming/dlgFileExists.h"
 
-#include <iostream>
-
 using namespace fakes;
 
 namespace {

@@ -3,8 +3,6 @@
 #include "format/ComponentPictures.h"
 #include "format/Picture.h"
 
-#include <set>
-
 using namespace fakes;
 
 namespace {

@@ -3,18 +3,9 @@
 // The world of a test: what every call to the outside is written into, so that a test compares
 // orders as lists. Text in the log is ASCII.
 
-#include "support/Text.h"
+#include "support/Test.h"
 #include "tessaly.h"
 #include "util/LetterCase.h"
-
-#include <algorithm>
-#include <cstdint>
-#include <functional>
-#include <map>
-#include <set>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace fakes {
 

@@ -1,10 +1,5 @@
 #include "ravikit/component/Objects.h"
-#include "support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include "support/Test.h"
 
 namespace {
 

@@ -1,12 +1,10 @@
 #include "external/Platform.h"
 #include "ravikit/component/Objects.h"
+#include "support/Test.h"
 #include "tests/platform/TempFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <filesystem>
-#include <string>
 
 namespace {
 

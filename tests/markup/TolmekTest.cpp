@@ -1,12 +1,6 @@
 #include "ravikit/Problem.h"
 #include "ravikit/component/Objects.h"
-#include "support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <tuple>
-#include <vector>
+#include "support/Test.h"
 
 namespace {
 

@@ -1,9 +1,7 @@
 #include "platform/DefaultPlatform.h"
 #include "platform/LocalDate.h"
+#include "support/Test.h"
 #include "tests/platform/TempFolder.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
 
 #include <ctime>
 

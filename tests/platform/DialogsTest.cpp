@@ -1,16 +1,12 @@
 #include "platform/TerminalDialogs.h"
 #include "platform/TerminalForm.h"
+#include "support/Test.h"
 #include "tests/platform/TempFolder.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
 #include <unistd.h>
-
-#include <array>
 
 using namespace tessaly;
 

@@ -1,9 +1,8 @@
 #include "platform/Drives.h"
 #include "platform/FolderSearch.h"
 #include "platform/PosixFileSystem.h"
+#include "support/Test.h"
 #include "tests/platform/TempFolder.h"
-
-#include <gtest/gtest.h>
 
 #include <fcntl.h>
 #include <sys/resource.h>

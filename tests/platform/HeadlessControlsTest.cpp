@@ -1,12 +1,7 @@
 #include "platform/HeadlessBrowser.h"
 #include "platform/HeadlessRichText.h"
 #include "platform/page/HeadlessPage.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-#include <vector>
+#include "support/Test.h"
 
 using namespace tessaly;
 

@@ -2,9 +2,8 @@
 #include "platform/HeadlessRichText.h"
 #include "platform/page/HeadlessPage.h"
 #include "support/EventLog.h"
+#include "support/Test.h"
 #include "tessaly.h"
-
-#include <gtest/gtest.h>
 
 using namespace tessaly;
 

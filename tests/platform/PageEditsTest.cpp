@@ -2,14 +2,7 @@
 #include "platform/page/PageParser.h"
 #include "platform/page/Paste.h"
 #include "platform/page/StyleCommand.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <memory>
-#include <random>
-#include <vector>
+#include "support/Test.h"
 
 using namespace tessaly::page;
 

@@ -1,8 +1,6 @@
 #include "platform/page/HeadlessPage.h"
-#include "support/Text.h"
+#include "support/Test.h"
 #include "util/Failure.h"
-
-#include <gtest/gtest.h>
 
 using namespace tessaly;
 

@@ -1,7 +1,5 @@
 #include "tests/platform/PageParts.h"
 
-#include <set>
-
 using namespace page_test;
 
 TEST(PageHtml, IsWrittenAsBrowsersWriteIt) {

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "platform/page/HeadlessPage.h"
+#include "support/Test.h"
 #include "util/Failure.h"
-
-#include <gtest/gtest.h>
 
 /// What the tests of the page look at.
 namespace page_test {

@@ -1,8 +1,6 @@
 #include "platform/PathName.h"
+#include "support/Test.h"
 #include "tests/platform/TempFolder.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
 
 #include <filesystem>
 

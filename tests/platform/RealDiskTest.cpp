@@ -2,11 +2,9 @@
 
 #include "naming/dlgFileExists.h"
 #include "platform/DefaultPlatform.h"
+#include "support/Test.h"
 #include "tessaly.h"
 #include "tests/platform/TempFolder.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
 
 #include <sys/resource.h>
 

@@ -1,9 +1,6 @@
 #include "platform/TextCodec.h"
+#include "support/Test.h"
 #include "tests/support/Iconv.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
 
 using namespace tessaly;
 

@@ -1,10 +1,6 @@
 #include "platform/PosixFileSystem.h"
+#include "support/Test.h"
 #include "tests/platform/TempFolder.h"
-#include "tests/support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <vector>
 
 using namespace tessaly;
 using namespace std::string_literals;

@@ -1,11 +1,7 @@
 #include "ravikit/ConvertSupport.h"
+#include "support/Test.h"
 
 #include "ravikit/Chars.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <iostream>
 
 /// A page that was changed in one place: the deck changes there and nowhere else, and stays valid.
 namespace {

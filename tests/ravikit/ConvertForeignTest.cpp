@@ -1,10 +1,6 @@
 #include "ravikit/ConvertSupport.h"
 #include "ravikit/PageMaker.h"
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <iostream>
+#include "support/Test.h"
 
 /// Pages that were made from no deck, or that nobody should have to read.
 namespace {

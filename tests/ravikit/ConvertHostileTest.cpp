@@ -1,9 +1,5 @@
 #include "ravikit/ConvertSupport.h"
-#include "support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
+#include "support/Test.h"
 
 /// Pages that were made to take for ever, or to end in a crash.
 namespace {

@@ -1,12 +1,8 @@
 #include "ravikit/ConvertSupport.h"
+#include "support/Test.h"
 
 #include "ravikit/DeckGenerator.h"
 #include "support/File.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
 
 namespace convert_test {
 

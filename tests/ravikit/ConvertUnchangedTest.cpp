@@ -1,8 +1,5 @@
 #include "ravikit/ConvertSupport.h"
-
-#include <gtest/gtest.h>
-
-#include <iostream>
+#include "support/Test.h"
 
 /// A page that nobody changed gives the deck back, byte for byte.
 namespace {

@@ -1,12 +1,7 @@
 #include "ravikit/ConvertSupport.h"
+#include "support/Test.h"
 
 #include "ravikit/LocationPath.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <set>
 
 /// The decks beside this file are the test of all that reads decks: they must go on to hold every
 /// element and attribute of WML, and what real decks do that a simple reader gets wrong.

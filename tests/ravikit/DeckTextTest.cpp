@@ -3,12 +3,7 @@
 #include "ravikit/DeckText.h"
 #include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <string_view>
+#include "support/Test.h"
 
 namespace {
 

@@ -2,13 +2,8 @@
 
 #include "ravikit/Declarations.h"
 #include "ravikit/Parser.h"
-#include "support/Text.h"
+#include "support/Test.h"
 #include "tests/ravikit/LibXml.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <string_view>
 
 namespace {
 

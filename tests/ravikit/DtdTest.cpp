@@ -3,15 +3,7 @@
 #include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
 #include "support/File.h"
-#include "support/Text.h"
-
-#include <gtest/gtest.h>
-
-#include <map>
-#include <memory>
-#include <random>
-#include <set>
-#include <string>
+#include "support/Test.h"
 
 #include <regex.h>
 

@@ -3,15 +3,9 @@
 
 #include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
+#include "support/Test.h"
 #include "tests/ravikit/DeckGenerator.h"
 #include "tests/ravikit/LibXmlValidity.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace {
 

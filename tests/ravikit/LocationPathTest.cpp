@@ -1,17 +1,10 @@
 #include "ravikit/LocationPath.h"
 #include "ravikit/Parser.h"
-#include "support/Text.h"
+#include "support/Test.h"
 
-#include <gtest/gtest.h>
 #include <libxml/parser.h>
 #include <libxml/xpath.h>
 #include <libxml/xpathInternals.h>
-
-#include <array>
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace {
 

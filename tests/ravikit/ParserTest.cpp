@@ -4,15 +4,8 @@
 #include "ravikit/Parser.h"
 #include "ravikit/Declarations.h"
 #include "ravikit/Lines.h"
-#include "support/Text.h"
+#include "support/Test.h"
 #include "tests/ravikit/Tiling.h"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <random>
-#include <string>
-#include <vector>
 
 namespace {
 

@@ -1,13 +1,9 @@
 // Our verdict on the niceties of XML, and libxml2's on the same texts.
 
 #include "ravikit/Parser.h"
+#include "support/Test.h"
 #include "tests/ravikit/LibXml.h"
 #include "tests/ravikit/Tiling.h"
-
-#include <gtest/gtest.h>
-
-#include <string>
-#include <string_view>
 
 namespace {
 

@@ -3,15 +3,11 @@
 #include "platform/TempFolder.h"
 #include "platform/runtime/ComponentRuntime.h"
 #include "support/EventLog.h"
+#include "support/Test.h"
 #include "support/TextBox.h"
 #include "tessaly.h"
 
-#include <gtest/gtest.h>
-
 #include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
 
 using namespace tessaly;
 

@@ -2,10 +2,7 @@
 #include "runtime/LoadedHost.h"
 #include "support/Shell.h"
 
-#include <array>
 #include <cstdio>
-#include <functional>
-#include <map>
 
 TEST_F(LoadedHost, OpensAProjectAndHearsItsEvents) {
     const auto project = openWeather();

@@ -1,9 +1,7 @@
+#include "support/Test.h"
 #include "tests/system/CommandRun.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-#include <string>
 
 namespace {
 

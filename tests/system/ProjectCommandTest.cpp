@@ -1,11 +1,8 @@
+#include "support/Test.h"
 #include "tests/system/CommandRun.h"
 #include "tests/system/TerminalSession.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-
-#include <algorithm>
-#include <map>
 
 namespace {
 

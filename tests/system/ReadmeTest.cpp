@@ -1,6 +1,5 @@
+#include "support/Test.h"
 #include "tests/system/CommandRun.h"
-
-#include <gtest/gtest.h>
 
 #include <regex>
 #include <sstream>

@@ -1,6 +1,6 @@
+#include "support/Test.h"
 #include "system/CommandRun.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 using system_test::Outcome;

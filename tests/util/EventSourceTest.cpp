@@ -1,11 +1,5 @@
 #include "util/EventSource.h"
-
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <optional>
-#include <stdexcept>
-#include <string>
+#include "support/Test.h"
 
 using namespace tessaly;
 
