@@ -68,8 +68,6 @@ TEST_F(Display, KeepsItsPlaceInANewTree) {
 TEST_F(Display, FailsWithoutItsObjectsAndBeyondSixteenBits) {
     const auto doc = build(twoCards);
     const auto display = doc->Display();
-    EXPECT_EQ(codeOf([&] { display->DOM(rtb); }), FailureCode::TypeMismatch);
-    EXPECT_EQ(codeOf([&] { display->Tolmek(rtb); }), FailureCode::TypeMismatch);
     display->Tolmek(nullptr);
     EXPECT_EQ(codeOf([&] { display->currentDisplayNode(); }), FailureCode::ObjectNotSet);
     EXPECT_EQ(codeOf([&] { display->DOM(nullptr); }), FailureCode::ObjectNotSet);
@@ -88,8 +86,8 @@ TEST_F(Display, FailsWithoutItsObjectsAndBeyondSixteenBits) {
     EXPECT_EQ(display->DisplayNode(32767), noCard);
     EXPECT_EQ(codeOf([&] { display->nextDisplayNode(); }), FailureCode::Overflow);
     EXPECT_EQ(display->currentDisplayNodeIndex(), 32767);
-    display->DisplayNode(0);
-    EXPECT_EQ(codeOf([&] { display->previousDisplayNode(); }), FailureCode::Overflow);
-    display->DisplayNode(-32768);
-    EXPECT_EQ(codeOf([&] { display->previousDisplayNode(); }), FailureCode::Overflow);
+    for (const std::int16_t first : std::initializer_list<std::int16_t>{0, -32768}) {
+        display->DisplayNode(first);
+        EXPECT_EQ(codeOf([&] { display->previousDisplayNode(); }), FailureCode::Overflow);
+    }
 }

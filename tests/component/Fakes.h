@@ -146,17 +146,14 @@ private:
     Text m_id;
 };
 
-class FakeElements : public IHTMLElementCollection {
-public:
-    explicit FakeElements(std::vector<std::shared_ptr<FakeElement>> elements)
-        : m_elements(std::move(elements)) {}
-    std::int32_t length() override { return static_cast<std::int32_t>(m_elements.size()); }
+struct FakeElements : IHTMLElementCollection {
+    explicit FakeElements(std::vector<std::shared_ptr<FakeElement>> found)
+        : elements(std::move(found)) {}
+    std::int32_t length() override { return static_cast<std::int32_t>(elements.size()); }
     std::shared_ptr<IHTMLElement> item(std::int32_t index) override {
-        return m_elements.at(static_cast<std::size_t>(index));
+        return elements.at(static_cast<std::size_t>(index));
     }
-
-private:
-    std::vector<std::shared_ptr<FakeElement>> m_elements;
+    std::vector<std::shared_ptr<FakeElement>> elements;
 };
 
 inline std::shared_ptr<IHTMLElementCollection> FakeElement::all() {

@@ -156,9 +156,7 @@ TEST_F(FileExists, ATypedNameIsTestedInItsTurn) {
     world.files[u"D:\\p\\c.wml"] = u"c";
     typeNames({u"B", u"c", u"free"});
     EXPECT_EQ(ask(deck, false), u"D:\\p\\free.wml");
-    Log shown = world.take();
-    std::erase_if(shown, [](const std::string& line) { return !line.starts_with("show"); });
-    EXPECT_EQ(shown,
+    EXPECT_EQ(world.takeOnly({"show"}),
               (Log{"show The document Index.wml already exists in the directory D:\\p\nOverwrite? ",
                    "show The document D:\\p\\B.wml is READ-ONLY.\nPlease choose another document "
                    "name ",

@@ -27,12 +27,6 @@ protected:
         world.take();
         return project->init(file);
     }
-    static Log takeMessages() {
-        Log log = world.take();
-        std::erase_if(log, [](const std::string& line) { return !line.starts_with("MsgBox"); });
-        return log;
-    }
-
     const std::u16string file = u"D:\\p\\p.cvp";
 };
 
@@ -154,7 +148,7 @@ TEST_F(Project, TakesAProjectFileAsItComes) {
     EXPECT_EQ(project->CurrentDocument(), old);
     EXPECT_FALSE(open({u"Document=a", u"Site=  "}));
     EXPECT_EQ(
-        takeMessages(),
+        world.takeOnly({"MsgBox"}),
         Log{"MsgBox 16 [Project Initialisation Failed!] The project file D:\\p\\p.cvp appears "
             "to be corrupt. Cannot initialise project"});
     EXPECT_FALSE(project->init(u"D:\\p\\none.cvp"));
@@ -168,21 +162,22 @@ TEST_F(Project, TakesAProjectFileAsItComes) {
 
 TEST_F(Project, ADocumentThatCannotBeLoadedEndsTheRead) {
     EXPECT_FALSE(open({u"Site=S", u"Document=a", u"Document=A", u"Site=T"}, {u"a", u"A"}));
-    EXPECT_EQ(takeMessages(), Log{});
+    EXPECT_EQ(world.takeOnly({"MsgBox"}), Log{});
     EXPECT_EQ(project->Documents()->Count(), 1);
     EXPECT_EQ(project->ProjectName(), u"S");
     EXPECT_TRUE(project->NeedSave());
     EXPECT_FALSE(open({u"Site=S", u"Document="}));
-    EXPECT_EQ(takeMessages(), Log{});
+    EXPECT_EQ(world.takeOnly({"MsgBox"}), Log{});
     world.files[u"D:\\p\\empty.wml"];
     EXPECT_TRUE(open({u"Site=S", u"Document=empty"}));
     EXPECT_EQ(project->Documents()->Count(), 1);
 
     project->ProjectPath(u""); // a document on the first line is sought in the folder of before
     EXPECT_FALSE(open({u"Document=a"}, {u"a"}));
-    EXPECT_EQ(takeMessages(), Log{"MsgBox 16 [Error Opening Document] An error occurred while "
-                                  "accessing the document \\a.wml\nPlease verify that the project "
-                                  "file is not corrupt"});
+    EXPECT_EQ(world.takeOnly({"MsgBox"}),
+              Log{"MsgBox 16 [Error Opening Document] An error occurred while "
+                  "accessing the document \\a.wml\nPlease verify that the project "
+                  "file is not corrupt"});
 }
 
 TEST_F(Project, FailedStepsOfAReadAreDroppedAndTheLoopsEnd) {

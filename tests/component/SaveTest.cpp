@@ -173,10 +173,7 @@ TEST_F(Saving, AProjectIsMadeAroundOneDeck) {
     world.files[u"D:\\new\\bare.wml"] = u"";
     world.take();
     EXPECT_EQ(create(u"D:\\new"), Value(true));
-    Log log = world.take();
-    std::erase_if(log, [](const std::string& line) {
-        return !line.starts_with("MsgBox") && !line.starts_with("InputBox") && line != "DoEvents";
-    });
+    const Log log = world.takeOnly({"MsgBox", "InputBox", "DoEvents"});
     const std::string exists = " already exists in the directory D:\\new\nThis could be part of "
                                "another project in the same directory. Overwrite?";
     const std::string input =

@@ -47,6 +47,15 @@ struct World {
     std::vector<std::u16string> typed;     // into the boxes to come, last one first; then nothing
 
     Log take() { return std::exchange(log, {}); }
+    /// The lines that begin with one of `starts`; the log is emptied.
+    Log takeOnly(std::initializer_list<const char*> starts) {
+        Log taken = take();
+        std::erase_if(taken, [&](const std::string& line) {
+            return std::none_of(starts.begin(), starts.end(),
+                                [&](const char* start) { return line.starts_with(start); });
+        });
+        return taken;
+    }
     /// How often `line` stands in the log, which is emptied.
     std::ptrdiff_t takeCount(const std::string& line) {
         const Log taken = take();
