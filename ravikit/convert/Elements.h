@@ -106,6 +106,7 @@ private:
     void enter(Tree::Id id, Element element);
     void noteText(Tree::Id id);
     void mark(Flag flag);
+    void markIrregular();
 
     const Tree* m_tree;
     std::vector<Element> m_byName;
