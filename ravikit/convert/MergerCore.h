@@ -102,6 +102,8 @@ private:
     void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
     void writeNew(std::size_t firstItem, std::size_t behind);
     bool canCopy(std::size_t atom, std::size_t count) const;
+    bool isSplitOff() const;
+    std::size_t copyEnd(std::size_t begin, std::size_t end) const;
     std::u16string unseenUpTo(std::size_t atom, bool keepsLastBlank);
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;

@@ -69,6 +69,24 @@ bool Merger::canCopy(std::size_t atom, std::size_t count) const {
     return (!hasElement || ownsElements(true)) && (!hasBreak || m_writer.takesBreaks(isBare()));
 }
 
+/// Whether the element that the gap is in was split off another, which has what isn't seen.
+bool Merger::isSplitOff() const {
+    const KnownElement* const known = m_frames.back().known;
+    return known != nullptr && known->isCopy && !known->isUnchanged;
+}
+
+/// Up to where, at most `end`, the source of the atoms from `begin` on can be copied in one piece.
+std::size_t Merger::copyEnd(std::size_t begin, std::size_t end) const {
+    const Frame& frame = m_frames.back();
+    for (std::size_t i = frame.usedUnseen; isSplitOff() && i < frame.gap.unseen.size(); ++i) {
+        const Unseen& one = frame.gap.unseen[i];
+        if (!one.isBlank && one.before > begin) {
+            return std::min(one.before, end);
+        }
+    }
+    return end;
+}
+
 /// Copies the characters of the items from the source, where they begin at `atom`.
 void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
     if (!canCopy(atom, behind - firstItem)) {
@@ -87,13 +105,14 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
         --end;
     }
     writeNew(firstItem, firstItem + (begin - atom));
-    if (begin < end) {
+    for (std::size_t stop = begin; begin < end; begin = stop) {
+        stop = copyEnd(begin, end);
         m_buffer = unseenUpTo(begin, true);
         m_buffer +=
-            m_tree->text().substr(atoms[begin].begin, atoms[end - 1].end - atoms[begin].begin);
+            m_tree->text().substr(atoms[begin].begin, atoms[stop - 1].end - atoms[begin].begin);
         std::size_t& next = m_frames.back().usedUnseen;
         const std::vector<Unseen>& unseen = m_frames.back().gap.unseen;
-        while (next < unseen.size() && unseen[next].before < end) {
+        while (next < unseen.size() && unseen[next].before < stop) {
             ++next; // those inside came along
         }
         m_writer.text(m_buffer, isBare());
@@ -134,7 +153,7 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
 /// ahead, of it or of something else that comes along.
 std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
     Frame& frame = m_frames.back();
-    const bool isSplit = frame.known != nullptr && frame.known->isCopy && !frame.known->isUnchanged;
+    const bool isSplit = isSplitOff();
     std::u16string text;
     const std::vector<Unseen>& unseen = frame.gap.unseen;
     std::size_t end = frame.usedUnseen;

@@ -243,7 +243,7 @@ TEST(ConvertForeign, WhatFuzzingFound) {
         const char16_t* to;
         const char* expected;
     };
-    const std::array<Case, 9> cases{{
+    const std::array<Case, 10> cases{{
         {u"<wml><card><timer value=\"1\"/><p>a</p><p>b</p></card></wml>", u">a</p>",
          u" data-mark=x>c</p>", "<wml><card><timer value=\"1\"/><p>c</p><p>b</p></card></wml>"},
         {u"<wml><head><meta name=\"n\" content=\"c\"/></head><card><p>a</p></card></wml>",
@@ -268,6 +268,10 @@ TEST(ConvertForeign, WhatFuzzingFound) {
          "<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>b</p><p>a</p></card></wml>"},
         {u"<wml><card id=\"c\"><p id=\"p\">a</p></card></wml>", u"</div></div>", u"",
          "<wml><card><p>a</p></card><card id=\"c\"><p id=\"p\">a</p></card></wml>"},
+        {u"<wml><card><pre>a<anchor><prev id=\"i\"/></anchor>&#98;</pre></card></wml>",
+         u"</pre></div></div>", u"",
+         "<wml><card><pre>a&#98;</pre></card><card><pre>a<anchor><prev "
+         "id=\"i\"/></anchor>&#98;</pre></card></wml>"},
     }};
     for (const auto& [deck, from, to, expected] : cases) {
         std::u16string page = plainOf(deck);
