@@ -127,6 +127,17 @@ public:
     /// control.
     virtual void Refresh();
 
+    /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
+    /// of the text in the controls, and keeps that as Content. True if all of it was written. The
+    /// user is told where permission is denied or the disk is not ready; no failure reaches the
+    /// caller. isDirty, added and Name stay as they are.
+    virtual bool Save(const std::u16string& strDocFullPath);
+
+    /// Like Save, but a path that is taken is first settled with the user. False too if the user
+    /// gave no other name: the user is told that the document is not saved, and it is dirty then,
+    /// without an event. NewName tells what name it got.
+    virtual bool SaveAs(const std::u16string& strFullDocPath);
+
     /// Judges Content and raises OnClearErrors or OnParseError.
     virtual void checkValidity();
 
@@ -139,23 +150,12 @@ public:
     /// other state. No failure reaches the caller.
     virtual void validateSupportedTags(const std::u16string& strElementList);
 
-    /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
-    /// of the text in the controls, and keeps that as Content. True if all of it was written. The
-    /// user is told where permission is denied or the disk is not ready; no failure reaches the
-    /// caller. isDirty, added and Name stay as they are.
-    virtual bool Save(const std::u16string& strDocFullPath);
-
-    /// Like Save, but a path that is taken is first settled with the user. False too if the user
-    /// gave no other name: the user is told that the document is not saved, and it is dirty then,
-    /// without an event. NewName tells what name it got.
-    virtual bool SaveAs(const std::u16string& strFullDocPath);
-
-    /// The name, without folder and extension, of the file last written by SaveAs; empty before.
-    virtual std::u16string NewName() const;
-
     /// Raises OnAdd2UndoStack.
     virtual void raise_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt,
                                   std::u16string& delText, std::int32_t& action);
+
+    /// The name, without folder and extension, of the file last written by SaveAs; empty before.
+    virtual std::u16string NewName() const;
 
     EventSource<__WirelessDocument>& events() { return m_events; }
 
