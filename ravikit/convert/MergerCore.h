@@ -69,12 +69,14 @@ private:
     };
 
     // The walk.
+    std::size_t expectedUnits() const;
     void closeUpTo(std::uint32_t node);
     std::uint32_t visitElement(std::uint32_t node);
     void addText(std::u16string_view text);
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
     void enterSoft(std::uint32_t node);
+    void endLine(bool isBlock);
 
     // What the source knows.
     std::uint32_t visitKnown(const KnownElement& known);
