@@ -59,8 +59,12 @@ public:
     virtual std::u16string DocumentTypeName() const;
 
     /// Switches the view. If the text cannot be converted, OnParseError is raised and the document
-    /// stays in the view that it had. No value is refused: one that is no view hides both controls.
-    /// A value beyond 16 bits fails with Overflow when the formatter is told.
+    /// stays in the view that it had; one that had none yet stands in the markup view. No value is
+    /// refused: one that is no view hides both controls. A value beyond 16 bits fails with Overflow
+    /// when the formatter is told.
+    /// On its way to the plain view it first waits, without limit, for a navigation under way to
+    /// end, and lets the host's messages run, which may call this document. A browser that is
+    /// replaced meanwhile is no longer heard.
     virtual void view(enumView vView);
     virtual enumView view() const;
 
@@ -141,13 +145,16 @@ public:
     /// Judges Content and raises OnClearErrors or OnParseError.
     virtual void checkValidity();
 
-    /// Shows the DOM's text again in the rich-text control and, but for the markup view, in the
-    /// browser. Nothing happens while isValidXML is False.
+    /// Shows the DOM's text again in the rich-text control and, in the plain view or with no view
+    /// yet, in the browser, waiting as `view` does; the DOM is then parsed anew and Content takes
+    /// the text over. A text that is refused raises OnParseError, and the view stays. The display
+    /// gets the DOM. Nothing happens while isValidXML is False.
     virtual void reloadViewfromDOM();
 
     /// Raises OnUTag for each element whose name stands in `strElementList`, names joined by commas
     /// and not trimmed. Searches the rich-text control's text in the markup view, the page in any
-    /// other state. No failure reaches the caller.
+    /// other state. In the markup view DOM and display hold a new parse of Content afterwards,
+    /// which may be older than the text searched. No failure reaches the caller.
     virtual void validateSupportedTags(const std::u16string& strElementList);
 
     /// Raises OnAdd2UndoStack.
@@ -195,6 +202,7 @@ private:
 
     void findTagInMarkup(const std::u16string& tagName);
     void findTagInPage(const std::u16string& tagName);
+    void raiseOnUTag(const std::u16string& tagName, std::int32_t count);
 
     std::shared_ptr<IDisplay> m_Display;
     std::shared_ptr<IFormat> m_Format;
