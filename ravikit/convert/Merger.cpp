@@ -207,6 +207,10 @@ void Merger::addText(std::u16string_view text) {
         }
         return;
     }
+    if (m_frames.back().known == nullptr) {
+        addWords(text);
+        return;
+    }
     for (const char16_t c : text) {
         const bool blank = c <= u' ' && isBlank(c);
         if (!blank || m_items.empty() || m_items.back().unit != u' ' ||
@@ -214,6 +218,26 @@ void Merger::addText(std::u16string_view text) {
             m_items.push_back({.unit = blank ? u' ' : c});
         }
     }
+}
+
+void Merger::addWords(std::u16string_view text) {
+    if (m_items.empty() || m_items.back().kind != Item::Kind::Words) {
+        m_items.push_back(
+            {.kind = Item::Kind::Words, .node = static_cast<std::uint32_t>(m_ranges.size())});
+        m_ranges.push_back({m_words.size(), m_words.size()});
+    }
+    Range& range = m_ranges.back();
+    m_words.resize(range.end + text.size());
+    char16_t* const begin = m_words.data() + range.begin;
+    char16_t* to = m_words.data() + range.end;
+    for (const char16_t c : text) {
+        const bool blank = c <= u' ' && isBlank(c);
+        if (!blank || to == begin || to[-1] != u' ') {
+            *to++ = blank ? u' ' : c;
+        }
+    }
+    range.end = static_cast<std::size_t>(to - m_words.data());
+    m_words.resize(range.end);
 }
 
 void Merger::drop(std::u16string_view what) {

@@ -32,6 +32,13 @@ void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
             ++i;
             continue;
         }
+        if (m_items[i].kind == Item::Kind::Words) {
+            const Range range = m_ranges[m_items[i++].node];
+            writeCharacters(
+                std::u16string_view(m_words).substr(range.begin, range.end - range.begin),
+                isBare());
+            continue;
+        }
         if (m_items[i].kind == Item::Kind::Leave) {
             closeSoft();
             ++i;
@@ -125,14 +132,8 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
     text.clear();
     const bool bare = isBare();
     const auto write = [&] {
-        if (!text.empty()) {
-            m_buffer.clear();
-            if (!appendCharacters(m_buffer, text)) {
-                drop(u"a character that XML has no place for");
-            }
-            m_writer.text(m_buffer, bare);
-            text.clear();
-        }
+        writeCharacters(text, bare);
+        text.clear();
     };
     for (std::size_t i = firstItem; i < behind; ++i) {
         const char32_t item = m_items[i].unit;
@@ -147,6 +148,17 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
         }
     }
     write();
+}
+
+void Merger::writeCharacters(std::u16string_view text, bool bare) {
+    if (text.empty()) {
+        return;
+    }
+    m_buffer.clear();
+    if (!appendCharacters(m_buffer, text)) {
+        drop(u"a character that XML has no place for");
+    }
+    m_writer.text(m_buffer, bare);
 }
 
 /// What isn't seen ahead of `atom` and was not written yet; of blanks only those right
