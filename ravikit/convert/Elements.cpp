@@ -230,7 +230,7 @@ void Outline::enter(Tree::Id id, Element e) {
     if (parent == Tree::none || isShownEmpty(e)) {
         m_flags[id] |= Shown;
     }
-    if (e == Element::Do || e == Element::Img || e == Element::Input) {
+    if (isBox(e)) {
         return; // what stands inside is not on the page
     }
     if (m_open.size() == deepest) {
