@@ -112,8 +112,8 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
         --end;
     }
     writeNew(firstItem, firstItem + (begin - atom));
-    for (std::size_t stop = begin; begin < end; begin = stop) {
-        stop = copyEnd(begin, end);
+    while (begin < end) {
+        const std::size_t stop = copyEnd(begin, end);
         m_buffer = unseenUpTo(begin, true);
         m_buffer +=
             m_tree->text().substr(atoms[begin].begin, atoms[stop - 1].end - atoms[begin].begin);
@@ -123,6 +123,7 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
             ++next; // those inside came along
         }
         m_writer.text(m_buffer, isBare());
+        begin = stop;
     }
     writeNew(firstItem + (end - atom), behind);
 }

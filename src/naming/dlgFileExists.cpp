@@ -71,7 +71,7 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
 }
 
 std::u16string dlgFileExists::existingForm(const std::u16string& path) {
-    const std::u16string lowerCase = toLower(path);
+    std::u16string lowerCase = toLower(path);
     if (require(m_fso).FileExists(lowerCase)) {
         return lowerCase;
     }
