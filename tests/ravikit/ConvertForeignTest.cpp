@@ -243,7 +243,7 @@ TEST(ConvertForeign, WhatFuzzingFound) {
         const char16_t* to;
         const char* expected;
     };
-    const std::array<Case, 10> cases{{
+    const std::array<Case, 12> cases{{
         {u"<wml><card><timer value=\"1\"/><p>a</p><p>b</p></card></wml>", u">a</p>",
          u" data-mark=x>c</p>", "<wml><card><timer value=\"1\"/><p>c</p><p>b</p></card></wml>"},
         {u"<wml><head><meta name=\"n\" content=\"c\"/></head><card><p>a</p></card></wml>",
@@ -266,6 +266,15 @@ TEST(ConvertForeign, WhatFuzzingFound) {
          "'>]><wml>&s;<card><p>b</p></card><card><p>a</p></card></wml>"},
         {u"<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>a</p></card></wml>", u"<p ", u"b<p ",
          "<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>b</p><p>a</p></card></wml>"},
+        {u"<wml><card><p>a<table columns=\"1\"><!-- c --><tr><!-- d "
+         u"--><td>b</td></tr></table></p></card></wml>",
+         u"b</td>", u"</td><td>b</td>",
+         "<wml><card><p>a<table columns=\"1\"><!-- c --><tr><!-- d "
+         "--><td></td><td>b</td></tr></table></p></card></wml>"},
+        {u"<wml><card><p>a<table columns=\"1\"><!-- c "
+         u"--><tr><td>b</td></tr></table></p></card></wml>",
+         u"<tbody>", u"</table></p></div></div>",
+         "<wml><card><p>a</p></card><card><p>b</p></card></wml>"},
         {u"<wml><card id=\"c\"><p id=\"p\">a</p></card></wml>", u"</div></div>", u"",
          "<wml><card><p>a</p></card><card id=\"c\"><p id=\"p\">a</p></card></wml>"},
         {u"<wml><card><pre>a<anchor><prev id=\"i\"/></anchor>&#98;</pre></card></wml>",
