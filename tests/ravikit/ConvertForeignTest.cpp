@@ -88,6 +88,16 @@ TEST(ConvertForeign, MarksThatDoNotHold) {
               "<wml><card title=\"A\"><p>one</p><p><b>two</b></p></card>"
               "<card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>");
 
+    // A deck in a deck, in which a card stands twice and hides another that looks the same.
+    const auto nested = browse(plainOf(u"<wml><card id=\"c\"/><card/></wml>"));
+    PageElement& outer = *nested->children[0];
+    outer.children[1]->take();
+    outer.insert(1, outer.children[0]->clone());
+    auto inner = outer.clone();
+    outer.children.clear();
+    outer.insert(0, std::move(inner));
+    EXPECT_TRUE(isValid(markupOf(serialise(*nested, Browser::Modern))));
+
     // A source that was tampered with is none.
     std::u16string page = plainOf(deck);
     page.replace(page.find(u")one("), 5, u")uno(");
