@@ -16,8 +16,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::int32_t readOnlyAttribute = 1;
-
 struct stat statusOf(const std::string& path) {
     struct stat status = {};
     if (stat(path.c_str(), &status) != 0) {
@@ -29,7 +27,7 @@ struct stat statusOf(const std::string& path) {
 } // namespace
 
 std::int32_t PosixFile::Attributes() {
-    return isReadOnly(statusOf(m_path)) ? readOnlyAttribute : 0;
+    return isReadOnly(statusOf(m_path)) ? readOnly : 0;
 }
 
 Date PosixFile::DateCreated() {

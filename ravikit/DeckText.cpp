@@ -202,7 +202,7 @@ std::u16string importDeck(std::u16string text) {
     return decoded ? std::move(*decoded) : text;
 }
 
-std::u16string exportDeck(std::u16string text) {
+std::u16string declareUtf8(std::u16string text) {
     const std::size_t start = text.starts_with(byteOrderMark) ? 1 : 0;
     const auto declared = declaredEncoding(std::u16string_view(text).substr(start));
     if (declared) {
@@ -211,6 +211,12 @@ std::u16string exportDeck(std::u16string text) {
             text.replace(start + declared->begin, length, u"UTF-8");
         }
     }
+    return text;
+}
+
+std::u16string exportDeck(std::u16string text) {
+    text = declareUtf8(std::move(text));
+    const std::size_t start = text.starts_with(byteOrderMark) ? 1 : 0;
     const std::u16string_view body = std::u16string_view(text).substr(start);
     const Prolog prolog = prologOf(body);
     if (!prolog.ofDeck) {

@@ -2,6 +2,7 @@
 
 #include "platform/PathName.h"
 #include "platform/TextCodec.h"
+#include "ravikit/DeckText.h"
 #include "util/Attempt.h"
 
 #include <fstream>
@@ -9,6 +10,7 @@
 #include <iterator>
 #include <optional>
 #include <ostream>
+#include <utility>
 
 namespace cli {
 
@@ -64,6 +66,9 @@ ExitStatus convert(const std::string& file, bool toPlain, bool strict, const std
     if (!tolmek->convertText(from, to, *text, strict)) {
         tellErrors(standardInput ? "standard input" : file, *tolmek);
         return ExitStatus::Invalid;
+    }
+    if (!toPlain) {
+        text = ravikit::declareUtf8(std::move(*text)); // as it is written, whatever it was read as
     }
     if (!write(out, *text)) {
         session.complain(ExitStatus::Unreadable, out.empty() ? "standard output" : out,

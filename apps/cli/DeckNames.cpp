@@ -11,7 +11,6 @@ namespace cli {
 
 namespace {
 
-constexpr std::size_t longestFileName = 255; // bytes
 constexpr std::size_t extensionLength = 4;
 constexpr std::u16string_view forbidden = u"\\/:*?\"<>|";
 

@@ -5,6 +5,8 @@
 
 namespace cli {
 
+inline constexpr std::size_t longestFileName = 255; ///< bytes, its extension among them
+
 /// Why a project or a deck cannot be called `name`; empty if it can. The rules are those of file
 /// names, of a project file's lines, and of a file name's length with its extension of four bytes.
 std::string whyNotAName(std::u16string_view name);

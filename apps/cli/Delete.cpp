@@ -19,12 +19,20 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Everything below `folder`, links not followed, and the folder itself behind it.
+/// Where the content of `folder` can be told also when `folder`, which may be a link, is gone.
+std::string lastingPath(const std::string& folder) {
+    std::error_code failed;
+    const bool isLink = fs::is_symlink(fs::symlink_status(folder, failed));
+    const std::string target = isLink ? fs::canonical(folder, failed).string() : "";
+    return target.empty() ? folder : target;
+}
+
+/// Everything below `folder`, links inside not followed, and the folder itself behind it.
 std::vector<std::string> contentOf(const std::string& folder) {
     std::vector<std::string> paths;
     std::error_code failed;
-    for (fs::recursive_directory_iterator entry(folder, failed), end; !failed && entry != end;
-         entry.increment(failed)) {
+    for (fs::recursive_directory_iterator entry(lastingPath(folder), failed), end;
+         !failed && entry != end; entry.increment(failed)) {
         paths.push_back(entry->path().string());
     }
     std::sort(paths.begin(), paths.end());
@@ -42,8 +50,9 @@ std::string question(tessaly::clProject& project, const std::string& file,
                      const std::vector<std::string>& content) {
     constexpr std::size_t mostShown = 10;
     const std::string folder = folderOf(file);
+    const fs::path lasting = lastingPath(folder);
     const auto inFolder = [&](const fs::path& name) {
-        return tessaly::toLower(tessaly::decodeText((folder / name).string()));
+        return tessaly::toLower(tessaly::decodeText((lasting / name).string()));
     };
     std::vector<std::u16string> own = {inFolder(fs::path(file).filename())};
     for (const auto& document : project.Documents()->NewEnum()) {

@@ -9,7 +9,6 @@
 
 #include <filesystem>
 #include <ostream>
-#include <system_error>
 
 namespace cli {
 
@@ -54,12 +53,18 @@ std::optional<Paths> checked(ProjectWork& work, const NewProject& wanted) {
 
 /// Settles what the component would not ask: it replaces a project file. False if it is to stay.
 bool settleProjectFile(ProjectWork& work, const NewProject& wanted, Paths& paths) {
-    const std::string file = fileOf(wanted, paths.name);
-    std::error_code unknown;
-    if (!fs::exists(file, unknown)) {
+    const tessaly::Found there = lookUp(paths.folder + u"\\" + paths.name + u".cvp");
+    if (!there.exists()) {
         return true;
     }
-    switch (work.platform().onConflict()) {
+    const std::string file = (fs::path(wanted.folder) / fs::path(there.path).filename()).string();
+    const OnConflict answer = work.platform().onConflict();
+    if (tessaly::isReadOnly(there.status) &&
+        (answer == OnConflict::Overwrite || answer == OnConflict::Ask)) {
+        work.refuse(file, readOnly);
+        return false;
+    }
+    switch (answer) {
     case OnConflict::Overwrite:
         return true;
     case OnConflict::Rename:
@@ -109,8 +114,7 @@ ExitStatus makeProject(const NewProject& wanted, const Manner& manner, const Pri
     if (!paths || !settleProjectFile(work, wanted, *paths)) {
         return work.status();
     }
-    std::error_code unknown;
-    const bool folderIsNew = !fs::exists(wanted.folder, unknown);
+    const bool folderIsNew = !lookUp(paths->folder).exists();
     if (!create(work, wanted, *paths)) {
         return work.status();
     }

@@ -1,5 +1,7 @@
 #include "apps/cli/ProjectWork.h"
 
+#include "apps/cli/DeckNames.h"
+
 #include "platform/PathName.h"
 #include "project/ProjectFile.h"
 #include "util/Attempt.h"
@@ -113,8 +115,13 @@ std::vector<std::u16string> ProjectWork::listed(const std::string& file) {
     return documentsIn(m_session.readText(file).value_or(u""));
 }
 
+tessaly::Found lookUp(const std::u16string& path) {
+    tessaly::Found found;
+    tessaly::attempt([&] { found = tessaly::lookUp(path); });
+    return found;
+}
+
 std::string obstacleTo(const std::string& file) {
-    constexpr std::size_t longestFileName = 255;
     constexpr fs::perms anyWrite =
         fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
     const fs::path path = fs::absolute(file);

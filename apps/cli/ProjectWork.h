@@ -3,6 +3,8 @@
 #include "apps/cli/CommandPlatform.h"
 #include "apps/cli/Session.h"
 
+#include "platform/FileLookup.h"
+
 #include <memory>
 #include <optional>
 #include <string>
@@ -53,6 +55,9 @@ private:
 };
 
 inline constexpr char notAProject[] = "is no project file: its name does not end in .cvp";
+
+/// What the component finds at a path of its own, in whatever case; nothing where it cannot look.
+tessaly::Found lookUp(const std::u16string& path);
 
 /// Why no file can be written at `file`, as far as the disk shows it; empty if it shows nothing.
 std::string obstacleTo(const std::string& file);

@@ -24,12 +24,6 @@ std::string named(const std::string& wished, const std::u16string& path) {
     return (fs::path(wished).parent_path() / utf8(tessaly::fileNameOf(path))).string();
 }
 
-tessaly::Found lookUp(const std::u16string& path) {
-    tessaly::Found found;
-    tessaly::attempt([&] { found = tessaly::lookUp(path); });
-    return found;
-}
-
 /// The component looks for conflicts in small letters. Where another folder has the new one's name
 /// in small letters, it would look there, and write over what lies here. False if so, and told.
 bool isUnambiguous(ProjectWork& work, const std::string& file, const std::u16string& path) {

@@ -128,7 +128,10 @@ std::optional<std::u16string> Session::readText(const std::string& file) {
         text = stream->AtEndOfStream() ? std::u16string() : stream->ReadAll();
     });
     if (failed) {
-        complain(ExitStatus::Unreadable, file, utf8(failed->description()));
+        std::error_code unknown;
+        const bool isFolder = fs::is_directory(file, unknown); // which the component calls no file
+        complain(ExitStatus::Unreadable, file,
+                 isFolder ? "is a folder" : utf8(failed->description()));
         return std::nullopt;
     }
     return text;

@@ -61,11 +61,11 @@ private:
     ExitStatus m_status = ExitStatus::Fine;
 };
 
-/// By the extension, in whatever case.
 /// What the command's `bin` lies in; its data and the library lie there too, as they are built and
 /// as they are installed.
 std::string installationFolder();
 
+/// By the extension, in whatever case.
 bool isProject(const std::string& path);
 bool isDeck(const std::string& path);
 

@@ -11,6 +11,7 @@ constexpr std::u16string_view letters =
     u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-.";
 
 constexpr std::uint8_t noDigit = 0xFF;
+constexpr char16_t none = 0xFFFF;
 
 /// What is frequent in markup but not safe in HTML, and the letter that stands for it.
 struct Swap {
@@ -24,13 +25,15 @@ constexpr std::u16string_view asTheyAre = u"/?;,#@$-.%{}[]";
 constexpr char16_t runMark = u'~'; ///< around a run of units with three digits each
 
 struct Tables {
-    std::array<char16_t, 128> letterOf{}; ///< 0 if the unit has none
+    std::array<char16_t, 128> letterOf{}; ///< `none` if the unit has none
     std::array<char16_t, 128> unitOf{};
     std::array<std::uint8_t, 128> digitOf{};
 };
 
 constexpr Tables makeTables() {
     Tables tables;
+    tables.letterOf.fill(none);
+    tables.unitOf.fill(none);
     tables.digitOf.fill(noDigit);
     for (std::size_t i = 0; i < letters.size(); ++i) {
         tables.digitOf[letters[i]] = static_cast<std::uint8_t>(i);
@@ -49,19 +52,37 @@ constexpr Tables tables = makeTables();
 
 enum class Way : std::uint8_t { ToLetters, ToUnits };
 
-/// What stands for `unit`, or the unit that a letter stands for; 0 if there is none.
+/// What stands for `unit`, or the unit that a letter stands for, or `none`.
 constexpr char16_t counterpart(Way way, char16_t unit) {
     const auto& table = way == Way::ToLetters ? tables.letterOf : tables.unitOf;
-    return unit < table.size() ? table[unit] : u'\0';
+    return unit < table.size() ? table[unit] : none;
+}
+
+/// Writes what stands for four units to `to` and says whether all have something.
+template <Way way>
+bool exchangeFour(const char16_t* at, char16_t* to) {
+    const auto& table = way == Way::ToLetters ? tables.letterOf : tables.unitOf;
+    if ((at[0] | at[1] | at[2] | at[3]) >= static_cast<int>(table.size())) {
+        return false;
+    }
+    to[0] = table[at[0]];
+    to[1] = table[at[1]];
+    to[2] = table[at[2]];
+    to[3] = table[at[3]];
+    return (to[0] | to[1] | to[2] | to[3]) != none;
 }
 
 /// Writes the counterparts of the units from `at` on to `to`, up to the first that has none, where
 /// it leaves both.
 template <Way way>
 void exchange(const char16_t*& at, const char16_t* end, char16_t*& to) {
+    while (end - at >= 4 && exchangeFour<way>(at, to)) {
+        at += 4;
+        to += 4;
+    }
     for (; at != end; ++at, ++to) {
         const char16_t other = counterpart(way, *at);
-        if (other == 0) {
+        if (other == none) {
             return;
         }
         *to = other;
@@ -97,11 +118,11 @@ void appendCarried(std::u16string& page, std::u16string_view source) {
         const auto room = [&] { return buffer.data() + buffer.size() - to; };
         while (at != end && room() >= 8) {
             exchange<Way::ToLetters>(at, at + std::min(end - at, room()), to);
-            if (at == end || room() < 8 || counterpart(Way::ToLetters, *at) != 0) {
+            if (at == end || room() < 8 || counterpart(Way::ToLetters, *at) != none) {
                 continue;
             }
             *to++ = runMark;
-            for (; at != end && room() >= 4 && counterpart(Way::ToLetters, *at) == 0; ++at) {
+            for (; at != end && room() >= 4 && counterpart(Way::ToLetters, *at) == none; ++at) {
                 putDigits(to, *at, 3);
                 to += 3;
             }
@@ -122,7 +143,7 @@ std::optional<std::u16string> carriedSource(std::u16string_view value) {
         exchange<Way::ToUnits>(
             at, at + std::min(end - at, static_cast<std::ptrdiff_t>(buffer.size())), to);
         source.append(buffer.data(), static_cast<std::size_t>(to - buffer.data()));
-        if (at == end || counterpart(Way::ToUnits, *at) != 0) {
+        if (at == end || counterpart(Way::ToUnits, *at) != none) {
             continue;
         }
         if (*at++ != runMark) {

@@ -175,8 +175,12 @@ bool DeckWriter::holdsText(Handle handle, bool bare) const {
 }
 
 void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
-    if (m_open.findInside(m_open.find(handle), m_chain) ||
-        (m_written.empty() && m_open.findInside(0, m_chain))) {
+    const std::size_t index = m_open.find(handle);
+    if (index != npos && !m_open[index].isWritten && !mayBeEmpty(m_open[index].opening.element)) {
+        m_open[index].waiting += markup; // it may come to nothing
+        return;
+    }
+    if (m_open.findInside(index, m_chain) || (m_written.empty() && m_open.findInside(0, m_chain))) {
         openExactly(m_chain);
     }
     m_out += markup;

@@ -61,7 +61,9 @@ public:
     /// Whether text here stands in an element of this kind, however deep.
     bool isInside(Element element) const { return m_open.isInside(element); }
 
-    /// Writes what isn't seen: right inside `handle`, or where the writing stands if that is 0.
+    /// Writes what isn't seen: right inside `handle`, or where the writing stands if that is 0. In
+    /// an element that may not be empty it waits for what makes it stand, and goes with it
+    /// otherwise.
     void unseen(std::u16string_view markup, Handle handle);
     /// Whether what is written inside `handle` really goes there.
     bool holds(Handle handle) const;

@@ -133,6 +133,8 @@ void DeckWriter::writeStart(const Chain& chain, std::size_t index) {
     written.endTag = std::move(end);
     m_written.push_back(std::move(written));
     if (!standing.isAdded) {
+        m_out += entry.waiting;
+        entry.waiting.clear();
         entry.isWritten = true;
     }
     if (index > 0 && !chain[index - 1].isAdded) {

@@ -70,6 +70,13 @@ constexpr std::array named{
     Named{u"blockquote", Element::HtmlBlock},
 };
 
+constexpr auto byName = [] {
+    auto sorted = named;
+    std::sort(sorted.begin(), sorted.end(),
+              [](const Named& a, const Named& b) { return a.name < b.name; });
+    return sorted;
+}();
+
 constexpr bool isBlock(Element e) {
     return e == Element::HtmlBlock || (e >= Element::Wml && e <= Element::Fieldset);
 }
@@ -104,9 +111,12 @@ bool isWithoutText(const Tree& tree, Tree::Id reference) {
 } // namespace
 
 Element elementOf(std::u16string_view name) {
-    for (const Named& one : named) {
-        if (one.name == name) {
-            return one.element;
+    const char16_t initial = name.empty() ? u'\0' : name.front();
+    const auto* const from = std::partition_point(
+        byName.begin(), byName.end(), [=](const Named& one) { return one.name.front() < initial; });
+    for (const auto* one = from; one != byName.end() && one->name.front() == initial; ++one) {
+        if (one->name == name) {
+            return one->element;
         }
     }
     return Element::Unknown;
@@ -203,15 +213,11 @@ void Outline::enter(Tree::Id id, Element e) {
         }
         if ((above == Element::Table && e != Element::Tr) ||
             (above == Element::Tr && e != Element::Td)) {
-            m_flags[parent] |= Irregular;
+            markIrregular();
         }
         if ((e == Element::Tr && above != Element::Table) ||
             (e == Element::Td && above != Element::Tr)) {
             m_flags[id] |= Irregular;
-        }
-        // A row that is out of order makes its table so.
-        if (above == Element::Tr && e != Element::Td && m_open.size() > 1) {
-            m_flags[m_open[m_open.size() - 2].id] |= Irregular;
         }
         if ((above == Element::Wml && e != Element::Card) ||
             (above == Element::Card && !accepts(Element::Card, e))) {
@@ -224,7 +230,7 @@ void Outline::enter(Tree::Id id, Element e) {
     if (parent == Tree::none || isShownEmpty(e)) {
         m_flags[id] |= Shown;
     }
-    if (e == Element::Do || e == Element::Img || e == Element::Input) {
+    if (isBox(e)) {
         return; // what stands inside is not on the page
     }
     if (m_open.size() == deepest) {
@@ -254,10 +260,16 @@ void Outline::noteText(Tree::Id id) {
         m_flags[parent] |= Bare;
     }
     if (e == Element::Table || e == Element::Tr) {
-        m_flags[parent] |= Irregular;
-        if (e == Element::Tr && m_open.size() > 1) {
-            m_flags[m_open[m_open.size() - 2].id] |= Irregular;
-        }
+        markIrregular();
+    }
+}
+
+/// Notes that the innermost open element is out of order. If it is a row, so is its table.
+void Outline::markIrregular() {
+    m_flags[m_open.back().id] |= Irregular;
+    if (m_open.back().element == Element::Tr && m_open.size() > 1) {
+        const Open& above = m_open[m_open.size() - 2];
+        m_flags[above.id] |= above.element == Element::Table ? Irregular : 0;
     }
 }
 

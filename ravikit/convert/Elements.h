@@ -48,6 +48,10 @@ constexpr bool isFormat(Element e) {
 constexpr bool isLink(Element e) {
     return e == Element::A || e == Element::Anchor;
 }
+/// One that the page shows as the text of one of its attributes, in a box.
+constexpr bool isBox(Element e) {
+    return e == Element::Img || e == Element::Input || e == Element::Do;
+}
 /// Whether it may hold nothing but elements, so that blanks in it mean nothing.
 constexpr bool holdsElementsOnly(Element e) {
     return e == Element::Wml || e == Element::Card || e == Element::Table || e == Element::Tr ||
@@ -106,6 +110,7 @@ private:
     void enter(Tree::Id id, Element element);
     void noteText(Tree::Id id);
     void mark(Flag flag);
+    void markIrregular();
 
     const Tree* m_tree;
     std::vector<Element> m_byName;

@@ -245,14 +245,31 @@ void KnownElements::choose() {
             isTaken[id] = true;
         }
     }
+    chooseInside(whole);
     for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
         KnownElement& element = m_elements[i];
-        if (whole[i] != none) {
-            element.isCopy = m_elements[whole[i]].isCopy;
-        } else if (element.source != Tree::none) {
+        if (element.source != Tree::none && whole[i] == none) {
             element.isCopy = isTaken[element.source];
             isTaken[element.source] = true;
         }
+    }
+}
+
+/// Chooses among the elements inside of `whole`, the unchanged one around each, for where that one
+/// cannot be written as a whole: it may still hold an element twice, or one from elsewhere that
+/// looks the same.
+void KnownElements::chooseInside(const std::vector<std::uint32_t>& whole) {
+    std::vector<bool> isTaken(m_tree->size());
+    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+        KnownElement& element = m_elements[i];
+        if (element.source == Tree::none || whole[i] == none || whole[i] == i) {
+            continue;
+        }
+        const KnownElement& outer = m_elements[whole[i]];
+        const bool isInside =
+            element.source > outer.source && element.source < (*m_tree)[outer.source].next;
+        element.isCopy = outer.isCopy || !isInside || isTaken[element.source];
+        isTaken[element.source] = true;
     }
 }
 

@@ -61,6 +61,7 @@ private:
     void matchSource(const Declarations* known);
     void findParents();
     void choose();
+    void chooseInside(const std::vector<std::uint32_t>& whole);
     void chooseAnchors();
     bool hasTextOutside() const;
     Tree::Id elementAt(std::uint32_t begin, Tree::Id from) const;

@@ -332,7 +332,7 @@ private:
 
 bool readLiterally(std::u16string_view html, PageTree& page) {
     page.clear();
-    page.reserve(html.size() / 64);
+    page.reserve(html.size() / 16);
     return LiteralReader(html, page).read();
 }
 

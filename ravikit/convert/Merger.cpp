@@ -37,7 +37,20 @@ Merger::Merger(const PageTree& page, const KnownElements& known)
     , m_writer(known.tree(), lineEndOf(known.tree()))
     , m_lineEnd(lineEndOf(known.tree())) {}
 
+/// About as much as the deck will be: its source, or else what the page shows.
+std::size_t Merger::expectedUnits() const {
+    if (m_tree != nullptr) {
+        return m_tree->text().size() + m_tree->text().size() / 8;
+    }
+    std::size_t units = 1024;
+    for (const PageNode& node : m_page.nodes()) {
+        units += node.text.size() + 8;
+    }
+    return units;
+}
+
 std::u16string Merger::merge() {
+    m_writer.out().reserve(expectedUnits());
     DeckWriter::Handle root = 0;
     const KnownElement* const deck = m_tree == nullptr ? nullptr : m_known.find(m_known.rootNode());
     if (deck == nullptr || deck->source == Tree::none) {
@@ -79,6 +92,7 @@ void Merger::closeUpTo(std::uint32_t node) {
         const Open open = m_open.back();
         m_open.pop_back();
         if (open.isSoft) {
+            endLine(open.isBlock);
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
         m_newExact -= open.isExact ? 1U : 0U;
@@ -139,8 +153,17 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
 }
 
 void Merger::enterSoft(std::uint32_t node) {
+    endLine(m_open.back().isBlock);
     m_items.push_back(
         {.kind = Item::Kind::Enter, .isBlock = m_open.back().isBlock, .unit = 0, .node = node});
+}
+
+/// Writes what the page has up to the edge of a block where the source has nothing to compare it
+/// with: a page from elsewhere need not be in memory twice.
+void Merger::endLine(bool isBlock) {
+    if (isBlock && !m_items.empty() && m_frames.back().known == nullptr) {
+        flush(false, true);
+    }
 }
 
 /// Whether `node` is the next of the page's paragraphs that a source's one stands in.
@@ -184,6 +207,10 @@ void Merger::addText(std::u16string_view text) {
         }
         return;
     }
+    if (m_frames.back().known == nullptr) {
+        addWords(text);
+        return;
+    }
     for (const char16_t c : text) {
         const bool blank = c <= u' ' && isBlank(c);
         if (!blank || m_items.empty() || m_items.back().unit != u' ' ||
@@ -191,6 +218,26 @@ void Merger::addText(std::u16string_view text) {
             m_items.push_back({.unit = blank ? u' ' : c});
         }
     }
+}
+
+void Merger::addWords(std::u16string_view text) {
+    if (m_items.empty() || m_items.back().kind != Item::Kind::Words) {
+        m_items.push_back(
+            {.kind = Item::Kind::Words, .node = static_cast<std::uint32_t>(m_ranges.size())});
+        m_ranges.push_back({m_words.size(), m_words.size()});
+    }
+    Range& range = m_ranges.back();
+    m_words.resize(range.end + text.size());
+    char16_t* const begin = m_words.data() + range.begin;
+    char16_t* to = m_words.data() + range.end;
+    for (const char16_t c : text) {
+        const bool blank = c <= u' ' && isBlank(c);
+        if (!blank || to == begin || to[-1] != u' ') {
+            *to++ = blank ? u' ' : c;
+        }
+    }
+    range.end = static_cast<std::size_t>(to - m_words.data());
+    m_words.resize(range.end);
 }
 
 void Merger::drop(std::u16string_view what) {

@@ -55,13 +55,19 @@ private:
     };
     /// What the page has in a gap, in order.
     struct Item {
-        /// Edge: a line of the page ends or begins here, and no more.
-        enum class Kind : std::uint8_t { Character, Enter, Leave, Edge };
+        /// Words: text that need not be compared with the source. Edge: a line of the page ends or
+        /// begins here, and no more.
+        enum class Kind : std::uint8_t { Character, Words, Enter, Leave, Edge };
         Kind kind = Kind::Character;
         bool isBlock = false;
         bool isDropped = false; ///< a blank that doesn't count
         char32_t unit = 0;      ///< as in SourceAtom
-        std::uint32_t node = 0; ///< of Enter
+        std::uint32_t node = 0; ///< of Enter; of Words, the number of their range
+    };
+    /// Where words stand in `m_words`.
+    struct Range {
+        std::size_t begin = 0;
+        std::size_t end = 0;
     };
     struct List {
         bool isNumbered = false;
@@ -69,12 +75,15 @@ private:
     };
 
     // The walk.
+    std::size_t expectedUnits() const;
     void closeUpTo(std::uint32_t node);
     std::uint32_t visitElement(std::uint32_t node);
     void addText(std::u16string_view text);
+    void addWords(std::u16string_view text);
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
     void enterSoft(std::uint32_t node);
+    void endLine(bool isBlock);
 
     // What the source knows.
     std::uint32_t visitKnown(const KnownElement& known);
@@ -98,10 +107,15 @@ private:
     GapPlace placeOfGap() const;
     void normaliseItems(const GapPlace& place);
     std::pair<std::size_t, std::size_t> compare(bool isFirst, bool isLast) const;
+    bool trimEnd(const Item& words, bool isAtEdge);
+    bool trimBegin(const Item& words, bool isAtEdge);
     void writeItems(std::size_t prefix, std::size_t suffix);
     void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
     void writeNew(std::size_t firstItem, std::size_t behind);
+    void writeCharacters(std::u16string_view text, bool bare);
     bool canCopy(std::size_t atom, std::size_t count) const;
+    bool isSplitOff() const;
+    std::size_t copyEnd(std::size_t begin, std::size_t end) const;
     std::u16string unseenUpTo(std::size_t atom, bool keepsLastBlank);
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;
@@ -129,6 +143,8 @@ private:
     std::vector<Frame> m_frames;
     std::vector<Soft> m_soft;
     std::vector<Item> m_items;
+    std::vector<Range> m_ranges; ///< of the items that are words
+    std::u16string m_words;      ///< with each blank as one space
     std::vector<List> m_lists;
     std::uint32_t m_exact = 0;    ///< open elements of the source in which each blank counts
     std::uint32_t m_newExact = 0; ///< and such that only the page has

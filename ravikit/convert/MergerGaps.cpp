@@ -92,6 +92,8 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     }
     writeItems(prefix, suffix);
     m_items.clear();
+    m_ranges.clear();
+    m_words.clear();
     if (isLast) {
         if (isSomewhere) {
             writeUnseen(m_frames.back().gap.atoms.size(), true);
@@ -129,6 +131,8 @@ void Merger::normaliseItems(const GapPlace& place) {
     for (std::size_t i = m_items.size(); i-- > 0;) {
         if (isBlankItem(m_items[i])) {
             m_items[i].isDropped = edge || none;
+        } else if (m_items[i].kind == Item::Kind::Words) {
+            edge = trimEnd(m_items[i], edge);
         } else if (m_items[i].kind == Item::Kind::Character || isEdge(m_items[i])) {
             edge = isEdge(m_items[i]);
         }
@@ -138,7 +142,9 @@ void Merger::normaliseItems(const GapPlace& place) {
     for (const Item& item : m_items) {
         const bool blank = isBlankItem(item);
         const bool dropped = item.isDropped || (blank && edge);
-        if (blank) {
+        if (item.kind == Item::Kind::Words) {
+            edge = trimBegin(item, edge);
+        } else if (blank) {
             edge = true; // of several one counts
         } else if (item.kind == Item::Kind::Character || isEdge(item)) {
             edge = isEdge(item);
@@ -148,6 +154,24 @@ void Merger::normaliseItems(const GapPlace& place) {
         }
     }
     m_items.resize(kept);
+}
+
+/// Takes the blank off at the end if it stands at an edge. Whether what is ahead stands at one.
+bool Merger::trimEnd(const Item& words, bool isAtEdge) {
+    Range& range = m_ranges[words.node];
+    if (isAtEdge && range.begin != range.end && m_words[range.end - 1] == u' ') {
+        --range.end;
+    }
+    return isAtEdge && range.begin == range.end;
+}
+
+/// The same at the begin, where a blank is an edge for the next.
+bool Merger::trimBegin(const Item& words, bool isAtEdge) {
+    Range& range = m_ranges[words.node];
+    if (isAtEdge && range.begin != range.end && m_words[range.begin] == u' ') {
+        ++range.begin;
+    }
+    return range.begin == range.end ? isAtEdge : m_words[range.end - 1] == u' ';
 }
 
 /// How many characters at the begin and at the end of the page's text are the source's.

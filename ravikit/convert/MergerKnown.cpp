@@ -23,10 +23,6 @@ std::u16string collapsed(std::u16string_view text) {
     return words;
 }
 
-constexpr bool isBox(Element e) {
-    return e == Element::Img || e == Element::Input || e == Element::Do;
-}
-
 } // namespace
 
 std::uint32_t Merger::visitKnown(const KnownElement& known) {

@@ -32,6 +32,13 @@ void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
             ++i;
             continue;
         }
+        if (m_items[i].kind == Item::Kind::Words) {
+            const Range range = m_ranges[m_items[i++].node];
+            writeCharacters(
+                std::u16string_view(m_words).substr(range.begin, range.end - range.begin),
+                isBare());
+            continue;
+        }
         if (m_items[i].kind == Item::Kind::Leave) {
             closeSoft();
             ++i;
@@ -69,6 +76,24 @@ bool Merger::canCopy(std::size_t atom, std::size_t count) const {
     return (!hasElement || ownsElements(true)) && (!hasBreak || m_writer.takesBreaks(isBare()));
 }
 
+/// Whether the element that the gap is in was split off another, which has what isn't seen.
+bool Merger::isSplitOff() const {
+    const KnownElement* const known = m_frames.back().known;
+    return known != nullptr && known->isCopy && !known->isUnchanged;
+}
+
+/// Up to where, at most `end`, the source of the atoms from `begin` on can be copied in one piece.
+std::size_t Merger::copyEnd(std::size_t begin, std::size_t end) const {
+    const Frame& frame = m_frames.back();
+    for (std::size_t i = frame.usedUnseen; isSplitOff() && i < frame.gap.unseen.size(); ++i) {
+        const Unseen& one = frame.gap.unseen[i];
+        if (!one.isBlank && one.before > begin) {
+            return std::min(one.before, end);
+        }
+    }
+    return end;
+}
+
 /// Copies the characters of the items from the source, where they begin at `atom`.
 void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
     if (!canCopy(atom, behind - firstItem)) {
@@ -87,16 +112,18 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
         --end;
     }
     writeNew(firstItem, firstItem + (begin - atom));
-    if (begin < end) {
+    while (begin < end) {
+        const std::size_t stop = copyEnd(begin, end);
         m_buffer = unseenUpTo(begin, true);
         m_buffer +=
-            m_tree->text().substr(atoms[begin].begin, atoms[end - 1].end - atoms[begin].begin);
+            m_tree->text().substr(atoms[begin].begin, atoms[stop - 1].end - atoms[begin].begin);
         std::size_t& next = m_frames.back().usedUnseen;
         const std::vector<Unseen>& unseen = m_frames.back().gap.unseen;
-        while (next < unseen.size() && unseen[next].before < end) {
+        while (next < unseen.size() && unseen[next].before < stop) {
             ++next; // those inside came along
         }
         m_writer.text(m_buffer, isBare());
+        begin = stop;
     }
     writeNew(firstItem + (end - atom), behind);
 }
@@ -106,14 +133,8 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
     text.clear();
     const bool bare = isBare();
     const auto write = [&] {
-        if (!text.empty()) {
-            m_buffer.clear();
-            if (!appendCharacters(m_buffer, text)) {
-                drop(u"a character that XML has no place for");
-            }
-            m_writer.text(m_buffer, bare);
-            text.clear();
-        }
+        writeCharacters(text, bare);
+        text.clear();
     };
     for (std::size_t i = firstItem; i < behind; ++i) {
         const char32_t item = m_items[i].unit;
@@ -130,11 +151,22 @@ void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
     write();
 }
 
+void Merger::writeCharacters(std::u16string_view text, bool bare) {
+    if (text.empty()) {
+        return;
+    }
+    m_buffer.clear();
+    if (!appendCharacters(m_buffer, text)) {
+        drop(u"a character that XML has no place for");
+    }
+    m_writer.text(m_buffer, bare);
+}
+
 /// What isn't seen ahead of `atom` and was not written yet; of blanks only those right
 /// ahead, of it or of something else that comes along.
 std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
     Frame& frame = m_frames.back();
-    const bool isSplit = frame.known != nullptr && frame.known->isCopy && !frame.known->isUnchanged;
+    const bool isSplit = isSplitOff();
     std::u16string text;
     const std::vector<Unseen>& unseen = frame.gap.unseen;
     std::size_t end = frame.usedUnseen;

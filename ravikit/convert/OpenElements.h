@@ -46,15 +46,16 @@ public:
         bool isInPlace = false;
         bool takesSizesOff = false; ///< no element: from here on `big` and `small` don't count
         Handle handle = 0;
-        std::uint32_t instance = 0; ///< grows when it is to be closed and opened again
-        std::uint32_t line = 0;     ///< grows when what is added in it ends
-        bool isWritten = false;     ///< at least once
-        bool isEmptied = false;     ///< what it held may stand outside of it
-        bool hasText = false;       ///< text in it is to be kept apart from what follows
-        bool wantsBreak = false;    ///< before the next text
-        std::u16string indent = {}; ///< of a deck or card, ahead of its children
-        Paragraph around = {};      ///< of a structure: the one that it may need
-        Chain outer = {};           ///< the chain without it, unless it is only on top of that
+        std::uint32_t instance = 0;  ///< grows when it is to be closed and opened again
+        std::uint32_t line = 0;      ///< grows when what is added in it ends
+        bool isWritten = false;      ///< at least once
+        bool isEmptied = false;      ///< what it held may stand outside of it
+        bool hasText = false;        ///< text in it is to be kept apart from what follows
+        bool wantsBreak = false;     ///< before the next text
+        std::u16string indent = {};  ///< of a deck or card, ahead of its children
+        std::u16string waiting = {}; ///< what isn't seen and comes behind its start tag
+        Paragraph around = {};       ///< of a structure: the one that it may need
+        Chain outer = {};            ///< the chain without it, unless it is only on top of that
         bool isOnTop = false;
     };
 

@@ -45,8 +45,9 @@ void PageTree::addText(std::u16string_view text) {
 
 std::u16string_view PageTree::keep(std::u16string_view text) {
     if (text.size() > m_room) {
-        m_room = std::max(text.size(), chunkUnits);
-        m_chunks.push_back(std::make_unique<char16_t[]>(m_room));
+        m_chunkUnits = std::min(m_chunkUnits * 2, largestChunk);
+        m_room = std::max(text.size(), m_chunkUnits);
+        m_chunks.push_back(std::make_unique_for_overwrite<char16_t[]>(m_room));
         m_free = m_chunks.back().get();
     }
     std::copy(text.begin(), text.end(), m_free);

@@ -60,10 +60,11 @@ public:
     }
 
 private:
-    static constexpr std::size_t chunkUnits = 1 << 16;
+    static constexpr std::size_t largestChunk = 1 << 16;
     std::vector<PageNode> m_nodes;
     std::vector<Attribute> m_attributes;
     std::vector<std::unique_ptr<char16_t[]>> m_chunks;
+    std::size_t m_chunkUnits = 1 << 9; ///< of the last chunk
     char16_t* m_free = nullptr;
     std::size_t m_room = 0;
     bool m_dropped = false;

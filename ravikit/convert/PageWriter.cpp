@@ -6,6 +6,7 @@
 #include "ravikit/convert/Digest.h"
 #include "ravikit/convert/Elements.h"
 #include "ravikit/convert/Hash.h"
+#include "ravikit/convert/PageShapes.h"
 #include "ravikit/convert/Style.h"
 
 #include <vector>
@@ -13,120 +14,6 @@
 namespace ravikit {
 
 namespace {
-
-/// How an element stands on the page. Nothing that loads, runs or leads anywhere is among them, and
-/// none that a browser would move elsewhere from where we write it.
-struct Shape {
-    PageTag tag = PageTag::Span;
-    std::u16string_view start; ///< the start tag but for what differs between elements
-    std::u16string_view end;
-    std::u16string_view caption = {}; ///< around the attribute that is shown: the start tag
-    std::u16string_view captionEnd = {};
-    PageTag captionTag = PageTag::None;
-};
-
-namespace shapes {
-
-constexpr Shape neutralBlock{PageTag::Div, u"<div", u"</div>"};
-constexpr Shape neutral{PageTag::Span, u"<span", u"</span>"};
-constexpr Shape deck{PageTag::Div, u"<div class=\"deck\"", u"</div>"};
-constexpr Shape card{
-    PageTag::Div, u"<div class=\"card\" style=\"border:1px solid #888;margin:4px;padding:4px\"",
-    u"</div>",    u"<h2 data-text=\"title\">",
-    u"</h2>",     PageTag::H2};
-constexpr Shape paragraph{PageTag::P, u"<p", u"</p>"};
-constexpr Shape preformatted{PageTag::Pre, u"<pre", u"</pre>"};
-constexpr Shape table{PageTag::Table, u"<table border=\"1\"",
-                      u"</table>",    u"<caption data-text=\"title\">",
-                      u"</caption>",  PageTag::Caption};
-constexpr Shape neutralTable{PageTag::Div, u"<div",     u"</div>", u"<div data-text=\"title\">",
-                             u"</div>",    PageTag::Div};
-constexpr Shape row{PageTag::Tr, u"<tr", u"</tr>"};
-constexpr Shape cell{PageTag::Td, u"<td", u"</td>"};
-constexpr Shape fieldset{PageTag::Div, u"<div style=\"border:1px solid #888;padding:2px\"",
-                         u"</div>",    u"<div data-text=\"title\">",
-                         u"</div>",    PageTag::Div};
-constexpr Shape choice{PageTag::Span,
-                       u"<span style=\"display:inline-block;border:1px solid #888;padding:2px\"",
-                       u"</span>"};
-constexpr Shape group{PageTag::Span, u"<span style=\"display:block;border-left:4px solid #ccc\"",
-                      u"</span>",    u"<span data-text=\"title\" style=\"display:block\">",
-                      u"</span>",    PageTag::Span};
-constexpr Shape option{PageTag::Span, u"<span style=\"display:block\"", u"</span>"};
-constexpr Shape field{PageTag::Span, u"<span style=\"border:1px solid #888;padding:2px\"",
-                      u"</span>"};
-constexpr Shape picture{PageTag::Span, u"<span style=\"background:#ddd;padding:2px\"", u"</span>"};
-constexpr Shape button{
-    PageTag::Span, u"<span style=\"border:2px outset #aaa;margin:2px;padding:2px\"", u"</span>"};
-constexpr Shape link{PageTag::Span,
-                     u"<span style=\"color:#0000cc;border-bottom:1px solid #0000cc\"", u"</span>"};
-constexpr Shape b{PageTag::B, u"<b", u"</b>"};
-constexpr Shape i{PageTag::I, u"<i", u"</i>"};
-constexpr Shape u{PageTag::U, u"<u", u"</u>"};
-constexpr Shape em{PageTag::Em, u"<em", u"</em>"};
-constexpr Shape strong{PageTag::Strong, u"<strong", u"</strong>"};
-constexpr Shape big{PageTag::Big, u"<big", u"</big>"};
-constexpr Shape small{PageTag::Small, u"<small", u"</small>"};
-
-} // namespace shapes
-
-const Shape& shapeOf(Element element, bool irregular) {
-    switch (element) {
-    case Element::Wml:
-        return shapes::deck;
-    case Element::Card:
-        return shapes::card;
-    case Element::P:
-        return irregular ? shapes::neutralBlock : shapes::paragraph;
-    case Element::Pre:
-        return shapes::preformatted;
-    case Element::Table:
-        return irregular ? shapes::neutralTable : shapes::table;
-    case Element::Tr:
-        return irregular ? shapes::neutralBlock : shapes::row;
-    case Element::Td:
-        return irregular ? shapes::neutralBlock : shapes::cell;
-    case Element::Fieldset:
-        return shapes::fieldset;
-    case Element::HtmlBlock:
-        return shapes::neutralBlock;
-    case Element::Select:
-        return shapes::choice;
-    case Element::Optgroup:
-        return shapes::group;
-    case Element::Option:
-        return shapes::option;
-    case Element::Input:
-        return shapes::field;
-    case Element::Img:
-        return shapes::picture;
-    case Element::Do:
-        return shapes::button;
-    case Element::A:
-    case Element::Anchor:
-        return shapes::link;
-    case Element::B:
-        return shapes::b;
-    case Element::I:
-        return shapes::i;
-    case Element::U:
-        return shapes::u;
-    case Element::Em:
-        return shapes::em;
-    case Element::Strong:
-        return shapes::strong;
-    case Element::Big:
-        return shapes::big;
-    case Element::Small:
-        return shapes::small;
-    default:
-        return shapes::neutral;
-    }
-}
-
-constexpr bool isBox(Element e) {
-    return e == Element::Img || e == Element::Input || e == Element::Do;
-}
 
 /// What text cannot hold as it is.
 struct EscapeStop {
@@ -246,7 +133,7 @@ private:
             m_outline.isIrregular(id) || ((element == Element::Tr || element == Element::Td) &&
                                           (m_open.empty() || m_open.back().isNeutral));
         const bool split = element == Element::P && m_outline.holdsBlock(id);
-        const Shape& shape = flat ? shapes::neutral : shapeOf(element, isNeutral || split);
+        const Shape& shape = flat ? neutralShape() : shapeOf(element, isNeutral || split);
         if (isBlockTag(shape.tag) || (!flat && m_outline.holdsBlock(id))) {
             closePart();
         } else {
@@ -396,7 +283,7 @@ private:
         }
         Frame& whole = m_open.back();
         const Frame part{.next = whole.next,
-                         .endTag = shapes::paragraph.end,
+                         .endTag = shapeOf(Element::P, false).end,
                          .element = Element::P,
                          .isPart = true,
                          .align = whole.align};

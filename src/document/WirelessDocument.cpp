@@ -18,10 +18,8 @@ WirelessDocument::WirelessDocument()
 }
 
 WirelessDocument::~WirelessDocument() {
-    attempt([] {
-        dlgFileExists::shared().load();
-        dlgFileExists::shared().unload();
-    });
+    attempt([] { dlgFileExists::shared().load(); });
+    attempt([] { dlgFileExists::shared().unload(); });
     m_wbPlainEvents.end();
     m_Display.reset();
     m_Format.reset();

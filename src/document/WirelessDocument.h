@@ -59,8 +59,12 @@ public:
     virtual std::u16string DocumentTypeName() const;
 
     /// Switches the view. If the text cannot be converted, OnParseError is raised and the document
-    /// stays in the view that it had. No value is refused: one that is no view hides both controls.
-    /// A value beyond 16 bits fails with Overflow when the formatter is told.
+    /// stays in the view that it had; one that had none yet stands in the markup view. No value is
+    /// refused: one that is no view hides both controls. A value beyond 16 bits fails with Overflow
+    /// when the formatter is told.
+    /// On its way to the plain view it first waits, without limit, for a navigation under way to
+    /// end, and lets the host's messages run, which may call this document. A browser that is
+    /// replaced meanwhile is no longer heard.
     virtual void view(enumView vView);
     virtual enumView view() const;
 
@@ -127,18 +131,6 @@ public:
     /// control.
     virtual void Refresh();
 
-    /// Judges Content and raises OnClearErrors or OnParseError.
-    virtual void checkValidity();
-
-    /// Shows the DOM's text again in the rich-text control and, but for the markup view, in the
-    /// browser. Nothing happens while isValidXML is False.
-    virtual void reloadViewfromDOM();
-
-    /// Raises OnUTag for each element whose name stands in `strElementList`, names joined by commas
-    /// and not trimmed. Searches the rich-text control's text in the markup view, the page in any
-    /// other state. No failure reaches the caller.
-    virtual void validateSupportedTags(const std::u16string& strElementList);
-
     /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
     /// of the text in the controls, and keeps that as Content. True if all of it was written. The
     /// user is told where permission is denied or the disk is not ready; no failure reaches the
@@ -150,12 +142,27 @@ public:
     /// without an event. NewName tells what name it got.
     virtual bool SaveAs(const std::u16string& strFullDocPath);
 
-    /// The name, without folder and extension, of the file last written by SaveAs; empty before.
-    virtual std::u16string NewName() const;
+    /// Judges Content and raises OnClearErrors or OnParseError.
+    virtual void checkValidity();
+
+    /// Shows the DOM's text again in the rich-text control and, in the plain view or with no view
+    /// yet, in the browser, waiting as `view` does; the DOM is then parsed anew and Content takes
+    /// the text over. A text that is refused raises OnParseError, and the view stays. The display
+    /// gets the DOM. Nothing happens while isValidXML is False.
+    virtual void reloadViewfromDOM();
+
+    /// Raises OnUTag for each element whose name stands in `strElementList`, names joined by commas
+    /// and not trimmed. Searches the rich-text control's text in the markup view, the page in any
+    /// other state. In the markup view DOM and display hold a new parse of Content afterwards,
+    /// which may be older than the text searched. No failure reaches the caller.
+    virtual void validateSupportedTags(const std::u16string& strElementList);
 
     /// Raises OnAdd2UndoStack.
     virtual void raise_OnAdd2Undo(std::int32_t& lStart, std::u16string& txt,
                                   std::u16string& delText, std::int32_t& action);
+
+    /// The name, without folder and extension, of the file last written by SaveAs; empty before.
+    virtual std::u16string NewName() const;
 
     EventSource<__WirelessDocument>& events() { return m_events; }
 
@@ -195,6 +202,7 @@ private:
 
     void findTagInMarkup(const std::u16string& tagName);
     void findTagInPage(const std::u16string& tagName);
+    void raiseOnUTag(const std::u16string& tagName, std::int32_t count);
 
     std::shared_ptr<IDisplay> m_Display;
     std::shared_ptr<IFormat> m_Format;

@@ -28,7 +28,7 @@ bool WirelessDocument::SaveAs(const std::u16string& strFullDocPath) {
                         u"changes.",
                     MsgBoxFlags::Information, defaultCaption);
             });
-            m_isDirty = true; // no OnDocDirty: nothing has changed but what the file holds
+            m_isDirty = true; // no OnDocDirty: the text has not changed, it is not saved
             return false;
         }
         const std::shared_ptr<FileSystemObject> fso = writeDeck(step, name);

@@ -58,24 +58,21 @@ void WirelessDocument::findTagInMarkup(const std::u16string& tagName) {
     });
     step([&] { DOM(require(m_Ravik).parseMarkup(m_Content, true, false)); });
     step([&] { require(m_Display).DOM(m_DOM); });
-    step([&] {
-        const std::int32_t count = found ? found->length() : 0;
-        for (std::int32_t i = 0; i < count; ++i) {
-            std::u16string strTagName = tagName;
-            m_events.raise(&__WirelessDocument::OnUTag, strTagName);
-        }
-    });
+    step([&] { raiseOnUTag(tagName, found ? found->length() : 0); });
 }
 
 void WirelessDocument::findTagInPage(const std::u16string& tagName) {
     attempt([&] {
         const auto found = require(page()).getElementsByTagName(tagName);
-        const std::int32_t count = require(found).length();
-        for (std::int32_t i = 0; i < count; ++i) {
-            std::u16string strTagName = tagName;
-            m_events.raise(&__WirelessDocument::OnUTag, strTagName);
-        }
+        raiseOnUTag(tagName, require(found).length());
     });
+}
+
+void WirelessDocument::raiseOnUTag(const std::u16string& tagName, std::int32_t count) {
+    for (std::int32_t i = 0; i < count; ++i) {
+        std::u16string strTagName = tagName; // a handler may change it
+        m_events.raise(&__WirelessDocument::OnUTag, strTagName);
+    }
 }
 
 } // namespace tessaly

@@ -12,7 +12,7 @@ namespace tessaly {
 class ClassFactory : public Object {
 public:
     /// A new object of the class. Object is a base of each class that can be made, so that
-    /// std::static_pointer_cast leads to it.
+    /// std::static_pointer_cast leads to it. Fails as its constructor does.
     virtual ObjectRef CreateInstance() = 0;
 
     /// Keeps the library loaded although it has no objects, until as many calls with False have

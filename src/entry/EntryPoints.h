@@ -29,7 +29,7 @@ extern "C" {
 
 /// Stores in `factory` the class object for the class identifier `classId`, 36 characters in small
 /// letters as in entry/ClassTable.h. Gives an EntryResult: Ok, or UnknownClass or NotCreatable with
-/// `factory` left alone. No memory for it is a Failure.
+/// `factory` left alone.
 [[gnu::visibility("default")]] std::int32_t
 DllGetClassObject(const char* classId, std::shared_ptr<tessaly::ClassFactory>* factory);
 

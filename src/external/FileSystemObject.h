@@ -40,7 +40,8 @@ public:
 /// A file that existed when it was asked for.
 class File : public virtual Object {
 public:
-    /// Bit 0 is the read-only attribute.
+    static constexpr std::int32_t readOnly = 1; ///< a bit of Attributes
+
     virtual std::int32_t Attributes() = 0;
     virtual Date DateCreated() = 0;
     virtual Date DateLastModified() = 0;
@@ -52,7 +53,8 @@ public:
 /// there, DiskFull, FileExists, BadFileName.
 class FileSystemObject : public virtual Object {
 public:
-    /// These two never fail: what cannot be looked at does not exist.
+    /// What cannot be looked at does not exist. These two fail only where a host means to stop the
+    /// work at hand.
     virtual bool FileExists(const std::u16string& path) = 0;
     virtual bool FolderExists(const std::u16string& path) = 0;
 

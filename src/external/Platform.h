@@ -66,6 +66,7 @@ public:
     /// The width of `text` in pixels in the device context `hdc`.
     virtual std::int32_t textWidth(std::int32_t hdc, const std::u16string& text) = 0;
 
+    /// The component's own pictures. Never none.
     virtual std::shared_ptr<PictureStore> pictures() = 0;
 };
 

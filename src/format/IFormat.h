@@ -26,6 +26,11 @@ public:
     /// Carries out one of the nine commands: "Bold", "Italic", "Underline", "Align Left",
     /// "Align Center", "Align Right", "Big Font", "Small Font", "Normal Font". Any other text, also
     /// one that differs in case, does nothing. A missing control or proxy fails with ObjectNotSet.
+    ///
+    /// In the rich-text control the tags go around the selection, which stays on the same
+    /// characters, and one undo record goes through the proxy, last: a failure there leaves the
+    /// text changed. "Normal Font" only shows a message box there, and returns when it is closed.
+    /// In the page no record is sent.
     virtual void exec(const std::u16string& strFormatting) = 0;
 
     /// Take a RichTextControl and a BrowserControl, or none; another object fails with

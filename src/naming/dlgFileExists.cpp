@@ -9,8 +9,6 @@ namespace tessaly {
 
 namespace {
 
-constexpr std::int32_t readOnlyAttribute = 1;
-
 /// Sets a flag for as long as it lives.
 class Raised {
 public:
@@ -57,7 +55,7 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
     const std::u16string taken = existingForm(m_strFileName);
     if (!taken.empty()) {
         file = m_fso->GetFile(taken);
-        const bool readOnly = (require(file).Attributes() & readOnlyAttribute) != 0;
+        const bool readOnly = (require(file).Attributes() & File::readOnly) != 0;
         if (readOnly) {
             m_iMode = m_bProject ? modeProjectReadOnly : modeDocumentReadOnly;
         } else {
@@ -73,7 +71,7 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
 }
 
 std::u16string dlgFileExists::existingForm(const std::u16string& path) {
-    const std::u16string lowerCase = toLower(path);
+    std::u16string lowerCase = toLower(path);
     if (require(m_fso).FileExists(lowerCase)) {
         return lowerCase;
     }

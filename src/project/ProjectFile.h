@@ -19,7 +19,7 @@ inline constexpr std::u16string_view keyDocument = u"Document";
 /// The last line of a project file. A reader does not look for it.
 inline constexpr char16_t endOfProjectFile[] = u"-------------- END OF FILE ----------";
 
-/// What a project file cannot be read for.
+/// What stands for the name of the first document where the project file cannot be read.
 inline constexpr char16_t cannotAccessDocument[] = u"Cannot access document !";
 
 /// One line of a project file: views of the line that was split.
@@ -35,7 +35,6 @@ std::optional<ProjectRecord> splitRecord(std::u16string_view line);
 /// Writes one line. The value goes out as it is: nothing guards one that holds `=` or a line end.
 void writeRecord(TextStream& stream, std::u16string_view key, std::u16string_view value);
 
-/// Writes the last line.
 void writeEndOfProjectFile(TextStream& stream);
 
 } // namespace tessaly

@@ -62,6 +62,8 @@ public:
     virtual void CurrentDocumentEx(const std::shared_ptr<WirelessDocument>& vData);
     virtual std::shared_ptr<WirelessDocument> CurrentDocument() const;
 
+    /// None is taken too; then Save does nothing, and members that need a document fail with
+    /// ObjectNotSet.
     virtual void Documents(const std::shared_ptr<colDocuments>& vData);
     virtual std::shared_ptr<colDocuments> Documents() const;
 
@@ -102,6 +104,14 @@ public:
     /// user is told of a missing file. No failure reaches the caller.
     virtual bool addDocument(const std::u16string& strName, const Value& bTellApp = {});
 
+    /// Takes a document, told by name or by position from 1, out of Documents. Its file stays. One
+    /// that is not there fails as colDocuments::Remove does.
+    virtual void removeDocument(const Value& strDocName);
+
+    /// The name of the first document that the project file lists, empty if it lists none, and
+    /// "Cannot access document !" if it cannot be read. The file is not opened as a project.
+    virtual std::u16string getFirstDocument(const std::u16string& strProjectFileName) const;
+
     /// Makes a new project on disk, and leaves this object as it is: to work with the project,
     /// `init` it afterwards. The folder `strPath` is made if it is missing (not its parent) and
     /// loses its trailing `\` in the caller's variable. The deck at the full path
@@ -135,18 +145,10 @@ public:
 
     /// Removes the project from the disk: its decks, its `images` folder, its project file and its
     /// folder with whatever lies there. True if every deck and the project file were there. A step
-    /// that fails is dropped. A project without a folder, or one in the root of a drive, is
-    /// refused: nothing is removed, and the result is False. The object stays as it was; NeedSave
-    /// is True.
+    /// that fails is dropped. The object stays as it was, and NeedSave becomes True. A project
+    /// without a folder, or one in the root of a drive, is refused, and one of which that cannot be
+    /// told: the result is False, nothing is removed and NeedSave does not move.
     virtual bool DeleteFiles();
-
-    /// Takes a document, told by name or by position from 1, out of Documents. Its file stays. One
-    /// that is not there fails as colDocuments::Remove does.
-    virtual void removeDocument(const Value& strDocName);
-
-    /// The name of the first document that the project file lists, empty if it lists none, and
-    /// "Cannot access document !" if it cannot be read. The file is not opened as a project.
-    virtual std::u16string getFirstDocument(const std::u16string& strProjectFileName) const;
 
     EventSource<__clProject>& events() { return m_events; }
 
@@ -194,7 +196,7 @@ private:
                         const std::u16string& strNewFullpath,
                         const std::shared_ptr<TextStream>& stream);
 
-    /// Where the deck of `document` lies in `folder`, a path without trailing `\`.
+    /// Where the deck of `document` goes in `folder`, a path without trailing `\`.
     static std::u16string deckPath(const std::u16string& folder, const WirelessDocument& document);
 
     /// False where DeleteFiles would remove the root of a drive.

@@ -28,7 +28,8 @@ bool clProject::DeleteFiles() {
     };
     const std::int32_t count = mvarDocuments ? mvarDocuments->Count() : 0;
     for (std::int32_t i = 1; i <= count; ++i) {
-        attempt([&] { deleteFile(deckPath(ProjectPath(), *mvarDocuments->Item(i))); });
+        attempt(
+            [&] { deleteFile(ProjectPath() + u"\\" + mvarDocuments->Item(i)->Name() + u".wml"); });
     }
     attempt([&] { deleteFolder(ProjectPath() + u"\\images"); });
     attempt([&] { deleteFile(projectFile()); });

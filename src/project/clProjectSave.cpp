@@ -4,6 +4,7 @@
 #include "naming/dlgFileExists.h"
 #include "project/ProjectFile.h"
 #include "project/clProject.h"
+#include "util/LetterCase.h"
 #include "util/Steps.h"
 
 namespace tessaly {
@@ -112,7 +113,9 @@ bool clProject::saveDocumentAs(Steps& step, const std::shared_ptr<WirelessDocume
 }
 
 std::u16string clProject::deckPath(const std::u16string& folder, const WirelessDocument& document) {
-    return folder + u"\\" + document.Name() + u".wml";
+    // In small letters, as decks are looked for: one project is one set of files also where the
+    // case of names counts.
+    return folder + u"\\" + document.Name() + u"." + toLower(document.DocumentTypeName());
 }
 
 } // namespace tessaly

@@ -83,6 +83,16 @@ TEST(ConvertForeign, MarksThatDoNotHold) {
               "<wml><card title=\"A\"><p>one</p><p><b>two</b></p></card>"
               "<card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>");
 
+    // A deck in a deck, in which a card stands twice and hides another that looks the same.
+    const auto nested = browse(plainOf(u"<wml><card id=\"c\"/><card/></wml>"));
+    PageElement& outer = *nested->children[0];
+    outer.children[1]->take();
+    outer.insert(1, outer.children[0]->clone());
+    auto inner = outer.clone();
+    outer.children.clear();
+    outer.insert(0, std::move(inner));
+    EXPECT_TRUE(isValid(markupOf(serialise(*nested, Browser::Modern))));
+
     // A source that was tampered with is none.
     std::u16string page = plainOf(deck);
     page.replace(page.find(u")one("), 5, u")uno(");
@@ -167,7 +177,7 @@ TEST(ConvertForeign, WhatFuzzingFound) {
         const char16_t* to;
         const char* expected;
     };
-    const std::array<Case, 9> cases{{
+    const std::array<Case, 12> cases{{
         {u"<wml><card><timer value=\"1\"/><p>a</p><p>b</p></card></wml>", u">a</p>",
          u" data-mark=x>c</p>", "<wml><card><timer value=\"1\"/><p>c</p><p>b</p></card></wml>"},
         {u"<wml><head><meta name=\"n\" content=\"c\"/></head><card><p>a</p></card></wml>",
@@ -190,8 +200,21 @@ TEST(ConvertForeign, WhatFuzzingFound) {
          "'>]><wml>&s;<card><p>b</p></card><card><p>a</p></card></wml>"},
         {u"<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>a</p></card></wml>", u"<p ", u"b<p ",
          "<!DOCTYPE wml [<!ENTITY q '<p/>'>]><wml><card>&q;<p>b</p><p>a</p></card></wml>"},
+        {u"<wml><card><p>a<table columns=\"1\"><!-- c --><tr><!-- d "
+         u"--><td>b</td></tr></table></p></card></wml>",
+         u"b</td>", u"</td><td>b</td>",
+         "<wml><card><p>a<table columns=\"1\"><!-- c --><tr><!-- d "
+         "--><td></td><td>b</td></tr></table></p></card></wml>"},
+        {u"<wml><card><p>a<table columns=\"1\"><!-- c "
+         u"--><tr><td>b</td></tr></table></p></card></wml>",
+         u"<tbody>", u"</table></p></div></div>",
+         "<wml><card><p>a</p></card><card><p>b</p></card></wml>"},
         {u"<wml><card id=\"c\"><p id=\"p\">a</p></card></wml>", u"</div></div>", u"",
          "<wml><card><p>a</p></card><card id=\"c\"><p id=\"p\">a</p></card></wml>"},
+        {u"<wml><card><pre>a<anchor><prev id=\"i\"/></anchor>&#98;</pre></card></wml>",
+         u"</pre></div></div>", u"",
+         "<wml><card><pre>a&#98;</pre></card><card><pre>a<anchor><prev "
+         "id=\"i\"/></anchor>&#98;</pre></card></wml>"},
     }};
     for (const auto& [deck, from, to, expected] : cases) {
         std::u16string page = plainOf(deck);

@@ -42,9 +42,10 @@ inline xmlParserInputPtr fetchNothing(const char* /*url*/, const char* /*id*/,
 
 inline Verdict verdict(std::string_view utf8) {
     xmlSetExternalEntityLoader(fetchNothing);
-    // Without namespaces, which are another matter; without its own limits of depth.
-    const int options =
-        XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_SAX1 | XML_PARSE_HUGE;
+    // Without namespaces, which are another matter; without its own limits of depth; as UTF-8
+    // whatever the text says, since we look at a text that is decoded already.
+    const int options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_SAX1 |
+                        XML_PARSE_HUGE | XML_PARSE_IGNORE_ENC;
     Verdict verdict;
     xmlSetStructuredErrorFunc(&verdict, collect);
     xmlParserCtxtPtr context = xmlNewParserCtxt();

@@ -158,7 +158,7 @@ TEST_F(ProjectCommand, SettlesConflictsWithThePerson) {
 TEST_F(ProjectCommand, AsksWhereANewDeckGoesAndWhatIsRemoved) {
     makeProject({"index"});
     write("old/picture.gif", "GIF");
-    TerminalSession made(folder, {"new", "old", "--name", "Old", "--from", "source/index.wml"});
+    TerminalSession made(folder, {"new", "old", "--name", "OLD", "--from", "source/index.wml"});
     EXPECT_TRUE(made.sees("Overwrite it? [y/N] "));
     made.types("y\n");
     EXPECT_TRUE(made.sees("index.wml already exists in the directory /"));
@@ -182,6 +182,20 @@ TEST_F(ProjectCommand, AsksWhereANewDeckGoesAndWhatIsRemoved) {
     const auto report = nlohmann::json::parse(inside.out);
     EXPECT_EQ(report["left"], nlohmann::json({"."}));
     EXPECT_EQ(report["removed"].size(), 4);
+
+    makeProject({"index"});
+    write("old/picture.gif", "GIF");
+    fs::permissions(folder / "old/Old.cvp", fs::perms::owner_read);
+    const auto closed = everything();
+    EXPECT_TRUE(holds(run("new old --name old --from source/index.wml --on-conflict overwrite"),
+                      "old/Old.cvp: is read-only"));
+    EXPECT_EQ(everything(), closed);
+    fs::permissions(folder / "old/Old.cvp", fs::perms::owner_all);
+    fs::create_directory_symlink("old", folder / "link");
+    const Outcome linked = run("delete link/Old.cvp --yes");
+    EXPECT_EQ(linked.status, 1) << "the picture stays behind the link";
+    EXPECT_TRUE(holds(linked, "old/picture.gif: could not be removed")) << linked.out;
+    EXPECT_FALSE(fs::exists(fs::symlink_status(folder / "link")));
 }
 
 TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
