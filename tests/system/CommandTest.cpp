@@ -121,8 +121,8 @@ TEST_F(Command, TakesDecksToThePageAndBack) {
     EXPECT_EQ(back.out, support::bytesOf(deck));
 
     // What comes back is UTF-8, and must not say that it is something else.
-    const std::string latin = (folder / "latin.wml").string();
-    std::ofstream(latin) << "<?xml version=\"1.0\" encoding='ISO-8859-1'?>\n<wml>\xE9</wml>";
+    const std::string latin =
+        write("latin.wml", "<?xml version=\"1.0\" encoding='ISO-8859-1'?>\n<wml>\xE9</wml>");
     EXPECT_EQ(run("convert " + latin + " --to plain -o " + page).status, 0);
     EXPECT_EQ(run("convert " + page + " --to markup").out,
               "<?xml version=\"1.0\" encoding='UTF-8'?>\n<wml>\u00E9</wml>");
