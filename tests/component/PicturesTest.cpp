@@ -27,7 +27,7 @@ using Bytes = std::vector<std::uint8_t>;
 std::shared_ptr<Picture> expectPicture(const std::u16string& name, PictureKind kind,
                                        std::int32_t side, std::int32_t bitsPerPixel,
                                        std::size_t size, const Bytes& header) {
-    const auto made = picture(name, kind);
+    auto made = picture(name, kind);
     const auto bytes = made->bytes();
     EXPECT_EQ(bytes.size(), size);
     EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + std::ssize(header)), header);
