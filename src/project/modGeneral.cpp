@@ -18,7 +18,7 @@ std::u16string askForName(const clStringEx& stringEx) {
                                              u"Select File name", u"");
     };
     for (;;) {
-        const std::u16string answer = ask();
+        std::u16string answer = ask();
         if (answer.empty()) {
             const MsgBoxAnswer cancel = Platform::current()->MsgBox(
                 u"You are about to cancel this operation.\nAre you sure?",
