@@ -36,6 +36,18 @@ inline Bytes upTo(Bytes bytes, char c) {
 inline Bytes either(Bytes a, Bytes b) {
     return _mm_or_si128(a, b);
 }
+inline Bytes both(Bytes a, char16_t b) {
+    return _mm_and_si128(a, _mm_set1_epi8(static_cast<char>(b)));
+}
+inline Bytes differing(Bytes a, Bytes b) {
+    return _mm_xor_si128(a, b);
+}
+/// Writes sixteen bytes as units.
+inline void widen(Bytes bytes, char16_t* to) {
+    auto* const units = reinterpret_cast<__m128i*>(to);
+    _mm_storeu_si128(units, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+    _mm_storeu_si128(units + 1, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+}
 inline unsigned maskOf(Bytes answers) {
     return static_cast<unsigned>(_mm_movemask_epi8(answers));
 }

@@ -1,5 +1,7 @@
 #include "ravikit/convert/Carrier.h"
 
+#include "ravikit/Scan.h"
+
 #include <algorithm>
 #include <array>
 
@@ -13,16 +15,16 @@ constexpr std::u16string_view letters =
 constexpr std::uint8_t noDigit = 0xFF;
 constexpr char16_t none = 0xFFFF;
 
-/// What is frequent in markup but not safe in HTML, and the letter that stands for it.
+/// What is frequent in markup but not safe in HTML, and the rare sign that stands for it.
 struct Swap {
     char16_t unit;
     char16_t letter;
 };
-constexpr std::array swaps{Swap{u' ', u'_'},  Swap{u'<', u'('},  Swap{u'>', u')'},
-                           Swap{u'"', u'*'},  Swap{u'\n', u'!'}, Swap{u'=', u':'},
-                           Swap{u'\r', u'^'}, Swap{u'\t', u'|'}, Swap{u'&', u'+'}};
-constexpr std::u16string_view asTheyAre = u"/?;,#@$-.%{}[]";
-constexpr char16_t runMark = u'~'; ///< around a run of units with three digits each
+constexpr std::array swaps{Swap{u' ', u'~'},   Swap{u'<', u'['},  Swap{u'>', u']'},
+                           Swap{u'"', u'*'},   Swap{u'\n', u'^'}, Swap{u'=', u'|'},
+                           Swap{u'\r', u'\\'}, Swap{u'\t', u'{'}, Swap{u'&', u'+'}};
+constexpr std::u16string_view asTheyAre = u"/?;,#@$-.%_:()!'}";
+constexpr char16_t runMark = u'`'; ///< around a run of units with three digits each
 
 struct Tables {
     std::array<char16_t, 128> letterOf{}; ///< `none` if the unit has none
@@ -58,28 +60,42 @@ constexpr char16_t counterpart(Way way, char16_t unit) {
     return unit < table.size() ? table[unit] : none;
 }
 
-/// Writes what stands for four units to `to` and says whether all have something.
+#if defined(__SSE2__)
+/// Writes the counterparts of sixteen units to `to` and gives the number of those ahead of the
+/// first that has none.
 template <Way way>
-bool exchangeFour(const char16_t* at, char16_t* to) {
-    const auto& table = way == Way::ToLetters ? tables.letterOf : tables.unitOf;
-    if ((at[0] | at[1] | at[2] | at[3]) >= static_cast<int>(table.size())) {
-        return false;
+std::ptrdiff_t exchangeMany(const char16_t* at, char16_t* to) {
+    const scan::Bytes bytes = scan::narrowed(at);
+    scan::Bytes others = bytes;
+    scan::Bytes alone = scan::either(bytes, scan::equals(bytes, 0x7F)); // if the highest bit is set
+    alone = scan::either(alone, scan::equals(bytes, runMark));
+    for (const Swap& swap : swaps) {
+        const bool there = way == Way::ToLetters;
+        const scan::Bytes mine = scan::equals(bytes, there ? swap.unit : swap.letter);
+        others = scan::differing(others, scan::both(mine, swap.unit ^ swap.letter));
+        alone = scan::either(alone, scan::equals(bytes, there ? swap.letter : swap.unit));
     }
-    to[0] = table[at[0]];
-    to[1] = table[at[1]];
-    to[2] = table[at[2]];
-    to[3] = table[at[3]];
-    return (to[0] | to[1] | to[2] | to[3]) != none;
+    scan::widen(others, to);
+    alone = scan::either(alone, scan::upTo(way == Way::ToLetters ? others : bytes, 0x1F));
+    const unsigned mask = scan::maskOf(alone);
+    return mask == 0 ? scan::stride : __builtin_ctz(mask);
 }
+#endif
 
 /// Writes the counterparts of the units from `at` on to `to`, up to the first that has none, where
-/// it leaves both.
+/// it leaves both. It may write more than that, but not beyond as many as there are units.
 template <Way way>
 void exchange(const char16_t*& at, const char16_t* end, char16_t*& to) {
-    while (end - at >= 4 && exchangeFour<way>(at, to)) {
-        at += 4;
-        to += 4;
+#if defined(__SSE2__)
+    while (end - at >= scan::stride) {
+        const std::ptrdiff_t count = exchangeMany<way>(at, to);
+        at += count;
+        to += count;
+        if (count != scan::stride) {
+            return;
+        }
     }
+#endif
     for (; at != end; ++at, ++to) {
         const char16_t other = counterpart(way, *at);
         if (other == none) {

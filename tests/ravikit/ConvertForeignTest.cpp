@@ -95,7 +95,7 @@ TEST(ConvertForeign, MarksThatDoNotHold) {
 
     // A source that was tampered with is none.
     std::u16string page = plainOf(deck);
-    page.replace(page.find(u")one("), 5, u")uno(");
+    page.replace(page.find(u"]one["), 5, u"]uno[");
     EXPECT_NE(markupOf(page).find(u"<p>one</p>"), std::u16string::npos);
 }
 
