@@ -43,6 +43,23 @@ void addJson(CLI::App* command, Options& options) {
     command->add_flag("--json", options.json, "Print JSON instead of text");
 }
 
+/// Prints what the command line has wrong, or the help that it asks for, and gives the exit status.
+int reportUsage(const CLI::App& app, const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+        return app.exit(error);
+    }
+    // Of a command that isn't there the library says no more than that one is required.
+    const std::vector<std::string> unknown = app.remaining();
+    if (app.get_subcommands().empty() && !unknown.empty()) {
+        const std::string& word = unknown.front();
+        std::cerr << "tessaly: `" << word << "` is no " << (word[0] == '-' ? "option" : "command")
+                  << "; `tessaly --help` lists them\n";
+    } else {
+        app.exit(error);
+    }
+    return static_cast<int>(ExitStatus::Usage);
+}
+
 int run(int argc, char** argv) {
     Options options;
     CLI::App app("Looks after projects and decks of WML from a terminal.", "tessaly");
@@ -102,7 +119,7 @@ int run(int argc, char** argv) {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : static_cast<int>(ExitStatus::Usage);
+        return reportUsage(app, error);
     }
 
     const bool terminal = isatty(STDOUT_FILENO) == 1;

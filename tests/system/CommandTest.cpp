@@ -74,6 +74,7 @@ TEST_F(Command, KeepsItsExitStatusesApart) {
     const std::pair<std::string, int> statuses[] = {
         {"", 2},
         {"check", 2},
+        {"chek weather", 2},
         {"cards x.wml --as pictures", 2},
         {"--help", 0},
         {"--version", 0},
@@ -91,6 +92,7 @@ TEST_F(Command, KeepsItsExitStatusesApart) {
     for (const auto& [arguments, status] : statuses) {
         EXPECT_EQ(run(arguments).status, status) << arguments;
     }
+    EXPECT_TRUE(holds(run("chek weather", true), "`chek` is no command"));
     const std::string gone = write("gone.cvp", "Site=Gone\r\nDocument=nowhere\r\n");
     const Outcome missing = run("check " + gone, true);
     EXPECT_EQ(missing.status, 3);
