@@ -1,4 +1,5 @@
 #include "apps/cli/DeckNames.h"
+#include "apps/cli/KeptFile.h"
 #include "apps/cli/ProjectCommands.h"
 #include "apps/cli/ProjectReport.h"
 #include "apps/cli/ProjectWork.h"
@@ -88,8 +89,10 @@ ExitStatus change(std::string (*one)(const Changing&, const std::string&), const
         done += what.empty() ? "" : what + '\n';
     }
     if (!done.empty()) {
+        const KeptFile kept(lookUp(*work.fullPath(file)).path); // whose case may differ
         project->Save();
         if (!work.isOnDisk(*project, file)) {
+            work.fail(file, kept.putBack() ? "holds what it held before" : "could not be put back");
             return work.status();
         }
     }

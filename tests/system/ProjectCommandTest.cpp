@@ -348,6 +348,23 @@ TEST_F(ProjectCommand, NamesTheFileThatTheDiskIsTooSmallFor) {
     EXPECT_EQ(read("new/index.wml"), deckOf("index"));
 }
 
+TEST_F(ProjectCommand, PutsTheProjectFileBackThatTheDiskIsTooSmallFor) {
+    std::vector<std::string> names;
+    for (const char letter : std::string("abcdefg")) {
+        names.emplace_back(100, letter);
+    }
+    makeProject(names);
+    const std::string last(250, 'x');
+    write("old/" + last + ".wml", deckOf("last"));
+    const auto before = everything();
+    const std::string kilobyte = "ulimit -f 2 && " TESSALY_COMMAND; // in blocks of 512 bytes
+    const Outcome full = system_test::runIn(folder, "add old/OLD.cvp " + last, true, kilobyte);
+    EXPECT_EQ(full.status, 3);
+    EXPECT_EQ(full.out, "tessaly: old/OLD.cvp: the project file was not written in full\n"
+                        "tessaly: old/OLD.cvp: holds what it held before\n");
+    EXPECT_EQ(everything(), before);
+}
+
 TEST_F(ProjectCommand, TakesUnusualNames) {
     const std::vector<std::string> names = {
         std::string(251, 'x'),      "dots..",          "blank ", "-a",
