@@ -77,6 +77,19 @@ constexpr auto byName = [] {
     return sorted;
 }();
 
+/// For each small letter the place of the first name in `byName` that begins with it or a later
+/// one.
+constexpr auto placeByInitial = [] {
+    std::array<std::uint8_t, 27> places{};
+    for (std::size_t letter = 0; letter < places.size(); ++letter) {
+        while (places[letter] < byName.size() &&
+               byName[places[letter]].name.front() < u'a' + static_cast<char16_t>(letter)) {
+            ++places[letter];
+        }
+    }
+    return places;
+}();
+
 constexpr bool isBlock(Element e) {
     return e == Element::HtmlBlock || (e >= Element::Wml && e <= Element::Fieldset);
 }
@@ -111,12 +124,13 @@ bool isWithoutText(const Tree& tree, Tree::Id reference) {
 } // namespace
 
 Element elementOf(std::u16string_view name) {
-    const char16_t initial = name.empty() ? u'\0' : name.front();
-    const auto* const from = std::partition_point(
-        byName.begin(), byName.end(), [=](const Named& one) { return one.name.front() < initial; });
-    for (const auto* one = from; one != byName.end() && one->name.front() == initial; ++one) {
-        if (one->name == name) {
-            return one->element;
+    if (name.empty() || name.front() < u'a' || name.front() > u'z') {
+        return Element::Unknown;
+    }
+    const auto letter = static_cast<std::size_t>(name.front() - u'a');
+    for (std::size_t place = placeByInitial[letter]; place < placeByInitial[letter + 1]; ++place) {
+        if (byName[place].name == name) {
+            return byName[place].element;
         }
     }
     return Element::Unknown;
