@@ -5,7 +5,6 @@
 namespace {
 
 using namespace convert_test;
-using ravikit::PageTree;
 
 unsigned switches = 0;
 

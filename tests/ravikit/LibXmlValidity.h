@@ -32,8 +32,8 @@ inline bool isValid(std::string_view utf8) {
     named += utf8.substr(hasDoctype ? doctype.size() : 0);
     xmlSetExternalEntityLoader(fetchDtd);
     const int options = quiet | XML_PARSE_NOENT | XML_PARSE_DTDLOAD | XML_PARSE_DTDVALID;
-    const xmlParserCtxtPtr context = xmlNewParserCtxt();
-    const xmlDocPtr document = xmlCtxtReadMemory(
+    xmlParserCtxt* const context = xmlNewParserCtxt();
+    xmlDoc* const document = xmlCtxtReadMemory(
         context, named.data(), static_cast<int>(named.size()), "deck", nullptr, options);
     const bool valid = context->wellFormed != 0 && context->valid != 0;
     xmlFreeDoc(document);

@@ -153,8 +153,9 @@ TEST_F(Command, EndsOnHostileInput) {
     EXPECT_EQ(run("check " + deep + ' ' + many + ' ' + nul).status, 1);
     EXPECT_EQ(run("cards " + deep).status, 1);
 
-    const std::string line = write("line.cvp", "Site=" + std::string(50'000'000, '='));
-    EXPECT_EQ(run("info " + line).status, 1);
+    std::string line = "Site=";
+    line.resize(50'000'000, '=');
+    EXPECT_EQ(run("info " + write("line.cvp", line)).status, 1);
     std::string names = "Site=Names\r\n";
     for (const char* name : {"..\\..\\etc\\passwd", "C:\\deck", "Z:deck", "con", "a\tb", "\x01"}) {
         const std::string project =
