@@ -33,14 +33,14 @@ const ravikit::Declarations& known() {
     return ravikit::Dtd::builtIn()->declarations();
 }
 
-std::u16string toPlain(std::u16string text) {
+std::u16string toPlain(const std::u16string& text) {
     ravikit::Problems problems;
-    return ravikit::markupToPlain(text, true, &known(), problems) ? text : std::u16string();
+    return ravikit::markupToPlain(text, true, &known(), problems).value_or(u"");
 }
 
-std::u16string toMarkup(std::u16string text) {
+std::u16string toMarkup(std::u16string_view text) {
     ravikit::Problems problems;
-    return ravikit::plainToMarkup(text, false, &known(), problems) ? text : std::u16string();
+    return ravikit::plainToMarkup(text, false, &known(), problems).value_or(u"");
 }
 
 bool isValid(const std::u16string& markup) {

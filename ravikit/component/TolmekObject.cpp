@@ -5,6 +5,7 @@
 #include "ravikit/component/ParseErrorObject.h"
 #include "ravikit/convert/Convert.h"
 
+#include <optional>
 #include <utility>
 
 namespace tessaly {
@@ -50,14 +51,22 @@ public:
 private:
     bool toPlain(std::u16string& text, bool strict) {
         Problems problems;
-        return ravikit::markupToPlain(text, strict, &m_dtd->declarations(), problems) ||
-               refuse(text, std::move(problems));
+        auto page = ravikit::markupToPlain(text, strict, &m_dtd->declarations(), problems);
+        return replace(text, std::move(page), std::move(problems));
     }
 
     bool toMarkup(std::u16string& page, bool strict) {
         Problems problems;
-        return ravikit::plainToMarkup(page, strict, &m_dtd->declarations(), problems) ||
-               refuse(page, std::move(problems));
+        auto markup = ravikit::plainToMarkup(page, strict, &m_dtd->declarations(), problems);
+        return replace(page, std::move(markup), std::move(problems));
+    }
+
+    bool replace(std::u16string& text, std::optional<std::u16string> other, Problems problems) {
+        if (!other) {
+            return refuse(text, std::move(problems));
+        }
+        text = *std::move(other);
+        return true;
     }
 
     bool refuse(const std::u16string& text, Problems problems) {

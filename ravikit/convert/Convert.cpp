@@ -8,8 +8,8 @@
 
 namespace ravikit {
 
-bool markupToPlain(std::u16string& text, bool strict, const Declarations* known,
-                   Problems& problems) {
+std::optional<std::u16string> markupToPlain(const std::u16string& text, bool strict,
+                                            const Declarations* known, Problems& problems) {
     const auto tree = parseInPlace(text, known);
     const Tree::Id root = tree->documentElement();
     const std::u16string_view name = root == Tree::none ? std::u16string_view() : tree->name(root);
@@ -26,25 +26,23 @@ bool markupToPlain(std::u16string& text, bool strict, const Declarations* known,
                          quoted(name) + u" is neither a deck, `wml`, nor a card, `card`");
         }
         if (problems.list().size() != before) {
-            return false;
+            return std::nullopt;
         }
     }
-    text = writePage(*tree);
-    return true;
+    return writePage(*tree);
 }
 
-bool plainToMarkup(std::u16string& page, bool strict, const Declarations* known,
-                   Problems& problems) {
+std::optional<std::u16string> plainToMarkup(std::u16string_view page, bool strict,
+                                            const Declarations* known, Problems& problems) {
     PageTree tree;
     if (!readLiterally(page, tree) && !readAsBrowser(page, tree, problems)) {
-        return false;
+        return std::nullopt;
     }
     std::u16string markup;
     if (!mergePage(tree, strict, known, markup, problems)) {
-        return false;
+        return std::nullopt;
     }
-    page = std::move(markup);
-    return true;
+    return markup;
 }
 
 } // namespace ravikit

@@ -71,6 +71,7 @@ TEST(Conversion, GoesBothWays) {
 
     text = u"<P>typed<SCRIPT>x</SCRIPT>";
     EXPECT_FALSE(tolmek->convertText(kindPlain, kindMarkup, text, true));
+    EXPECT_EQ(text, u"<P>typed<SCRIPT>x</SCRIPT>");
     EXPECT_EQ(tolmek->lastError()->number(), numberOf(ProblemKind::NotConvertible));
     EXPECT_TRUE(tolmek->convertText(kindPlain, kindMarkup, text, false));
     EXPECT_TRUE(tolmek->isValidText(text));

@@ -138,12 +138,10 @@ TEST(ConvertForeign, MovesAndUnseenThings) {
 }
 
 TEST(ConvertForeign, StrictRefusesWhatItWouldDrop) {
-    const auto strict = [](std::u16string page) {
+    const auto strict = [](const std::u16string& page) {
         ravikit::Problems problems;
-        const std::u16string before = page;
-        const bool good = ravikit::plainToMarkup(page, true, nullptr, problems);
+        const bool good = ravikit::plainToMarkup(page, true, nullptr, problems).has_value();
         EXPECT_EQ(good, problems.empty());
-        EXPECT_TRUE(good || page == before);
         return good;
     };
     EXPECT_TRUE(strict(u"<p>x <b>y</b></p>"));

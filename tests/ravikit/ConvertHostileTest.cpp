@@ -8,16 +8,16 @@ using namespace convert_test;
 using support::repeated;
 
 /// How many x the deck of `page` has, which is valid; -1 if the page is refused.
-std::ptrdiff_t keptOf(std::u16string page) {
+std::ptrdiff_t keptOf(const std::u16string& page) {
     ravikit::Problems problems;
-    const bool good = ravikit::plainToMarkup(page, false, nullptr, problems);
-    EXPECT_NE(good, !problems.empty());
-    if (!good) {
+    const auto deck = ravikit::plainToMarkup(page, false, nullptr, problems);
+    EXPECT_NE(deck.has_value(), !problems.empty());
+    if (!deck) {
         return -1;
     }
-    EXPECT_EQ(faultOf(page), "");
-    return std::count(page.begin() + static_cast<std::ptrdiff_t>(page.find(u"<card")), page.end(),
-                      u'x');
+    EXPECT_EQ(faultOf(*deck), "");
+    return std::count(deck->begin() + static_cast<std::ptrdiff_t>(deck->find(u"<card")),
+                      deck->end(), u'x');
 }
 
 constexpr std::size_t many = 50000;

@@ -16,16 +16,12 @@ const ravikit::Declarations& known() {
     return ravikit::Dtd::builtIn()->declarations();
 }
 
-/// What a conversion made of `text`; none if it refused, which it must give a reason for.
-std::optional<std::u16string> outcome(bool good, const std::u16string& before,
-                                      const std::u16string& after,
+/// What a conversion made of `text`, which must have a reason if it refused, and only then.
+std::optional<std::u16string> outcome(std::optional<std::u16string> other,
+                                      const std::u16string& text,
                                       const ravikit::Problems& problems) {
-    if (good) {
-        expect(problems.empty(), "converted, and a problem", before, after);
-        return after;
-    }
-    expect(!problems.empty() && after == before, "a refusal without a reason", before, after);
-    return std::nullopt;
+    expect(problems.empty() == other.has_value(), "a problem, or a refusal without one", text);
+    return other;
 }
 
 /// How often each character is shown that a deck can hold.
@@ -60,17 +56,15 @@ void expect(bool holds, const std::string& what, const std::u16string& a, const 
 }
 
 std::optional<std::u16string> pageOf(const std::u16string& deck) {
-    std::u16string text = deck;
     ravikit::Problems problems;
-    const bool good = ravikit::markupToPlain(text, true, &known(), problems);
-    return outcome(good, deck, text, problems);
+    auto page = ravikit::markupToPlain(deck, true, &known(), problems);
+    return outcome(std::move(page), deck, problems);
 }
 
 std::optional<std::u16string> deckOf(const std::u16string& page) {
-    std::u16string text = page;
     ravikit::Problems problems;
-    const bool good = ravikit::plainToMarkup(text, false, &known(), problems);
-    return outcome(good, page, text, problems);
+    auto deck = ravikit::plainToMarkup(page, false, &known(), problems);
+    return outcome(std::move(deck), page, problems);
 }
 
 std::u16string plainOf(const std::u16string& deck) {
