@@ -88,7 +88,7 @@ std::string ClassRegistry::userFile() {
         return std::string(value == nullptr ? "" : value);
     };
     const std::string data = variable("XDG_DATA_HOME");
-    if (data.starts_with('/')) { // a relative one is to be ignored, says its specification
+    if (data.starts_with('/')) { // a relative one is to be ignored
         return data + "/tessaly/classes";
     }
     const std::string home = variable("HOME");
