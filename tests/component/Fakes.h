@@ -10,13 +10,12 @@ namespace fakes {
 
 class NodeList : public IXMLDOMNodeList {
 public:
-    std::int32_t length() override { return static_cast<std::int32_t>(nodes.size()) + unseen; }
+    std::int32_t length() override { return static_cast<std::int32_t>(nodes.size()); }
     std::shared_ptr<IXMLDOMNode> item(std::int32_t index) override {
         const bool inside = index >= 0 && index < static_cast<std::int32_t>(nodes.size());
         return inside ? nodes[static_cast<std::size_t>(index)] : nullptr;
     }
     std::vector<std::shared_ptr<IXMLDOMNode>> nodes;
-    std::int32_t unseen = 0; // a longer list without the nodes
 };
 
 /// Text with tags, cut up by plain search: enough to count elements and to slice them out.

@@ -99,11 +99,7 @@ public:
     }
 
     /// True if the next call on the disk fails. For calls whose failure is handled on the spot.
-    bool fails() {
-        ++m_calls;
-        return m_fault.call > 0 &&
-               (m_calls == m_fault.call || (m_fault.onwards && m_calls > m_fault.call));
-    }
+    bool fails() { return m_fault.strikes(++m_calls); }
     std::int32_t calls() const { return m_calls; }
 
     Outcome now;

@@ -23,7 +23,11 @@ std::shared_ptr<Picture> picture(const Value& name, PictureKind kind) {
 
 using Bytes = std::vector<std::uint8_t>;
 
-/// The picture of that name, whose properties and first bytes are as told.
+bool isRefused(const Value& name, PictureKind kind) {
+    return codeOf([&] { picture(name, kind); }) == FailureCode::ResourceNotFound;
+}
+
+/// The picture of that name and kind alone, whose properties and first bytes are as told.
 std::shared_ptr<Picture> expectPicture(const std::u16string& name, PictureKind kind,
                                        std::int32_t side, std::int32_t bitsPerPixel,
                                        std::size_t size, const Bytes& header) {
@@ -34,6 +38,8 @@ std::shared_ptr<Picture> expectPicture(const std::u16string& name, PictureKind k
     EXPECT_TRUE(made->kind() == kind && made->name() == name);
     EXPECT_TRUE(made->width() == side && made->height() == side);
     EXPECT_EQ(made->bitsPerPixel(), bitsPerPixel);
+    const bool isIcon = kind == PictureKind::Icon;
+    EXPECT_TRUE(isRefused(name, isIcon ? PictureKind::Bitmap : PictureKind::Icon));
     return made;
 }
 
@@ -51,7 +57,6 @@ TEST(Pictures, EveryIconIsAnIconFileWithAPaletteAndAMask) {
         const auto pixels = icon->bytes().subspan(62 + 1024, 1024);
         const auto mask = icon->bytes().subspan(62 + 2048);
         int transparent = 0;
-        int ink = 0;
         for (std::size_t i = 0; i < 1024; ++i) {
             const std::uint8_t* colour = &palette[std::size_t{pixels[i]} * 4];
             const bool black = colour[0] == 0 && colour[1] == 0 && colour[2] == 0;
@@ -59,10 +64,8 @@ TEST(Pictures, EveryIconIsAnIconFileWithAPaletteAndAMask) {
             // Another colour than black would tint the background.
             EXPECT_TRUE(black || !isTransparent) << "pixel " << i;
             transparent += isTransparent ? 1 : 0;
-            ink += !isTransparent && colour[1] < 64 ? 1 : 0;
         }
         EXPECT_GT(transparent, 100);
-        EXPECT_GT(ink, 50);
         images.emplace(icon->bytes().begin(), icon->bytes().end());
     }
     EXPECT_EQ(images.size(), 11U);
@@ -77,26 +80,15 @@ TEST(Pictures, EveryBitmapIsAnUncompressedBitmapFile) {
                           {'B', 'M', 0x36, 0x03, 0, 0, 0,  0, 0, 0, 54, 0, 0,  0, 40, 0,
                            0,   0,   16,   0,    0, 0, 16, 0, 0, 0, 1,  0, 24, 0, 0});
         const auto pixels = bitmap->bytes().subspan(54);
-        const auto white = std::count(pixels.begin(), pixels.end(), 255);
-        EXPECT_TRUE(white > 100 && white < 740) << white;
         images.emplace(pixels.begin(), pixels.end());
     }
     EXPECT_EQ(images.size(), 23U);
 }
 
-TEST(Pictures, ANameBelongsToOneKind) {
-    const auto refused = [](const Value& name, PictureKind kind) {
-        return codeOf([&] { picture(name, kind); }) == FailureCode::ResourceNotFound;
-    };
-    for (const std::u16string& name : icons) {
-        EXPECT_TRUE(refused(name, PictureKind::Bitmap)) << testing::PrintToString(name);
-    }
-    for (const std::u16string& name : bitmaps) {
-        EXPECT_TRUE(refused(name, PictureKind::Icon)) << testing::PrintToString(name);
-    }
+TEST(Pictures, ANameIsTakenAsAWhole) {
     for (const Value& name : {Value(u"BOL"), Value(u"BOLD.ico"), Value(u""), Value(u"1"), Value(1),
                               Value(true), Value(), Value(ObjectRef())}) {
-        EXPECT_TRUE(refused(name, PictureKind::Icon)) << name.index();
+        EXPECT_TRUE(isRefused(name, PictureKind::Icon)) << name.index();
     }
 }
 
@@ -113,8 +105,4 @@ TEST_F(Component, TheCatalogueServesThePicturesOfTheStore) {
     EXPECT_NE(bold, first);
     EXPECT_EQ(bold->bytes().data(), first->bytes().data());
     EXPECT_EQ(narrow<Picture>(format->iconSmall(u"Bold"))->name(), u"BOLDS");
-
-    format->formats()->Add(u"Plain", u"", u"normal", u"BOLD", u"Plain");
-    EXPECT_EQ(narrow<Picture>(format->icon(u"Plain"))->name(), u"NORMAL");
-    EXPECT_EQ(codeOf([&] { format->iconSmall(u"Plain"); }), FailureCode::ResourceNotFound);
 }

@@ -30,6 +30,24 @@ Log convertsMarkup(const std::string& text) {
 Log convertsPage(const std::string& html) {
     return {"outerHTML", "convertText 0 1 [" + html + "] False"};
 }
+Log givesPage(const std::string& text) {
+    return convertsMarkup(text) + Log{"innerHTML= html:" + text} + showsPage;
+}
+Log givesBlankPage(const std::string& text) {
+    return parsesMarkup(text) + writesBlankPage + showsPage;
+}
+Log isRefused(const std::string& text) {
+    return convertsMarkup(text) + refusal + showsMarkup;
+}
+Log givesMarkup(const std::string& html) {
+    return convertsPage(html) + Log{"rtb.Text= wml:[" + html + "]"} + showsMarkup;
+}
+/// What a handler sees that goes from an empty page to the markup and back.
+Log goesToMarkupAndBack() {
+    return Log{"innerHTML", "innerText"} + writesBlankDeck +
+           Log{"rtb.Visible= True", "browser.Visible= False"} +
+           parsesMarkup(R"(<?xml version="1.0" encoding="UTF-8"?><wml></wml>)") + writesBlankPage;
+}
 const Log looksForDiv{"innerHTML", "innerText", "innerText", "getElementsByTagName div"};
 const Log looksForDivAroundPictures{"innerHTML", "innerText", "innerText", "innerHTML",
                                     "getElementsByTagName div"};
@@ -50,8 +68,12 @@ struct After {
     enumView view; // then in force
     Held held;
 };
+constexpr After toPlain{vPLain, vPLain, Taken};
+constexpr After toBlankPage{vPLain, vPLain, Parsed};
+constexpr After backToMarkup{vPLain, vMarkup, Taken};
+constexpr After toMarkup{vMarkup, vMarkup, Kept};
+constexpr After toNoView{noView, noView, Kept};
 struct Switch {
-    const char* name;
     Before before;
     After after;
     Log log;
@@ -94,93 +116,56 @@ protected:
 
 TEST_F(Views, EverySwitch) {
     const std::vector<Switch> table{
-        {"none, none", {none}, {none, none, Kept}, {"formats markup"}},
-        {"plain, plain", {vPLain}, {vPLain, vPLain, Kept}, {"formats page"}},
-        {"markup, markup", {vMarkup}, {vMarkup, vMarkup, Kept}, {"formats markup"}},
-        {"no view, no view", {noView}, {noView, noView, Kept}, {"formats markup"}},
+        {{none}, {none, none, Kept}, {"formats markup"}},
+        {{vPLain}, {vPLain, vPLain, Kept}, {"formats page"}},
+        {{vMarkup}, {vMarkup, vMarkup, Kept}, {"formats markup"}},
+        {{noView}, {noView, noView, Kept}, {"formats markup"}},
 
-        {"none, markup", {none}, {vMarkup, vMarkup, Kept}, showsMarkup},
-        {"none, plain",
-         {none},
-         {vPLain, vPLain, Taken},
-         convertsMarkup("<wml>t</wml>") + Log{"innerHTML= html:<wml>t</wml>"} + showsPage},
-        {"none, plain, refused",
-         {none, u"<wml>REFUSED</wml>"},
-         {vPLain, vMarkup, Taken},
-         convertsMarkup("<wml>REFUSED</wml>") + refusal + showsMarkup},
-        {"none, plain, no text",
-         {none, u""},
-         {vPLain, vPLain, Parsed},
-         parsesMarkup("") + writesBlankPage + showsPage},
+        {{none}, toMarkup, showsMarkup},
+        {{none}, toPlain, givesPage("<wml>t</wml>")},
+        {{none, u"<wml>REFUSED</wml>"}, backToMarkup, isRefused("<wml>REFUSED</wml>")},
+        {{none, u""}, toBlankPage, givesBlankPage("")},
 
-        {"plain, markup",
-         {vPLain, u"", u"<p>x</p>", u"x", true},
-         {vMarkup, vMarkup, Kept},
-         looksForDiv + convertsPage("<p>x</p>") + Log{"rtb.Text= wml:[<p>x</p>]"} + showsMarkup},
-        {"plain, markup, no div",
-         {vPLain, u"", u"x", u"x"},
-         {vMarkup, vMarkup, Kept},
-         looksForDiv + Log{"innerHTML", "innerHTML= <DIV>x</DIV>"} + convertsPage("<DIV>x</DIV>") +
-             Log{"rtb.Text= wml:[<DIV>x</DIV>]"} + showsMarkup},
-        {"plain, markup, pictures",
-         {vPLain, u"", u"<img>", u"", true},
-         {vMarkup, vMarkup, Kept},
-         looksForDivAroundPictures + convertsPage("<img>") + Log{"rtb.Text= wml:[<img>]"} +
-             showsMarkup},
-        {"plain, markup, pictures, no div",
-         {vPLain, u"", u"<img>"},
-         {vMarkup, vMarkup, Kept},
+        {{vPLain, u"", u"<p>x</p>", u"x", true}, toMarkup, looksForDiv + givesMarkup("<p>x</p>")},
+        {{vPLain, u"", u"x", u"x"},
+         toMarkup,
+         looksForDiv + Log{"innerHTML", "innerHTML= <DIV>x</DIV>"} + givesMarkup("<DIV>x</DIV>")},
+        {{vPLain, u"", u"<img>", u"", true},
+         toMarkup,
+         looksForDivAroundPictures + givesMarkup("<img>")},
+        {{vPLain, u"", u"<img>"},
+         toMarkup,
          looksForDivAroundPictures + Log{"innerHTML", "innerHTML= <BODY><DIV><img></DIV></BODY>"} +
-             convertsPage("<BODY><DIV><img></DIV></BODY>") +
-             Log{"rtb.Text= wml:[<BODY><DIV><img></DIV></BODY>]"} + showsMarkup},
-        {"plain, markup, empty",
-         {vPLain, u"stale"},
-         {vMarkup, vMarkup, Kept},
+             givesMarkup("<BODY><DIV><img></DIV></BODY>")},
+        {{vPLain, u"stale"},
+         toMarkup,
          Log{"innerHTML", "innerText"} + writesBlankDeck + showsMarkup},
-        {"plain, markup, refused",
-         {vPLain, u"stale", u"REFUSED", u"x"},
+        {{vPLain, u"stale", u"REFUSED", u"x"},
          {vMarkup, vPLain, Kept},
          looksForDiv + Log{"innerHTML", "innerHTML= <DIV>REFUSED</DIV>"} +
              convertsPage("<DIV>REFUSED</DIV>") + refusal + showsPage},
 
-        {"markup, plain",
-         {vMarkup},
-         {vPLain, vPLain, Taken},
-         convertsMarkup("<wml>t</wml>") + Log{"innerHTML= html:<wml>t</wml>"} + showsPage},
-        {"markup, plain, refused",
-         {vMarkup, u"<wml>REFUSED</wml>"},
-         {vPLain, vMarkup, Taken},
-         convertsMarkup("<wml>REFUSED</wml>") + refusal + showsMarkup},
-        {"markup, plain, not well-formed",
-         {vMarkup, u"ILLFORMED"},
-         {vPLain, vMarkup, Taken},
-         convertsMarkup("ILLFORMED") + refusal + showsMarkup},
-        {"markup, plain, no text",
-         {vMarkup, u""},
-         {vPLain, vPLain, Parsed},
-         parsesMarkup("") + writesBlankPage + showsPage},
-        {"markup, plain, empty deck",
-         {vMarkup, u"<wml></wml>"},
-         {vPLain, vPLain, Parsed},
-         parsesMarkup("<wml></wml>") + writesBlankPage + showsPage},
-        {"markup, plain, no deck",
-         {vMarkup, u"<other>x</other>"},
-         {vPLain, vPLain, Parsed},
-         parsesMarkup("<other>x</other>") + writesBlankPage + showsPage},
-        {"markup, plain, second deck",
-         {vMarkup, u"<wml></wml><wml>x</wml>"},
-         {vPLain, vPLain, Parsed},
-         parsesMarkup("<wml></wml><wml>x</wml>") + writesBlankPage + showsPage},
+        {{vMarkup}, toPlain, givesPage("<wml>t</wml>")},
+        {{vMarkup, u"<wml>REFUSED</wml>"}, backToMarkup, isRefused("<wml>REFUSED</wml>")},
+        {{vMarkup, u"ILLFORMED"}, backToMarkup, isRefused("ILLFORMED")},
+        {{vMarkup, u""}, toBlankPage, givesBlankPage("")},
+        {{vMarkup, u"<wml></wml>"}, toBlankPage, givesBlankPage("<wml></wml>")},
+        {{vMarkup, u"<other>x</other>"}, toBlankPage, givesBlankPage("<other>x</other>")},
+        {{vMarkup, u"<wml></wml><wml>x</wml>"},
+         toBlankPage,
+         givesBlankPage("<wml></wml><wml>x</wml>")},
 
-        {"none, no view", {none}, {noView, noView, Kept}, showsNeither},
-        {"plain, no view", {vPLain}, {noView, noView, Kept}, showsNeither},
-        {"markup, no view", {vMarkup}, {noView, noView, Kept}, showsNeither},
-        {"plain, none", {vPLain}, {none, none, Kept}, showsNeither},
-        {"no view, plain", {noView}, {vPLain, vPLain, Kept}, showsPage},
-        {"no view, markup", {noView}, {vMarkup, vMarkup, Kept}, showsMarkup},
+        {{none}, toNoView, showsNeither},
+        {{vPLain}, toNoView, showsNeither},
+        {{vMarkup}, toNoView, showsNeither},
+        {{vPLain}, {none, none, Kept}, showsNeither},
+        {{noView}, {vPLain, vPLain, Kept}, showsPage},
+        {{noView}, toMarkup, showsMarkup},
     };
     for (const Switch& row : table) {
-        SCOPED_TRACE(row.name);
+        SCOPED_TRACE("view " + std::to_string(row.before.view) + " to " +
+                     std::to_string(row.after.set) + ", markup " + ascii(row.before.markup) +
+                     ", page " + ascii(row.before.html) + (row.before.hasDiv ? ", div" : ""));
         const auto doc = documentIn(row.before);
         const auto dom = doc->DOM();
         const bool wasVisible = rtb->visible;
@@ -193,16 +178,6 @@ TEST_F(Views, EverySwitch) {
         EXPECT_EQ(doc->Content(), row.after.held == Taken ? row.before.markup : u"old");
         EXPECT_EQ(doc->DOM() == dom, row.after.held == Kept);
     }
-}
-
-TEST_F(Views, ARefusedSwitchIsTriedAgain) {
-    const auto doc = documentIn({none, u"<wml>ILLFORMED</wml>"});
-    const Log refused = convertsMarkup("<wml>ILLFORMED</wml>") + refusal + showsMarkup;
-    EXPECT_EQ(switchTo(*doc, vPLain), refused);
-    EXPECT_EQ(doc->DOM()->xml(), u"");
-    rtb->text = u"<wml>ILLFORMED</wml>"; // without what the formatter did
-    EXPECT_EQ(switchTo(*doc, vPLain), refused);
-    EXPECT_EQ(body().html, u"");
 }
 
 TEST_F(Views, AMissingControlFailsWithTheViewAlreadyChanged) {
@@ -263,11 +238,8 @@ TEST_F(Views, AHandlerMaySwitchDuringARefusal) {
         doc->view(vMarkup); // from the refused view, with an empty page
         doc->view(vPLain);
     };
-    const Log blankDeck = parsesMarkup(R"(<?xml version="1.0" encoding="UTF-8"?><wml></wml>)");
-    const Log expected =
-        convertsMarkup("<wml>REFUSED</wml>") + refusal + Log{"innerHTML", "innerText"} +
-        writesBlankDeck + Log{"rtb.Visible= True", "browser.Visible= False"} + blankDeck +
-        writesBlankPage + Log{"rtb.Visible= False", "browser.Visible= True"} + showsMarkup;
+    const Log expected = convertsMarkup("<wml>REFUSED</wml>") + refusal + goesToMarkupAndBack() +
+                         Log{"rtb.Visible= False", "browser.Visible= True"} + showsMarkup;
     EXPECT_EQ(switchTo(*doc, vPLain), expected);
     EXPECT_EQ(doc->view(), vMarkup);
 }
@@ -279,11 +251,7 @@ TEST_F(Views, AHostMaySwitchWhileTheBrowserNavigates) {
         browser->events().raise(&BrowserControlEvents::NavigateComplete2);
     };
     browser->events().raise(&BrowserControlEvents::BeforeNavigate2);
-    const Log blankDeck = parsesMarkup(R"(<?xml version="1.0" encoding="UTF-8"?><wml></wml>)");
-    const Log expected = Log({"DoEvents", "innerHTML", "innerText"}) + writesBlankDeck +
-                         Log{"rtb.Visible= True", "browser.Visible= False"} + blankDeck +
-                         writesBlankPage + showsMarkup;
-    EXPECT_EQ(switchTo(*doc, vPLain), expected);
+    EXPECT_EQ(switchTo(*doc, vPLain), Log{"DoEvents"} + goesToMarkupAndBack() + showsMarkup);
     EXPECT_EQ(doc->view(), vMarkup);
 }
 

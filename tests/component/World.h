@@ -31,6 +31,10 @@ struct Fault {
     std::int32_t call = 0;
     FailureCode code{};
     bool onwards = false; // every call from there on fails
+
+    bool strikes(std::int32_t number) const {
+        return call > 0 && (number == call || (onwards && number > call));
+    }
 };
 
 struct World {
@@ -87,10 +91,8 @@ void call(const std::string& name, const Arguments&... arguments) {
 
 /// Counts a call on the file service, and fails it if its turn has come.
 inline void countDiskCall(const std::string& name) {
-    const std::int32_t number = ++world.diskCalls;
-    const Fault& fault = world.fault;
-    if (fault.call > 0 && (number == fault.call || (fault.onwards && number > fault.call))) {
-        throw Failure(fault.code, u16("no " + name));
+    if (world.fault.strikes(++world.diskCalls)) {
+        throw Failure(world.fault.code, u16("no " + name));
     }
 }
 
