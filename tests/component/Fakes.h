@@ -8,15 +8,18 @@
 
 namespace fakes {
 
-class NodeList : public IXMLDOMNodeList {
-public:
-    std::int32_t length() override { return static_cast<std::int32_t>(nodes.size()); }
-    std::shared_ptr<IXMLDOMNode> item(std::int32_t index) override {
-        const bool inside = index >= 0 && index < static_cast<std::int32_t>(nodes.size());
-        return inside ? nodes[static_cast<std::size_t>(index)] : nullptr;
+/// A list of nodes or of elements.
+template <class List, class Listed>
+struct FakeList : List {
+    std::int32_t length() override { return static_cast<std::int32_t>(members.size()); }
+    std::shared_ptr<Listed> item(std::int32_t index) override {
+        const bool inside = index >= 0 && index < length();
+        return inside ? members[static_cast<std::size_t>(index)] : nullptr;
     }
-    std::vector<std::shared_ptr<IXMLDOMNode>> nodes;
+    std::vector<std::shared_ptr<Listed>> members;
 };
+using FakeNodes = FakeList<IXMLDOMNodeList, IXMLDOMNode>;
+using FakeElements = FakeList<IHTMLElementCollection, IHTMLElement>;
 
 /// Text with tags, cut up by plain search: enough to count elements and to slice them out.
 class Node : public IXMLDOMDocument2 {
@@ -29,19 +32,19 @@ public:
         return getElementsByTagName(pattern.substr(2));
     }
     std::shared_ptr<IXMLDOMNodeList> childNodes() override {
-        auto list = std::make_shared<NodeList>();
+        auto list = std::make_shared<FakeNodes>();
         if (m_text.find(u'>') + 1 < m_text.rfind(u'<')) {
-            list->nodes.push_back(std::make_shared<Node>(u"content"));
+            list->members.push_back(std::make_shared<Node>(u"content"));
         }
         return list;
     }
     std::shared_ptr<IXMLDOMNodeList> getElementsByTagName(const Text& name) override {
-        auto list = std::make_shared<NodeList>();
+        auto list = std::make_shared<FakeNodes>();
         const Text open = u"<" + name + u">";
         const Text close = u"</" + name + u">";
         for (auto at = m_text.find(open); at != m_text.npos; at = m_text.find(open, at + 1)) {
             const std::size_t end = m_text.find(close, at) + close.size();
-            list->nodes.push_back(std::make_shared<Node>(m_text.substr(at, end - at)));
+            list->members.push_back(std::make_shared<Node>(m_text.substr(at, end - at)));
         }
         return list;
     }
@@ -128,7 +131,11 @@ public:
         call("setAttribute", m_id, name, std::get<Text>(value), flags);
     }
     Text uniqueID() override { return m_id; }
-    std::shared_ptr<IHTMLElementCollection> all() override;
+    std::shared_ptr<IHTMLElementCollection> all() override {
+        auto list = std::make_shared<FakeElements>();
+        list->members.assign(inside.begin(), inside.end());
+        return list;
+    }
     std::shared_ptr<IHTMLElement> parentElement() override { return parent; }
     Text innerText() override { return got("innerText", text); }
     Text innerHTML() override { return got("innerHTML", html); }
@@ -144,20 +151,6 @@ private:
     Text m_tag;
     Text m_id;
 };
-
-struct FakeElements : IHTMLElementCollection {
-    explicit FakeElements(std::vector<std::shared_ptr<FakeElement>> found)
-        : elements(std::move(found)) {}
-    std::int32_t length() override { return static_cast<std::int32_t>(elements.size()); }
-    std::shared_ptr<IHTMLElement> item(std::int32_t index) override {
-        return elements.at(static_cast<std::size_t>(index));
-    }
-    std::vector<std::shared_ptr<FakeElement>> elements;
-};
-
-inline std::shared_ptr<IHTMLElementCollection> FakeElement::all() {
-    return std::make_shared<FakeElements>(inside);
-}
 
 /// A text range and a control range in one, with the element that either leads to.
 class FakeRange : public IHTMLTxtRange, public IHTMLControlRange {
@@ -193,11 +186,11 @@ public:
     }
     std::shared_ptr<IHTMLElementCollection> getElementsByTagName(const Text& name) override {
         call("getElementsByTagName", name);
-        std::vector<std::shared_ptr<FakeElement>> found;
+        auto list = std::make_shared<FakeElements>();
         std::copy_if(
-            elements.begin(), elements.end(), std::back_inserter(found),
+            elements.begin(), elements.end(), std::back_inserter(list->members),
             [&](const auto& element) { return equalIgnoringCase(element->tagName(), name); });
-        return std::make_shared<FakeElements>(found);
+        return list;
     }
     std::shared_ptr<IHTMLSelectionObject> selection() override { return theSelection; }
 
