@@ -163,6 +163,15 @@ TEST_F(FileExists, GivingUpThreeDeepIsGivingUp) {
     EXPECT_EQ(shows, 3);
 }
 
+TEST_F(FileExists, AFileThatStaysLeavesTheDialogOpen) {
+    world.fails = {{"DeleteFile", FailureCode::DeviceError}};
+    world.onShow = [](FakeForm& form) {
+        form.click(u"cmdYes");
+        EXPECT_EQ(world.log.back(), "MsgBox 16 [Corvane professional] Device I/O error");
+    };
+    EXPECT_EQ(ask(deck, false), u"");
+}
+
 TEST_F(FileExists, IsLoadedOnceAndUnloadedByADocument) {
     world.onShow = [&](FakeForm&) { // a handler in here asks again, and lets a document end
         EXPECT_EQ(codeOf([] { ask(deck, false); }), FailureCode::PermissionDenied);
