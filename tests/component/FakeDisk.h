@@ -5,8 +5,6 @@
 
 #include "World.h"
 
-#include <memory>
-
 namespace fakes {
 
 class FakeStream : public TextStream {

@@ -5,12 +5,7 @@
 
 #include "World.h"
 
-#include <cstdint>
-#include <functional>
-#include <optional>
 #include <sstream>
-#include <string>
-#include <vector>
 
 namespace fakes {
 
