@@ -4,12 +4,12 @@
 #include "support/Test.h"
 #include "tests/platform/TempFolder.h"
 
-#include <chrono>
 #include <fcntl.h>
+
+#include <chrono>
 #include <thread>
 
 using namespace tessaly;
-using namespace std::string_literals;
 using support::failureOf;
 
 namespace {
