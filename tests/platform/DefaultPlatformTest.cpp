@@ -1,7 +1,6 @@
 #include "platform/DefaultPlatform.h"
 #include "platform/LocalDate.h"
 #include "support/Test.h"
-#include "tests/platform/TempFolder.h"
 
 #include <ctime>
 
@@ -17,19 +16,11 @@ TEST(DefaultPlatform, IsThereWithoutAsking) {
     EXPECT_NEAR(platform->now(), localDate(std::time(nullptr)), 5 / 86400.0);
 }
 
-TEST(DefaultPlatform, AHostOverridesWhatItDoesBetter) {
-    struct Host : DefaultPlatform {
-        MsgBoxAnswer MsgBox(const std::u16string&, MsgBoxFlags, const std::u16string&) override {
-            return MsgBoxAnswer::Yes;
-        }
-    };
-    const auto host = std::make_shared<Host>();
-    Platform::install(host);
-    EXPECT_EQ(Platform::current()->MsgBox(u"?", MsgBoxFlags::ExclamationYesNo, u""),
-              MsgBoxAnswer::Yes);
+TEST(DefaultPlatform, DoEventsRunsWhatIsPosted) {
+    DefaultPlatform platform;
     bool ran = false;
-    host->messageLoop()->post([&] { ran = true; });
-    Platform::current()->DoEvents();
+    platform.messageLoop()->post([&] { ran = true; });
+    platform.DoEvents();
     EXPECT_TRUE(ran);
 }
 

@@ -5,14 +5,11 @@
 #include "tests/platform/TempFolder.h"
 
 #include <fcntl.h>
-#include <sys/resource.h>
 
 #include <chrono>
-#include <csignal>
 #include <thread>
 
 using namespace tessaly;
-using namespace std::string_literals;
 using support::failureOf;
 
 namespace {
@@ -102,7 +99,6 @@ TEST_F(FileService, PermissionsHoldForEveryUser) {
     temp.mode("a.wml", 0444);
     EXPECT_EQ(files.GetFile(temp.path("a.wml"))->Attributes() & 1, 1);
     EXPECT_EQ(openCode("a.wml", IOMode::ForWriting), 70);
-    EXPECT_EQ(openCode("a.wml", IOMode::ForAppending), 70);
     EXPECT_EQ(failureOf([&] { files.CreateTextFile(temp.path("a.wml"), true, false); }), 70);
     EXPECT_EQ(deleteCode("a.wml", false), 70);
     EXPECT_EQ(temp.read("a.wml"), "old");
@@ -228,26 +224,6 @@ TEST_F(FileService, FoldersGoWithAllThatTheyHold) {
     for (const char16_t* path : {u"\\", u".", u"..", u"a\\..\\.."}) {
         EXPECT_EQ(removeFolderCode(path, true), 70);
     }
-}
-
-TEST_F(FileService, AFailedWriteIsReported) {
-    rlimit old = {};
-    getrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit small = {1000, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &small);
-    const auto late = files.CreateTextFile(temp.path("late.wml"), true, false);
-    const int onWrite = failureOf([&] { late->Write(std::u16string(5000, u'x')); });
-    const int onClose = failureOf([&] { late->Close(); });
-    const int large = failureOf([&] {
-        files.CreateTextFile(temp.path("large.wml"), true, false)
-            ->Write(std::u16string(500'000, u'x'));
-    });
-    setrlimit(RLIMIT_FSIZE, &old);
-    std::signal(SIGXFSZ, SIG_DFL);
-    EXPECT_EQ(onWrite, 0) << "still in the buffer";
-    EXPECT_EQ(onClose, 61);
-    EXPECT_EQ(large, 61);
 }
 
 TEST_F(FileService, DatesAreLocalDays) {

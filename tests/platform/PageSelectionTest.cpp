@@ -61,7 +61,6 @@ TEST(PagePaste, ReplacesTheRange) {
     } cases[] = {
         {u"<p>a one b</p>", u"one", u"", u"<p>a X<u>Y</u>| b</p>"},
         {u"<p>a <b>one <i>two</i></b> three b</p>", u"one", u"three", u"<p>a X<u>Y</u>| b</p>"},
-        {u"<p><b>one</b></p>", u"one", u"", u"<p><b>X<u>Y</u>|</b></p>"},
         {u"<p><b>one</b> two <i>three</i></p>", u"ne", u"th",
          u"<p><b>oX<u>Y</u>|</b><i>ree</i></p>"},
         {u"<p>a one</p><p>mid</p><p>two <b>b</b></p><p>c</p>", u"one", u"two",

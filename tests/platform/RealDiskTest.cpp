@@ -175,27 +175,6 @@ TEST_F(RealDisk, LinksAreFollowedAndNotReplaced) {
     EXPECT_EQ(temp.read("q/a.wml"), "mine");
 }
 
-TEST_F(RealDisk, NamesOfAllKinds) {
-    temp.write("deck.wml", deck);
-    const std::vector<std::u16string> names = {
-        u"a ", u"  ", u".", u"-x", u"трын-трава", u"\xD83D\xDE00", std::u16string(251, u'n'),
-    };
-    for (const std::u16string& name : names) {
-        EXPECT_EQ(create(temp.path("q"), temp.path("deck.wml"), name), Value(true));
-        EXPECT_EQ(takeShown().size(), temp.has("q/once") ? 1U : 0U) << "the deck was there";
-        temp.write("q/once", "");
-        const auto made = std::make_shared<clProject>();
-        const std::u16string file = temp.path("q") + u"\\" + name + u".cvp";
-        EXPECT_EQ(made->getFirstDocument(file), u"deck");
-    }
-    const auto failureOf = [&](const std::string& from, const std::u16string& name) {
-        return support::failureOf([&] { create(temp.path("q"), temp.path(from), name); });
-    };
-    EXPECT_EQ(failureOf("deck.wml", std::u16string(252, u'n')), 52);
-    EXPECT_EQ(failureOf("deck.wml", u"a/b"), 76) << "no such folder";
-    EXPECT_EQ(failureOf("none.wml", u"N"), 53);
-}
-
 TEST_F(RealDisk, ADeckThatWentBetweenTwoSteps) {
     ASSERT_TRUE(std::filesystem::remove(temp.posix("p/a.wml")));
     EXPECT_TRUE(project->SaveAll()) << "it is written anew from memory";

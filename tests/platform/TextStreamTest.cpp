@@ -31,14 +31,6 @@ TEST_F(TextStreams, LinesEndAtLineFeeds) {
                                                   std::u16string(u"last\r\0x", 7)}));
     EXPECT_EQ(failureOf([&] { stream->ReadLine(); }), 62);
     EXPECT_EQ(failureOf([&] { stream->ReadAll(); }), 62);
-}
-
-TEST_F(TextStreams, TheRestIsReadInOneGo) {
-    temp.write("a", "one\r\ntwo\nthree\n");
-    const auto stream = reading("a");
-    stream->ReadLine();
-    EXPECT_EQ(stream->ReadAll(), u"two\nthree\n");
-    EXPECT_TRUE(stream->AtEndOfStream());
     temp.write("empty", "");
     EXPECT_TRUE(reading("empty")->AtEndOfStream());
 }

@@ -92,8 +92,6 @@ TEST_F(Registry, OfTwoLibrariesTheLastOneServesAndEachLeavesTheOther) {
 TEST_F(Registry, FailuresNameTheFile) {
     EXPECT_EQ(failedWith([&] { ComponentRuntime(file).create("Tessaly.clProject"); }),
               "429: Tessaly.clProject is not registered in the class registry " + file);
-    EXPECT_EQ(failureOfCreating("Tessaly.clPro"),
-              "429: Tessaly.clProject is not registered in the class registry " + file);
     for (const char* cut : {"", "\t", "\tid", "\tid\t", "\tid\tlib.so", "\t\t/lib.so"}) {
         EXPECT_EQ(failureOfCreating("#\n" + entryOf(library) + "\nTessaly.clProject" + cut + "\n"),
                   "321: Line 3 does not tell identifier and library of Tessaly.clProject in the "
@@ -102,20 +100,24 @@ TEST_F(Registry, FailuresNameTheFile) {
             << cut;
     }
 
-    const auto startsWith = [](const std::string& text, const std::string& start) {
-        EXPECT_EQ(text.substr(0, start.size()), start);
-    };
-    for (const std::string& noLibrary : {folder.posix("gone.so"), file}) {
-        startsWith(failureOfCreating(entryOf(noLibrary)),
-                   "48: Cannot load the library " + noLibrary + ": ");
-    }
     Dl_info math = {};
     ASSERT_NE(dladdr(reinterpret_cast<void*>(static_cast<double (*)(double)>(&std::cbrt)), &math),
               0);
-    startsWith(failureOfCreating(entryOf(std::filesystem::canonical(math.dli_fname))),
-               "453: There is no DllGetClassObject in the library /");
-    startsWith(failureOfCreating("Tessaly.clProject\tno-such-id\t" + library),
-               "429: Tessaly.clProject (no-such-id) is unknown to the library " + library);
+    const auto startsWith = [](const std::string& text, const std::string& start) {
+        EXPECT_EQ(text.substr(0, start.size()), start);
+    };
+    const std::pair<std::string, std::string> entries[] = {
+        {"Tessaly.clPro", "429: Tessaly.clProject is not registered in the class registry " + file},
+        {entryOf("/gone.so"), "48: Cannot load the library /gone.so: "},
+        {entryOf(file), "48: Cannot load the library " + file + ": "},
+        {entryOf(std::filesystem::canonical(math.dli_fname)),
+         "453: There is no DllGetClassObject in the library /"},
+        {"Tessaly.clProject\tno-such-id\t" + library,
+         "429: Tessaly.clProject (no-such-id) is unknown to the library " + library},
+    };
+    for (const auto& [entry, failure] : entries) {
+        startsWith(failureOfCreating(entry), failure);
+    }
 
     startsWith(failedWith([&] { registerLibrary(library, folder.posix("classes/below")); }),
                "76: Cannot lock the folder of the class registry " + folder.posix("classes/below"));
