@@ -107,8 +107,10 @@ TEST_F(FileExists, EachStateHasItsTextsAndControls) {
 
 TEST_F(FileExists, TheWindowIsAsItWasDrawn) {
     world.onShow = [](FakeForm& form) {
+        EXPECT_EQ(form.layout.title, u"Corvane professional");
         const std::vector<FormControl>& controls = form.layout.controls;
         ASSERT_EQ(controls.size(), 8U);
+        EXPECT_EQ(controls[2].toolTip, u"Clicking \"yes\" will overwrite the existing file.");
         EXPECT_EQ(controls[4].name, u"txtName"); // in tab order
         EXPECT_EQ(controls[2].left, controls[6].left) << "Yes and OK share a spot";
         for (const FormControl& control : controls) {
@@ -168,8 +170,11 @@ TEST_F(FileExists, AFileThatStaysLeavesTheDialogOpen) {
     world.onShow = [](FakeForm& form) {
         form.click(u"cmdYes");
         EXPECT_EQ(world.log.back(), "MsgBox 16 [Corvane professional] Device I/O error");
+        world.fails.clear();
+        form.click(u"cmdYes");
     };
-    EXPECT_EQ(ask(deck, false), u"");
+    EXPECT_EQ(ask(deck, false), deck);
+    EXPECT_FALSE(world.files.contains(deck));
 }
 
 TEST_F(FileExists, IsLoadedOnceAndUnloadedByADocument) {
