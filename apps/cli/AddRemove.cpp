@@ -1,5 +1,4 @@
 #include "apps/cli/DeckNames.h"
-#include "apps/cli/KeptFile.h"
 #include "apps/cli/ProjectCommands.h"
 #include "apps/cli/ProjectReport.h"
 #include "apps/cli/ProjectWork.h"
@@ -79,6 +78,9 @@ ExitStatus change(std::string (*one)(const Changing&, const std::string&), const
                   const std::vector<std::string>& names, const Manner& manner,
                   const Printer& printer) {
     ProjectWork work(manner.onConflict);
+    if (!work.lock({file})) {
+        return work.status();
+    }
     const auto project = work.open(file);
     if (!project) {
         return work.status();
@@ -89,10 +91,9 @@ ExitStatus change(std::string (*one)(const Changing&, const std::string&), const
         done += what.empty() ? "" : what + '\n';
     }
     if (!done.empty()) {
-        const KeptFile kept(lookUp(*work.fullPath(file)).path); // whose case may differ
         project->Save();
         if (!work.isOnDisk(*project, file)) {
-            work.fail(file, kept.putBack() ? "holds what it held before" : "could not be put back");
+            work.fail(file, "holds what it held before");
             return work.status();
         }
     }

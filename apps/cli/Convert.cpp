@@ -2,9 +2,11 @@
 
 #include "platform/PathName.h"
 #include "platform/TextCodec.h"
+#include "platform/runtime/FileReplacement.h"
 #include "ravikit/DeckText.h"
 #include "util/Attempt.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -13,6 +15,8 @@
 #include <utility>
 
 namespace cli {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -34,15 +38,24 @@ void tellErrors(const std::string& file, tessaly::Tolmek& tolmek) {
     }
 }
 
-bool write(const std::string& out, const std::u16string& text) {
+/// Why the text could not be written; empty if it was.
+std::string write(const std::string& out, const std::u16string& text) {
     const std::string bytes = utf8(text);
     if (out.empty()) {
-        std::cout << bytes << std::flush;
-        return static_cast<bool>(std::cout);
+        std::cout << bytes; // whether it arrives shows at the end
+        return {};
     }
-    std::ofstream file(out, std::ios::binary);
-    file << bytes << std::flush;
-    return static_cast<bool>(file);
+    std::error_code unknown;
+    if (fs::exists(out, unknown) && !fs::is_regular_file(out, unknown)) { // a device, or a pipe
+        const bool written(std::ofstream(out, std::ios::binary) << bytes << std::flush);
+        return written ? "" : "cannot be written";
+    }
+    const auto failed = tessaly::attempt([&] {
+        tessaly::FileReplacement file(out);
+        file.write(bytes);
+        file.commit();
+    });
+    return failed ? "cannot be written: " + utf8(failed->description()) : "";
 }
 
 } // namespace
@@ -70,9 +83,8 @@ ExitStatus convert(const std::string& file, bool toPlain, bool strict, const std
     if (!toPlain) {
         text = ravikit::declareUtf8(std::move(*text)); // as it is written, whatever it was read as
     }
-    if (!write(out, *text)) {
-        session.complain(ExitStatus::Unreadable, out.empty() ? "standard output" : out,
-                         "cannot be written");
+    if (const std::string why = write(out, *text); !why.empty()) {
+        session.complain(ExitStatus::Unreadable, out, why);
     }
     return session.status();
 }

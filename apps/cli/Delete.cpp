@@ -112,6 +112,9 @@ ExitStatus deleteProject(const std::string& file, bool sure, bool json, const Pr
         work.refuse(file, notAProject);
         return work.status();
     }
+    if (!work.lock({file})) {
+        return work.status();
+    }
     const auto project = work.open(file, true);
     if (!project) {
         return work.status();

@@ -7,6 +7,8 @@
 #include "platform/TextCodec.h"
 #include "util/Attempt.h"
 
+#include <unistd.h>
+
 #include <filesystem>
 #include <ostream>
 
@@ -98,6 +100,7 @@ bool create(ProjectWork& work, const NewProject& wanted, Paths& paths) {
     if (failed) {
         const std::string why = obstacleTo(file);
         work.fail(file, why.empty() ? "cannot be made: " + utf8(failed->description()) : why);
+        unlink(work.watch().lastCopy().c_str()); // its name would be taken at the next try
     } else if (const auto& obstacle = work.platform().obstacle()) {
         work.refuse(obstacle->file, obstacle->why);
     } else if (!made) {
@@ -111,11 +114,15 @@ bool create(ProjectWork& work, const NewProject& wanted, Paths& paths) {
 ExitStatus makeProject(const NewProject& wanted, const Manner& manner, const Printer& printer) {
     ProjectWork work(manner.onConflict);
     auto paths = checked(work, wanted);
-    if (!paths || !settleProjectFile(work, wanted, *paths)) {
+    if (!paths || !work.lock({fileOf(wanted, paths->name)}) ||
+        !settleProjectFile(work, wanted, *paths)) {
         return work.status();
     }
     const bool folderIsNew = !lookUp(paths->folder).exists();
     if (!create(work, wanted, *paths)) {
+        if (folderIsNew) {
+            rmdir(lookUp(paths->folder).path.c_str()); // unless something lies there
+        }
         return work.status();
     }
     const std::string file = fileOf(wanted, paths->name);

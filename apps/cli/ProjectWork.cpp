@@ -106,7 +106,10 @@ bool ProjectWork::isOnDisk(tessaly::clProject& project, const std::string& file)
     same = same && text.ends_with(tessaly::endOfProjectFile + std::u16string(u"\r\n"));
     if (!same) {
         const std::string why = obstacleTo(file);
-        fail(file, "the project file was not written in full" + (why.empty() ? "" : ": it " + why));
+        const std::string refusal = utf8(watch().refusal().why);
+        fail(file, "the project file was not written in full" + (!why.empty()       ? ": it " + why
+                                                                 : !refusal.empty() ? ": " + refusal
+                                                                                    : ""));
     }
     return same;
 }

@@ -4,6 +4,7 @@
 #include "apps/cli/Session.h"
 
 #include "platform/FileLookup.h"
+#include "platform/runtime/FolderLock.h"
 
 #include <memory>
 #include <optional>
@@ -34,6 +35,12 @@ public:
     /// The full path for the component; nothing for one that it cannot say, which has been told.
     std::optional<std::u16string> fullPath(const std::string& file);
 
+    /// Waits until no other command changes anything in the folders of `files`, and keeps them to
+    /// this one as long as it lives: what is read from now on stays true. A folder that is not
+    /// there yet is waited for at its parent; one that cannot be locked is not waited for. False
+    /// if the person gave up waiting, which has been told.
+    bool lock(const std::vector<std::string>& files);
+
     /// The project in `file`. None if it could not be read or is none. One that could not be opened
     /// in full comes with what was loaded only where `inPart`; nothing may be saved from it. All
     /// that has been told.
@@ -47,10 +54,12 @@ public:
     std::vector<std::u16string> listed(const std::string& file);
 
 private:
+    bool tryLock(const std::string& folder);
     void tellWhyInPart(const std::string& file, const std::vector<std::u16string>& names,
                        std::size_t loaded);
 
     std::shared_ptr<CommandPlatform> m_platform;
+    std::vector<tessaly::FolderLock> m_locks;
     Session m_session; // behind the platform, which it uses
 };
 

@@ -132,6 +132,9 @@ ExitStatus saveProjectAs(const std::string& project, const std::string& file, co
         work.refuse(file, why);
         return work.status();
     }
+    if (!work.lock({project, file})) {
+        return work.status();
+    }
     const auto opened = work.open(project);
     if (!opened) {
         return work.status();

@@ -1,5 +1,7 @@
 #include "apps/cli/Watch.h"
 
+#include "apps/cli/ReplacingStream.h"
+#include "platform/FileLookup.h"
 #include "util/Attempt.h"
 
 #include <utility>
@@ -35,6 +37,16 @@ void Watch::afterDeck(Counts what) {
     }
 }
 
+namespace {
+
+/// True if a file is there, or can be made.
+bool isPlaceOfFile(const tessaly::Found& found) {
+    return found.isFile() ||
+           (found.state == tessaly::Found::State::NameMissing && !found.namesFolder);
+}
+
+} // namespace
+
 WatchedFileSystem::WatchedFileSystem(std::shared_ptr<Watch> watch)
     : m_watch(std::move(watch)) {}
 
@@ -57,33 +69,69 @@ std::shared_ptr<tessaly::File> WatchedFileSystem::GetFile(const std::u16string& 
 }
 
 /// Remembers a failure on its way to the component, which says nothing of most.
-template <class Open>
-std::shared_ptr<tessaly::TextStream> WatchedFileSystem::opened(const std::u16string& path,
-                                                               Open&& open) {
-    std::shared_ptr<tessaly::TextStream> stream;
-    if (const auto failed = tessaly::attempt([&] { stream = open(); })) {
+template <class Step>
+void WatchedFileSystem::writing(const std::u16string& path, Step&& step) {
+    if (const auto failed = tessaly::attempt(step)) {
         m_watch->m_refusal = {path, failed->description()};
         throw tessaly::Failure(*failed);
     }
-    return stream;
+}
+
+/// A stream that replaces the file that was found at `path`.
+std::shared_ptr<tessaly::TextStream> WatchedFileSystem::replacing(const std::u16string& path,
+                                                                  const std::string& file) {
+    const auto remember = [watch = m_watch, path](const tessaly::Failure& failure) {
+        watch->m_refusal = {path, failure.description()};
+    };
+    return std::make_shared<ReplacingStream>(file, remember);
 }
 
 std::shared_ptr<tessaly::TextStream> WatchedFileSystem::OpenTextFile(const std::u16string& path,
                                                                      tessaly::IOMode mode,
                                                                      bool create,
                                                                      std::int32_t format) {
-    auto stream =
-        opened(path, [&] { return PosixFileSystem::OpenTextFile(path, mode, create, format); });
+    std::shared_ptr<tessaly::TextStream> stream;
+    writing(path, [&] {
+        const tessaly::Found found = tessaly::lookUp(path);
+        const bool replaces = mode == tessaly::IOMode::ForWriting && isPlaceOfFile(found) &&
+                              (create || found.exists());
+        stream = replaces ? replacing(path, found.path)
+                          : PosixFileSystem::OpenTextFile(path, mode, create, format);
+    });
     m_watch->afterDeck(Watch::Counts::Writes);
     return stream;
 }
 
 std::shared_ptr<tessaly::TextStream>
 WatchedFileSystem::CreateTextFile(const std::u16string& path, bool overwrite, bool unicode) {
-    auto stream =
-        opened(path, [&] { return PosixFileSystem::CreateTextFile(path, overwrite, unicode); });
+    std::shared_ptr<tessaly::TextStream> stream;
+    writing(path, [&] {
+        const tessaly::Found found = tessaly::lookUp(path);
+        stream = overwrite && isPlaceOfFile(found)
+                     ? replacing(path, found.path)
+                     : PosixFileSystem::CreateTextFile(path, overwrite, unicode);
+    });
     m_watch->m_lastBegun = path;
     return stream;
+}
+
+void WatchedFileSystem::CopyFile(const std::u16string& from, const std::u16string& to,
+                                 bool overwrite) {
+    writing(to, [&] {
+        const tessaly::Found target = tessaly::lookUp(to);
+        if (!overwrite || !isPlaceOfFile(target) || isSameFile(from, to)) {
+            PosixFileSystem::CopyFile(from, to, overwrite);
+            return;
+        }
+        auto source = tessaly::FileHandle::forReading(tessaly::lookUpFile(from).path);
+        tessaly::FileReplacement copy(target.path);
+        std::string buffer;
+        while (source.read(buffer)) {
+            copy.write(buffer);
+        }
+        copy.commit();
+        m_watch->m_lastCopy = target.exists() ? std::string() : target.path;
+    });
 }
 
 void WatchedFileSystem::DeleteFile(const std::u16string& path, bool force) {

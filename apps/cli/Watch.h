@@ -39,7 +39,11 @@ public:
     const std::u16string& lastAsked() const { return m_lastAsked; }
     const std::u16string& lastBegun() const { return m_lastBegun; }
 
-    /// The file that could not be opened for writing since the start, and why; empty if all could.
+    /// The file that was last made by a copy, a path of the system; empty before, and if the copy
+    /// took the place of another file.
+    const std::string& lastCopy() const { return m_lastCopy; }
+
+    /// The file that could last not be written, and why; empty if all could.
     struct Refusal {
         std::u16string file;
         std::u16string why;
@@ -60,10 +64,11 @@ private:
     Counts m_counts = Counts::Reads;
     std::u16string m_lastAsked;
     std::u16string m_lastBegun;
+    std::string m_lastCopy;
     Refusal m_refusal;
 };
 
-/// The file service under a Watch.
+/// The file service under a Watch. What it writes replaces the old file once it is whole.
 class WatchedFileSystem final : public tessaly::PosixFileSystem {
 public:
     explicit WatchedFileSystem(std::shared_ptr<Watch> watch);
@@ -76,11 +81,15 @@ public:
                                                       std::int32_t format) override;
     std::shared_ptr<tessaly::TextStream> CreateTextFile(const std::u16string& path, bool overwrite,
                                                         bool unicode) override;
+    void CopyFile(const std::u16string& from, const std::u16string& to, bool overwrite) override;
     void DeleteFile(const std::u16string& path, bool force) override;
 
 private:
-    template <class Open>
-    std::shared_ptr<tessaly::TextStream> opened(const std::u16string& path, Open&& open);
+    template <class Step>
+    void writing(const std::u16string& path, Step&& step);
+
+    std::shared_ptr<tessaly::TextStream> replacing(const std::u16string& path,
+                                                   const std::string& file);
 
     std::shared_ptr<Watch> m_watch;
 };

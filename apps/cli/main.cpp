@@ -1,4 +1,5 @@
 #include "apps/cli/Commands.h"
+#include "apps/cli/Interrupt.h"
 #include "apps/cli/ProjectOptions.h"
 #include "apps/cli/Registration.h"
 
@@ -6,6 +7,7 @@
 
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -43,6 +45,17 @@ void addJson(CLI::App* command, Options& options) {
     command->add_flag("--json", options.json, "Print JSON instead of text");
 }
 
+/// The exit status for `status`, once all that was printed has arrived.
+int ended(int status) {
+    std::cout.flush();
+    if (!std::cout) {
+        std::cerr << "tessaly: standard output: cannot be written\n";
+        return static_cast<int>(ExitStatus::Unreadable);
+    }
+    const int signal = cli::Interrupt::signal();
+    return status != 0 && signal != 0 ? 128 + signal : status; // as a shell tells it
+}
+
 /// Prints what the command line has wrong, or the help that it asks for, and gives the exit status.
 int reportUsage(const CLI::App& app, const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
@@ -70,7 +83,7 @@ int run(int argc, char** argv) {
     app.fallthrough();
     app.footer(
         "Exit status: 0 fine, 1 something is invalid or was refused, 2 usage, 3 a file could "
-        "not be read or written.");
+        "not be read or written, 130 stopped by Ctrl-C.");
 
     CLI::App* info = app.add_subcommand("info", "Tell what a project holds");
     info->add_option("PROJECT", options.paths, "A project file (.cvp)")->required()->expected(1);
@@ -143,16 +156,16 @@ int run(int argc, char** argv) {
         status =
             cli::cards(options.paths.front(), options.deck, options.form, options.json, printer);
     }
-    std::cout.flush();
-    return std::cout ? static_cast<int>(status) : static_cast<int>(ExitStatus::Unreadable);
+    return static_cast<int>(status);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
+    std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failure of the write
     try {
-        return run(argc, argv);
+        return ended(run(argc, argv));
     } catch (const std::exception& failure) {
         std::cerr << "tessaly: " << failure.what() << '\n';
         return static_cast<int>(ExitStatus::Invalid);

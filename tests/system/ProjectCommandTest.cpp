@@ -175,7 +175,7 @@ TEST_F(ProjectCommand, ChangesNothingWhenThePersonGoes) {
         TerminalSession session(folder, arguments);
         EXPECT_TRUE(session.sees(arguments == save ? "yes, no or cancel? " : "[y/N] "));
         session.types(typed);
-        EXPECT_EQ(session.ends(), 1) << session.shown;
+        EXPECT_EQ(session.ends(), *typed == '\x03' ? 130 : 1) << session.shown;
         EXPECT_EQ(everything(), before) << testing::PrintToString(typed) << session.shown;
     }
 }
@@ -278,7 +278,7 @@ TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
     session.types("y\n");
     EXPECT_TRUE(session.sees("saving ")) << session.shown;
     session.types("\x03");
-    EXPECT_EQ(session.ends(), 1) << session.shown;
+    EXPECT_EQ(session.ends(), 130) << session.shown;
     EXPECT_NE(session.shown.find("tessaly: new/New.cvp: interrupted"), std::string::npos);
 
     std::vector<std::string> saved;
@@ -361,7 +361,7 @@ TEST_F(ProjectCommand, NamesTheFileThatTheDiskIsTooSmallFor) {
     const std::string small = "ulimit -f 16 && " TESSALY_COMMAND;
     const Outcome full = system_test::runIn(folder, "save-as old/Old.cvp new/New.cvp", true, small);
     EXPECT_EQ(full.status, 3);
-    EXPECT_EQ(full.out, "tessaly: new/news.wml: could not be written in full\n"
+    EXPECT_EQ(full.out, "tessaly: new/news.wml: cannot be written: Disk full\n"
                         "tessaly: new/New.cvp: lists the 1 of 2 decks that were saved\n");
     EXPECT_EQ(read("new/index.wml"), deckOf("index"));
 }
@@ -378,9 +378,51 @@ TEST_F(ProjectCommand, PutsTheProjectFileBackThatTheDiskIsTooSmallFor) {
     const std::string kilobyte = "ulimit -f 2 && " TESSALY_COMMAND; // in blocks of 512 bytes
     const Outcome full = system_test::runIn(folder, "add old/OLD.cvp " + last, true, kilobyte);
     EXPECT_EQ(full.status, 3);
-    EXPECT_EQ(full.out, "tessaly: old/OLD.cvp: the project file was not written in full\n"
-                        "tessaly: old/OLD.cvp: holds what it held before\n");
+    EXPECT_EQ(full.out,
+              "tessaly: old/OLD.cvp: the project file was not written in full: Disk full\n"
+              "tessaly: old/OLD.cvp: holds what it held before\n");
     EXPECT_EQ(everything(), before);
+}
+
+TEST_F(ProjectCommand, LeavesNothingHalfOnAFullDisk) {
+    write("big.wml", deckOf(std::string(20'000, 'x')));
+    write("page.html", "good");
+    temp.mode("page.html", 0604);
+    fs::create_symlink("page.html", folder / "link");
+    const auto before = everything();
+    const std::string small = "ulimit -f 16 && " TESSALY_COMMAND;
+    for (const char* command :
+         {"convert big.wml --to plain -o link", "convert big.wml --to plain -o fresh.html",
+          "new fresh --name Fresh --from big.wml"}) {
+        EXPECT_EQ(system_test::runIn(folder, command, true, small).status, 3) << command;
+        EXPECT_EQ(everything(), before) << command;
+    }
+    EXPECT_EQ(run("convert source/news.wml --to plain -o link").status, 0);
+    EXPECT_TRUE(holds({0, read("page.html")}, "news"));
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(fs::status(folder / "page.html").permissions(), fs::perms(0604));
+    for (const char* command : {"--help", "check source", "convert big.wml --to plain",
+                                "convert big.wml --to plain -o /dev/full"}) {
+        const Outcome full = system_test::runIn(folder, std::string(command) + " >/dev/full");
+        EXPECT_EQ(full.status, 3) << command;
+    }
+}
+
+TEST_F(ProjectCommand, LosesNothingOfTwoCommandsAtOnce) {
+    std::vector<std::string> decks = {"index"};
+    for (int i = 0; i < 40; ++i) {
+        decks.push_back("deck" + std::to_string(i));
+        write("old/" + decks.back() + ".wml", deckOf("x"));
+    }
+    makeProject({"index"});
+    const std::string add = TESSALY_COMMAND " add old/Old.cvp deck";
+    const std::string script = "for i in $(seq 0 2 39); do " + add + "$i & " + add +
+                               "$((i + 1)); one=$?; wait $! && [ $one = 0 ] || exit 1; done";
+    EXPECT_EQ(system_test::runIn(folder, "'" + script + "'", true, "bash -c").status, 0);
+    const std::string listed = read("old/Old.cvp");
+    for (const std::string& deck : decks) {
+        EXPECT_NE(listed.find("Document=" + deck + "\r\n"), std::string::npos) << deck;
+    }
 }
 
 TEST_F(ProjectCommand, TakesUnusualNames) {

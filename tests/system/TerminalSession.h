@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace system_test {
@@ -29,6 +31,9 @@ public:
                 execv(argv[0], argv.data());
             }
             _exit(127);
+        }
+        if (m_child < 0) { // nothing would ever be shown, and every wait take its whole time
+            throw std::system_error(errno, std::generic_category(), "no pseudo-terminal");
         }
         // The echo of what is typed would come in between at any place.
         termios settings = {};
