@@ -24,7 +24,8 @@ class Report {
 public:
     virtual ~Report() = default;
     virtual void deck(const Deck& deck) = 0;
-    virtual void end() = 0;
+    /// `unread`: what could not be judged.
+    virtual void end(const std::vector<Session::Unread>& unread) = 0;
 
     bool views = false; ///< whether to take decks to the page and back
     std::size_t decks = 0;
@@ -71,11 +72,16 @@ public:
         }
     }
 
-    void end() override {
+    void end(const std::vector<Session::Unread>& unread) override {
         const std::string errorCount = counted(errors, "error");
-        const std::string verdict = invalid == 0 ? counted(decks, "deck") + " checked, no errors"
-                                                 : errorCount + " in " + std::to_string(invalid) +
-                                                       " of " + counted(decks, "deck");
+        const std::string good = counted(decks, "deck") + " checked";
+        std::string verdict =
+            invalid > 0
+                ? errorCount + " in " + std::to_string(invalid) + " of " + counted(decks, "deck")
+                : good + (unread.empty() || decks > 0 ? ", no errors" : "");
+        if (!unread.empty()) {
+            verdict += "; " + std::to_string(unread.size()) + " could not be read in full";
+        }
         m_printer.out() << m_printer.styled(Style::Strong, verdict) << '\n';
         if (views) {
             m_printer.out() << (lost == 0 ? "no deck lost a byte on the way to the page and back"
@@ -136,9 +142,15 @@ public:
         m_decks.push_back(std::move(entry));
     }
 
-    void end() override {
-        const nlohmann::ordered_json report = {
-            {"decks", std::move(m_decks)}, {"invalid", invalid}, {"errorCount", errors}};
+    void end(const std::vector<Session::Unread>& unread) override {
+        nlohmann::ordered_json unreadList = nlohmann::ordered_json::array();
+        for (const auto& [file, why] : unread) {
+            unreadList.push_back({{"file", file}, {"reason", why}});
+        }
+        const nlohmann::ordered_json report = {{"decks", std::move(m_decks)},
+                                               {"invalid", invalid},
+                                               {"errorCount", errors},
+                                               {"unreadable", std::move(unreadList)}};
         m_printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
                         << '\n';
     }
@@ -154,7 +166,7 @@ ExitStatus run(const std::vector<std::string>& paths, bool views, Report& report
     for (const std::string& path : paths) {
         session.visitDecks(path, [&](const Deck& deck) { report.deck(deck); });
     }
-    report.end();
+    report.end(session.unread());
     if (report.invalid > 0 || report.lost > 0) {
         session.raiseStatus(ExitStatus::Invalid);
     }

@@ -1,6 +1,7 @@
 #include "apps/cli/ProjectWork.h"
 
 #include "apps/cli/DeckNames.h"
+#include "apps/cli/ProjectLines.h"
 
 #include "platform/PathName.h"
 #include "project/ProjectFile.h"
@@ -12,35 +13,6 @@
 namespace cli {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-/// The lines of `text`, without their ends.
-std::vector<std::u16string> linesOf(const std::u16string& text) {
-    std::vector<std::u16string> lines;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find(u'\n', begin), text.size());
-        lines.push_back(text.substr(begin, end - begin));
-        if (lines.back().ends_with(u'\r')) {
-            lines.back().pop_back();
-        }
-        begin = end + 1;
-    }
-    return lines;
-}
-
-std::vector<std::u16string> documentsIn(const std::u16string& text) {
-    std::vector<std::u16string> names;
-    for (const std::u16string& line : linesOf(text)) {
-        const auto record = tessaly::splitRecord(line);
-        if (record && record->key == tessaly::keyDocument) {
-            names.emplace_back(record->value);
-        }
-    }
-    return names;
-}
-
-} // namespace
 
 std::optional<std::u16string> ProjectWork::fullPath(const std::string& file) {
     std::u16string path;
@@ -59,7 +31,7 @@ std::shared_ptr<tessaly::clProject> ProjectWork::open(const std::string& file, b
     if (!path || !m_session.readable(file)) {
         return nullptr;
     }
-    const std::vector<std::u16string> names = listed(file);
+    const std::vector<std::u16string> names = m_session.listed(file);
     auto project = Session::newProject();
     bool opened = false;
     {
@@ -73,26 +45,8 @@ std::shared_ptr<tessaly::clProject> ProjectWork::open(const std::string& file, b
         refuse(file, "interrupted, and left as it was");
         return nullptr;
     }
-    const bool isProject = project->ProjectName().find_first_not_of(u' ') != std::u16string::npos;
-    if (!isProject) {
-        refuse(file, "is no project file: it gives no name");
-        return nullptr;
-    }
-    tellWhyInPart(file, names, static_cast<std::size_t>(project->Documents()->Count()));
-    return inPart ? project : nullptr;
-}
-
-/// The first name that was not loaded is what stopped it.
-void ProjectWork::tellWhyInPart(const std::string& file, const std::vector<std::u16string>& names,
-                                std::size_t loaded) {
-    std::string why = "the project could not be opened in full";
-    if (loaded < names.size()) {
-        const std::string deck = deckBeside(file, names[loaded]);
-        std::error_code unknown;
-        why += ": its deck " + deck +
-               (fs::exists(deck, unknown) ? " cannot be read or is listed twice" : " is missing");
-    }
-    fail(file, why);
+    m_session.tellWhyInPart(file, *project);
+    return inPart && !isBlank(project->ProjectName()) ? project : nullptr;
 }
 
 bool ProjectWork::isOnDisk(tessaly::clProject& project, const std::string& file) {
@@ -112,10 +66,6 @@ bool ProjectWork::isOnDisk(tessaly::clProject& project, const std::string& file)
                                                                                     : ""));
     }
     return same;
-}
-
-std::vector<std::u16string> ProjectWork::listed(const std::string& file) {
-    return documentsIn(m_session.readText(file).value_or(u""));
 }
 
 tessaly::Found lookUp(const std::u16string& path) {
@@ -156,10 +106,6 @@ std::string obstacleTo(const std::string& file) {
 std::string folderOf(const std::string& file) {
     const std::string folder = fs::path(file).parent_path().string();
     return folder.empty() ? "." : folder;
-}
-
-std::string deckBeside(const std::string& projectFile, const std::u16string& name) {
-    return (fs::path(projectFile).parent_path() / (utf8(name) + ".wml")).string();
 }
 
 std::string counted(std::size_t count, const std::string& what) {

@@ -50,14 +50,8 @@ public:
     /// told: Save itself says nothing.
     bool isOnDisk(tessaly::clProject& project, const std::string& file);
 
-    /// The names that a project file lists; none if it cannot be read, which has been told.
-    std::vector<std::u16string> listed(const std::string& file);
-
 private:
     bool tryLock(const std::string& folder);
-    void tellWhyInPart(const std::string& file, const std::vector<std::u16string>& names,
-                       std::size_t loaded);
-
     std::shared_ptr<CommandPlatform> m_platform;
     std::vector<tessaly::FolderLock> m_locks;
     Session m_session; // behind the platform, which it uses
@@ -70,9 +64,6 @@ tessaly::Found lookUp(const std::u16string& path);
 
 /// Why no file can be written at `file`, as far as the disk shows it; empty if it shows nothing.
 std::string obstacleTo(const std::string& file);
-
-/// The file of the deck `name` beside a project file, as the person would name it.
-std::string deckBeside(const std::string& projectFile, const std::u16string& name);
 
 /// The folder of a file, `.` for a bare name.
 std::string folderOf(const std::string& file);

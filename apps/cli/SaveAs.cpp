@@ -79,7 +79,7 @@ void finish(ProjectWork& work, const std::u16string& begun) {
 void explain(ProjectWork& work, const std::string& file, const std::vector<std::u16string>& decks) {
     const std::u16string& begun = work.watch().lastBegun();
     const std::string written = named(file, begun);
-    const std::size_t saved = begun.empty() ? 0 : work.listed(written).size();
+    const std::size_t saved = begun.empty() ? 0 : work.session().listed(written).size();
     const bool interrupted = work.watch().interrupt().isRequested();
     if (interrupted) {
         work.refuse(file, "interrupted");

@@ -38,6 +38,10 @@ std::u16string attributeValue(const std::u16string& markup) {
 
 } // namespace
 
+std::string deckBeside(const std::string& projectFile, const std::u16string& name) {
+    return (fs::path(projectFile).parent_path() / (utf8(name) + ".wml")).string();
+}
+
 bool isProject(const std::string& path) {
     return lowerExtension(path) == ".cvp";
 }
@@ -81,6 +85,7 @@ void Session::raiseStatus(ExitStatus status) {
 }
 
 void Session::complain(ExitStatus status, const std::string& file, const std::string& what) {
+    m_unread.push_back({file, what});
     std::cerr << "tessaly: " << harmless(file) << ": " << harmless(what) << '\n';
     raiseStatus(status);
 }
@@ -102,9 +107,7 @@ std::shared_ptr<tessaly::clProject> Session::openProject(const std::string& file
     }
     auto project = newProject();
     if (!project->init(toComponentPath(file))) {
-        const bool complete = !project->ProjectName().empty();
-        complain(complete ? ExitStatus::Unreadable : ExitStatus::Invalid, file,
-                 "the project could not be opened in full");
+        tellWhyInPart(file, *project);
     }
     return project;
 }
@@ -130,59 +133,10 @@ std::optional<std::u16string> Session::readText(const std::string& file) {
     if (failed) {
         std::error_code unknown;
         const bool isFolder = fs::is_directory(file, unknown); // which the component calls no file
-        complain(ExitStatus::Unreadable, file,
-                 isFolder ? "is a folder" : utf8(failed->description()));
+        complain(ExitStatus::Unreadable, file, isFolder ? "is a folder" : reasonOf(*failed));
         return std::nullopt;
     }
     return text;
-}
-
-void Session::visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit) {
-    std::optional<std::u16string> text = readText(file);
-    if (!text) {
-        return;
-    }
-    const std::u16string name = m_files->GetBaseName(toComponentPath(file));
-    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, *text, nullptr, nullptr,
-                                              nullptr, m_decks->Ravik());
-    m_decks->Documents()->Clear();
-    visit({file, std::move(document)});
-}
-
-void Session::visitFolder(const std::string& folder,
-                          const std::function<void(const Deck&)>& visit) {
-    std::vector<std::string> files;
-    std::error_code failed;
-    for (fs::recursive_directory_iterator entry(folder, failed), end; !failed && entry != end;
-         entry.increment(failed)) {
-        const std::string path = entry->path().string();
-        std::error_code unknown;
-        if (isDeck(path) && entry->is_regular_file(unknown)) {
-            files.push_back(path);
-        }
-    }
-    if (failed) {
-        complain(ExitStatus::Unreadable, folder, failed.message());
-    }
-    std::sort(files.begin(), files.end());
-    for (const std::string& file : files) {
-        visitDeck(file, visit);
-    }
-}
-
-void Session::visitDecks(const std::string& path, const std::function<void(const Deck&)>& visit) {
-    std::error_code unknown;
-    if (fs::is_directory(path, unknown)) {
-        visitFolder(path, visit);
-    } else if (isProject(path)) {
-        if (const auto project = openProject(path)) {
-            for (const Deck& deck : decksOf(*project)) {
-                visit(deck);
-            }
-        }
-    } else {
-        visitDeck(path, visit);
-    }
 }
 
 } // namespace cli

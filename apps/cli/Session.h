@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace cli {
 
@@ -30,8 +31,16 @@ public:
     std::shared_ptr<tessaly::clProject> openProject(const std::string& file);
 
     /// Calls `visit` with each deck that `path` stands for: a deck, the decks of a project, or
-    /// every .wml file below a folder, in the order of their names.
+    /// every .wml file below a folder, in the order of their names. A deck on which `visit` fails,
+    /// or that memory does not suffice for, is named, and the next ones are visited.
     void visitDecks(const std::string& path, const std::function<void(const Deck&)>& visit);
+
+    /// Says of a project that `init` could not open in full which deck stopped it and why, or what
+    /// else it lacks.
+    void tellWhyInPart(const std::string& file, tessaly::clProject& project);
+
+    /// The names that a project file lists; none if it cannot be read, which has been said.
+    std::vector<std::u16string> listed(const std::string& file);
 
     /// The text in `file` as the component reads it; none if it could not be read, which has been
     /// said.
@@ -46,6 +55,13 @@ public:
     /// Says on standard error what is wrong with `file`, and raises the status.
     void complain(ExitStatus status, const std::string& file, const std::string& what);
 
+    /// What could not be read, or not be dealt with in full, so far.
+    struct Unread {
+        std::string file;
+        std::string why;
+    };
+    const std::vector<Unread>& unread() const { return m_unread; }
+
     void raiseStatus(ExitStatus status);
     ExitStatus status() const { return m_status; }
 
@@ -54,16 +70,24 @@ public:
 
 private:
     void visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit);
+    void visitProject(const std::string& file, const std::function<void(const Deck&)>& visit);
     void visitFolder(const std::string& folder, const std::function<void(const Deck&)>& visit);
 
     std::shared_ptr<tessaly::FileSystemObject> m_files;
     std::shared_ptr<tessaly::clProject> m_decks; ///< holds one deck at a time
+    std::vector<Unread> m_unread;
     ExitStatus m_status = ExitStatus::Fine;
 };
+
+/// Why a deck could not be dealt with, for a sentence that begins with its file.
+std::string reasonOf(const tessaly::Failure& failure);
 
 /// What the command's `bin` lies in; its data and the library lie there too, as they are built and
 /// as they are installed.
 std::string installationFolder();
+
+/// The file of the deck `name` beside a project file, as the person would name it.
+std::string deckBeside(const std::string& projectFile, const std::u16string& name);
 
 /// By the extension, in whatever case.
 bool isProject(const std::string& path);

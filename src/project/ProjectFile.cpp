@@ -5,6 +5,9 @@
 namespace tessaly {
 
 std::optional<ProjectRecord> splitRecord(std::u16string_view line) {
+    if (line.starts_with(u'\uFEFF')) { // the byte-order mark of a file that an editor saved
+        line.remove_prefix(1);
+    }
     const std::size_t first = line.find(u'=');
     if (first == line.npos) {
         return std::nullopt;

@@ -100,6 +100,58 @@ TEST_F(Command, KeepsItsExitStatusesApart) {
     EXPECT_TRUE(holds(missing, "nowhere.wml")) << missing.out;
 }
 
+TEST_F(Command, NamesWhatItCannotReadAndGoesOn) {
+    const std::string deck = "<wml><card id='a'><p>x</p></card></wml>";
+    write("z/deck.wml", deck);
+    write("bad/deck.wml", deck);
+    std::filesystem::create_symlink("loop.wml", temp.posix("bad/loop.wml"));
+    write("bad/shut/deck.wml", deck);
+    temp.mode("bad/shut", 0);
+    write("z/large.wml", "");
+    std::filesystem::resize_file(temp.posix("z/large.wml"), 3'000'000'000);
+    const std::string before = "z/P.cvp: the project could not be opened in full: ";
+    const struct {
+        std::string project;
+        std::string told;
+        std::string verdict;
+    } projects[] = {
+        {"\xEF\xBB\xBFSite=P\r\nDocument=deck\r\n", "", "1 deck checked, no errors\n"},
+        {"Site=P\nDocument=large\nDocument=deck\n",
+         before + "its deck " + temp.posix("z/large.wml") + " is too large",
+         "1 deck checked, no errors; 1 could"},
+        {"Site=P\nDocument=deck\nDocument=DECK\nDocument=gone\n", "z/DECK.wml is listed twice",
+         "1 deck checked, no errors; 2 could"},
+        {"Site=P\nDocument=\nDocument=deck\n", before + "deck 1 of its list has no name",
+         "; 1 could"},
+        {"Stie=P\nDocument=deck\n", "its first line is `Stie=P`", "; 1 could"},
+        {"Site=P\nDocument=gone\n", "z/gone.wml is missing", "0 decks checked; 1 could"},
+    };
+    for (const auto& [project, told, verdict] : projects) {
+        const Outcome check = run("check " + write("z/P.cvp", project), true);
+        EXPECT_TRUE(holds(check, told)) << check.out;
+        EXPECT_TRUE(holds(check, verdict)) << check.out;
+    }
+    // The system keeps nobody out who has all rights.
+    const std::string limited =
+        support::shell("id -u").out == "0\n"
+            ? "setpriv --bounding-set=-dac_override,-dac_read_search --inh-caps=-all "
+            : "";
+    const Outcome folder = run("check --json " + temp.posix(), false, limited + TESSALY_COMMAND);
+    temp.mode("bad/shut", 0755);
+    EXPECT_EQ(folder.status, 3);
+    const auto report = nlohmann::json::parse(folder.out);
+    EXPECT_EQ(report["decks"].size(), 2U);
+    std::map<std::string, std::string> reasons;
+    for (const auto& unread : report["unreadable"]) {
+        reasons[unread["file"]] = unread["reason"];
+    }
+    EXPECT_EQ(reasons,
+              (std::map<std::string, std::string>{
+                  {temp.posix("bad/shut"), "cannot be read: Permission denied"},
+                  {temp.posix("bad/loop.wml"), "is a link that leads nowhere"},
+                  {temp.posix("z/large.wml"), "is too large, or memory does not suffice"}}));
+}
+
 TEST_F(Command, LetsNoDeckWriteToTheTerminal) {
     const std::string deck =
         write("escape.wml", "<wml><card id='a'><p>\x1b]0;owned\x07 <x\x1b[31m/></p></card></wml>");
@@ -141,6 +193,13 @@ TEST_F(Command, EndsOnHostileInput) {
     const std::string deep = write("deep.wml", nested);
     EXPECT_EQ(run("check " + deep + ' ' + write("many.wml", faults + "</wml>")).status, 1);
     EXPECT_EQ(run("cards " + deep).status, 1);
+
+    std::string cards;
+    for (int i = 0; i < 32'769; ++i) {
+        cards += "<card/>";
+    }
+    const std::string many = write("many.wml", "<wml>" + cards + "</wml>");
+    EXPECT_TRUE(holds(run("cards " + many, true), "tessaly: " + many + ": has more cards than"));
 
     std::string line = "Site=";
     line.resize(50'000'000, '=');

@@ -1,0 +1,111 @@
+// The decks that a path stands for, one by one. What cannot be read, or not be dealt with, is named
+// and does not keep the others out.
+
+#include "apps/cli/Session.h"
+
+#include "platform/PathName.h"
+#include "util/Attempt.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace cli {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Visit = std::function<void(const Deck&)>;
+
+/// Calls `visit`; a failure is told.
+void visitSafely(Session& session, const std::string& file, const std::function<void()>& visit) {
+    if (const auto failed = tessaly::attempt(visit)) {
+        session.complain(ExitStatus::Unreadable, file, reasonOf(*failed));
+    }
+}
+
+/// What lies directly in `folder`, sorted into decks and further folders. Links to folders are not
+/// followed.
+void sortEntries(Session& session, const std::string& folder, std::vector<std::string>& decks,
+                 std::vector<std::string>& folders) {
+    std::error_code failed;
+    for (fs::directory_iterator entry(folder, failed), end; !failed && entry != end;
+         entry.increment(failed)) {
+        const std::string path = entry->path().string();
+        std::error_code unknown;
+        if (fs::is_directory(entry->symlink_status(unknown))) {
+            folders.push_back(path);
+        } else if (isDeck(path)) {
+            const fs::file_status status = entry->status(unknown);
+            if (fs::is_regular_file(status)) {
+                decks.push_back(path);
+            } else if (!fs::exists(status)) {
+                session.complain(ExitStatus::Unreadable, path, "is a link that leads nowhere");
+            }
+        }
+    }
+    if (failed) {
+        session.complain(ExitStatus::Unreadable, folder, "cannot be read: " + failed.message());
+    }
+}
+
+} // namespace
+
+void Session::visitDeck(const std::string& file, const Visit& visit) {
+    visitSafely(*this, file, [&] {
+        std::optional<std::u16string> text = readText(file);
+        if (!text) {
+            return;
+        }
+        const std::u16string name = m_files->GetBaseName(tessaly::toComponentPath(file));
+        m_decks->Documents()->Clear();
+        auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, *text, nullptr, nullptr,
+                                                  nullptr, m_decks->Ravik());
+        m_decks->Documents()->Clear();
+        visit({file, std::move(document)});
+    });
+}
+
+void Session::visitProject(const std::string& file, const Visit& visit) {
+    const auto project = openProject(file);
+    if (!project) {
+        return;
+    }
+    const std::vector<Deck> decks = decksOf(*project);
+    for (const Deck& deck : decks) {
+        visitSafely(*this, deck.file, [&] { visit(deck); });
+    }
+    // The component stops at the first deck that it cannot load, which has been told.
+    const std::vector<std::u16string> names = listed(file);
+    for (std::size_t i = decks.size() + 1; i < names.size(); ++i) {
+        visitDeck(deckBeside(file, names[i]), visit);
+    }
+}
+
+void Session::visitFolder(const std::string& folder, const Visit& visit) {
+    std::vector<std::string> files;
+    for (std::vector<std::string> folders = {folder}; !folders.empty();) {
+        const std::string next = std::move(folders.back());
+        folders.pop_back();
+        sortEntries(*this, next, files, folders);
+    }
+    std::sort(files.begin(), files.end());
+    for (const std::string& file : files) {
+        visitDeck(file, visit);
+    }
+}
+
+void Session::visitDecks(const std::string& path, const Visit& visit) {
+    std::error_code unknown;
+    if (fs::is_directory(path, unknown)) {
+        visitFolder(path, visit);
+    } else if (isProject(path)) {
+        visitProject(path, visit);
+    } else {
+        visitDeck(path, visit);
+    }
+}
+
+} // namespace cli
