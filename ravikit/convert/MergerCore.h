@@ -3,6 +3,7 @@
 #include "ravikit/convert/DeckWriter.h"
 #include "ravikit/convert/Gap.h"
 #include "ravikit/convert/KnownElements.h"
+#include "ravikit/convert/TextDiff.h"
 
 #include <string>
 #include <vector>
@@ -106,12 +107,16 @@ private:
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
     void normaliseItems(const GapPlace& place);
-    std::pair<std::size_t, std::size_t> compare(bool isFirst, bool isLast) const;
+    std::vector<SharedRun> compare(bool isFirst, bool isLast) const;
     bool trimEnd(const Item& words, bool isAtEdge);
     bool trimBegin(const Item& words, bool isAtEdge);
-    void writeItems(std::size_t prefix, std::size_t suffix);
+    void writeItems(const std::vector<SharedRun>& shared);
+    void writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
+                             const std::vector<SharedRun>& shared, std::size_t& next);
+    std::u16string unseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
+                                std::size_t nextAtom);
     void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
-    void writeNew(std::size_t firstItem, std::size_t behind);
+    void writeNew(std::size_t firstItem, std::size_t behind, std::u16string unseen = {});
     void writeCharacters(std::u16string_view text, bool bare);
     bool canCopy(std::size_t atom, std::size_t count) const;
     bool isSplitOff() const;

@@ -14,55 +14,101 @@ bool Merger::ownsElements(bool amongText) const {
            (amongText ? m_writer.holdsText(frame.handle, isBare()) : m_writer.holds(frame.handle));
 }
 
-void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
-    Frame& frame = m_frames.back();
-    const auto characters = static_cast<std::size_t>(
-        std::count_if(m_items.begin(), m_items.end(),
-                      [](const Item& item) { return item.kind == Item::Kind::Character; }));
-    const std::size_t behindNew = characters - suffix;
-    const std::size_t atomShift = frame.gap.atoms.size() - characters;
-    frame.usedAtoms = std::max(frame.usedAtoms, prefix);
-    std::size_t number = 0;
+void Merger::writeItems(const std::vector<SharedRun>& shared) {
+    if (!shared.empty()) {
+        m_frames.back().usedAtoms = shared.back().before + shared.back().length;
+    }
+    std::size_t number = 0; // of the characters so far
+    std::size_t next = 0;   // the first of `shared` that isn't written whole
     for (std::size_t i = 0; i < m_items.size();) {
-        if (m_items[i].kind == Item::Kind::Enter) {
-            openSoft(m_items[i++].node);
+        std::size_t end = i;
+        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character) {
+            ++end;
+        }
+        if (end > i) {
+            writeCharacterItems(i, end, number, shared, next);
+            number += end - i;
+            i = end;
             continue;
         }
-        if (m_items[i].kind == Item::Kind::Edge) {
-            ++i;
-            continue;
-        }
-        if (m_items[i].kind == Item::Kind::Words) {
-            const Range range = m_ranges[m_items[i++].node];
+        const Item item = m_items[i++];
+        switch (item.kind) {
+        case Item::Kind::Enter:
+            openSoft(item.node);
+            break;
+        case Item::Kind::Leave:
+            closeSoft();
+            break;
+        case Item::Kind::Words: {
+            const Range range = m_ranges[item.node];
             writeCharacters(
                 std::u16string_view(m_words).substr(range.begin, range.end - range.begin),
                 isBare());
-            continue;
+            break;
         }
-        if (m_items[i].kind == Item::Kind::Leave) {
-            closeSoft();
-            ++i;
-            continue;
+        default:
+            break;
         }
-        std::size_t end = i;
-        const std::size_t first = number;
-        const std::size_t limit = first < prefix      ? prefix
-                                  : first < behindNew ? behindNew
-                                                      : characters;
-        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character &&
-               number < limit) {
-            ++end;
-            ++number;
-        }
-        if (first < prefix) {
-            writeRun(i, end, first);
-        } else if (first < behindNew) {
-            writeNew(i, end);
-        } else {
-            writeRun(i, end, first + atomShift);
-        }
-        i = end;
     }
+}
+
+/// Writes the items [firstItem, behind), characters all, of which the first has this number: what
+/// is shared as the source has it, the rest as new text.
+void Merger::writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
+                                 const std::vector<SharedRun>& shared, std::size_t& next) {
+    const std::size_t limit = number + (behind - firstItem);
+    const auto itemOf = [&](std::size_t character) { return firstItem + (character - number); };
+    for (std::size_t at = number; at < limit;) {
+        while (next < shared.size() && shared[next].after + shared[next].length <= at) {
+            ++next;
+        }
+        const bool isOver = next == shared.size();
+        const std::size_t begin = isOver ? limit : std::min(shared[next].after, limit);
+        if (begin > at) {
+            const std::size_t atom =
+                next == 0 ? 0 : shared[next - 1].before + shared[next - 1].length;
+            const std::size_t nextAtom =
+                isOver ? m_frames.back().gap.atoms.size() : shared[next].before;
+            writeNew(itemOf(at), itemOf(begin),
+                     unseenForNew(itemOf(at), itemOf(begin), atom, nextAtom));
+            at = begin;
+            continue;
+        }
+        const SharedRun& run = shared[next];
+        const std::size_t end = std::min(run.after + run.length, limit);
+        writeRun(itemOf(at), itemOf(end), run.before + (at - run.after));
+        at = end;
+    }
+}
+
+/// What isn't seen and goes before the new text of the items, which stands in place of the atoms
+/// [atom, nextAtom): the blanks that lead its line, and what would stand inside of a word after it.
+std::u16string Merger::unseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
+                                    std::size_t nextAtom) {
+    const Frame& frame = m_frames.back();
+    if (frame.known == nullptr || placeOfGap().noBlanks || !canCopy(atom, 0)) {
+        return {};
+    }
+    for (std::size_t i = behind; i < m_items.size() && m_items[i].kind != Item::Kind::Character;
+         ++i) {
+        if (m_items[i].isBlock) {
+            return {}; // it leads a line after this one
+        }
+    }
+    const std::vector<SourceAtom>& atoms = frame.gap.atoms;
+    const auto isWordAt = [&](std::size_t at) {
+        return at < atoms.size() && isWordUnit(atoms[at].unit);
+    };
+    const bool endsInWord = isWordAt(nextAtom) && isWordUnit(m_items[behind - 1].unit);
+    if (endsInWord && nextAtom > atom) {
+        const std::u16string first = unseenUpTo(atom, true);
+        return first + unseenUpTo(nextAtom, true);
+    }
+    const bool beginsLine = firstItem == 0 || (m_items[firstItem - 1].kind == Item::Kind::Character
+                                                   ? m_items[firstItem - 1].unit == breakAtom
+                                                   : m_items[firstItem - 1].isBlock);
+    const bool goesFirst = isWordAt(atom) || (beginsLine && !atoms.empty());
+    return goesFirst ? unseenUpTo(atom, true) : std::u16string();
 }
 
 /// Whether the source of `count` atoms can stand where the text at hand goes.
@@ -128,11 +174,15 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
     writeNew(firstItem + (end - atom), behind);
 }
 
-void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
+void Merger::writeNew(std::size_t firstItem, std::size_t behind, std::u16string unseen) {
     std::u16string& text = m_newText;
     text.clear();
     const bool bare = isBare();
     const auto write = [&] {
+        if (!unseen.empty()) {
+            m_writer.text(unseen, bare);
+            unseen.clear();
+        }
         writeCharacters(text, bare);
         text.clear();
     };
