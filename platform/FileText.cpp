@@ -97,6 +97,50 @@ FileText decodeUndeclared(std::string_view bytes) {
         [at = bytes.data() + first](const char& byte) { return &byte == at; });
 }
 
+/// A file that declares the encoding `declared`, which is not UTF-8.
+FileText decodeAsDeclared(std::string_view bytes, const std::u16string& declared) {
+    const bool isAscii = std::all_of(bytes.begin(), bytes.end(),
+                                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    // Text of another encoding is hardly ever UTF-8 too, unless there is next to nothing of it.
+    constexpr std::size_t byChance = 2;
+    auto utf8 = isAscii ? std::nullopt : decodeUtf8(bytes);
+    if (utf8 && (ravikit::meansWindows1252(declared) || !ravikit::isKnownEncoding(declared) ||
+                 decodeNearlyUtf8(bytes).sequences > byChance)) {
+        return ravikit::isKnownEncoding(declared) ? otherThanDeclared(*std::move(utf8), u"UTF-8")
+                                                  : FileText{*std::move(utf8), {}};
+    }
+    if (ravikit::meansWindows1252(declared)) {
+        return {decodeWindows1252(bytes), {}};
+    }
+    auto decoded = ravikit::decodeDeclared(bytes, declared);
+    return decoded ? FileText{std::move(decoded->text), {}} : undecoded(bytes);
+}
+
 } // namespace
+
+FileText decodeFile(std::string_view bytes) {
+    const std::string_view marked = ravikit::markedEncoding(bytes);
+    if (!marked.empty() && marked != "UTF-8") {
+        return decodeMarked(bytes, marked);
+    }
+    const std::u16string declared = ravikit::declaredName(bytes);
+    // What cannot be a name at all is an error of the declaration, and names nothing.
+    const bool isUtf8 =
+        !marked.empty() || ravikit::isUtf8Name(declared) || !ravikit::isEncodingName(declared);
+    return isUtf8 ? decodeUndeclared(bytes) : decodeAsDeclared(bytes, declared);
+}
+
+std::string encodeFile(std::u16string_view text) {
+    std::string bytes;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t raw = ravikit::findRawByte(text, at);
+        bytes += encodeUtf8(text.substr(at, raw - at));
+        at = raw;
+        if (at < text.size()) {
+            bytes += ravikit::byteOf(text[at++]);
+        }
+    }
+    return bytes;
+}
 
 } // namespace tessaly
