@@ -200,7 +200,8 @@ private:
     /// Otherwise the user is told of the first that has none.
     static bool lieInFolder(const std::vector<std::shared_ptr<WirelessDocument>>& documents);
 
-    /// One document's part of SaveAs, beside the project file `path`. False if it was not saved.
+    /// One document's part of SaveAs, beside the project file `projectPath`. False if it was not
+    /// saved.
     bool saveDocumentAs(Steps& step, const std::shared_ptr<WirelessDocument>& document,
                         const std::u16string& projectPath,
                         const std::shared_ptr<TextStream>& stream);

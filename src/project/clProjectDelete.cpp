@@ -4,7 +4,6 @@
 #include "project/ProjectFile.h"
 #include "project/clProject.h"
 #include "util/Attempt.h"
-#include "util/LetterCase.h"
 
 namespace tessaly {
 
@@ -54,8 +53,9 @@ bool clProject::hasFolderToDelete(const std::shared_ptr<FileSystemObject>& fso) 
         if (below && !projectFile().empty()) {
             // Of a file that held no line, or of one whose first deck is missing, init leaves the
             // folder of the project before it.
-            const std::u16string home = fso->GetParentFolderName(projectFile());
-            below = equalIgnoringCase(fso->GetAbsolutePathName(home), folder);
+            const std::u16string home =
+                fso->GetAbsolutePathName(fso->GetParentFolderName(projectFile()));
+            below = home == folder || fso->isSameFile(home, folder);
         }
     });
     return below;
