@@ -295,6 +295,14 @@ void Outline::mark(Flag flag) {
     }
 }
 
+std::u16string_view insideCData(std::u16string_view source) {
+    source.remove_prefix(std::min<std::size_t>(cdataBegin, source.size()));
+    if (source.ends_with(u"]]>")) {
+        source.remove_suffix(3);
+    }
+    return source;
+}
+
 std::u16string_view shownAttribute(Element element) {
     switch (element) {
     case Element::Card:

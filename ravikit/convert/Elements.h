@@ -118,6 +118,12 @@ private:
     std::vector<Open> m_open;
 };
 
+/// How long the mark is with which a CDATA section begins.
+inline constexpr std::uint32_t cdataBegin = 9;
+
+/// The text in a CDATA section, which need not have its end.
+std::u16string_view insideCData(std::u16string_view source);
+
 /// The attribute that an element shows as a text of its own: `title` of a card, `alt` of a picture.
 /// Empty if there is none.
 std::u16string_view shownAttribute(Element element);

@@ -3,6 +3,7 @@
 #include "ravikit/convert/DeckWriter.h"
 #include "ravikit/convert/Gap.h"
 #include "ravikit/convert/KnownElements.h"
+#include "ravikit/convert/LineText.h"
 #include "ravikit/convert/TextDiff.h"
 
 #include <string>
@@ -113,15 +114,16 @@ private:
     void writeItems(const std::vector<SharedRun>& shared);
     void writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
                              const std::vector<SharedRun>& shared, std::size_t& next);
-    std::u16string unseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
-                                std::size_t nextAtom);
-    void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
-    void writeNew(std::size_t firstItem, std::size_t behind, std::u16string unseen = {});
+    void writeLine(LineText& line);
+    void addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
+                         std::size_t nextAtom, LineText& line);
+    void addRun(std::size_t firstItem, std::size_t behind, std::size_t atom, LineText& line);
+    void addNew(std::size_t firstItem, std::size_t behind, LineText& line);
     void writeCharacters(std::u16string_view text, bool bare);
     bool canCopy(std::size_t atom, std::size_t count) const;
     bool isSplitOff() const;
     std::size_t copyEnd(std::size_t begin, std::size_t end) const;
-    std::u16string unseenUpTo(std::size_t atom, bool keepsLastBlank);
+    void addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line);
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;
     bool isBlockSource(Tree::Id id) const;

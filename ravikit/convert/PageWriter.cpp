@@ -361,14 +361,6 @@ private:
         }
     }
 
-    static std::u16string_view insideCData(std::u16string_view source) {
-        source.remove_prefix(std::min<std::size_t>(9, source.size()));
-        if (source.ends_with(u"]]>")) {
-            source.remove_suffix(3);
-        }
-        return source;
-    }
-
     const Tree& m_tree;
     Outline m_outline;
     std::uint64_t m_deck;
