@@ -26,7 +26,8 @@ struct Opening {
     Tree::Id source = Tree::none; ///< its tags are copied from here
     bool isCopy = false;          ///< without its ids, which stand elsewhere already
     AttributeChanges changes = {};
-    std::u16string tag = {}; ///< the start tag of one without a source; `<name>` if empty
+    std::u16string tag = {};  ///< the start tag of one without a source; `<name>` if empty
+    std::u16string task = {}; ///< of an anchor: what every piece of it needs that has none
 };
 
 /// The tags of `opening`. `tree` is the deck that it is copied from, or null. `keepsSlash`: one

@@ -186,4 +186,10 @@ void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
     m_out += markup;
 }
 
+void DeckWriter::noteTask() {
+    for (Written& one : m_written) {
+        one.task.clear();
+    }
+}
+
 } // namespace ravikit

@@ -39,6 +39,7 @@ private:
         Gap gap = {};
         std::size_t usedAtoms = 0;
         std::size_t usedUnseen = 0;
+        std::size_t notedUnseen = 0; ///< of those, looked at for the task of a link
     };
     /// An element of the page that the source doesn't know.
     struct Soft {
@@ -98,6 +99,7 @@ private:
     std::uint32_t alignOnPage(const KnownElement& known) const;
     std::u16string textOf(std::uint32_t node) const;
     std::u16string withoutIds(Tree::Id id) const;
+    std::u16string taskOf(Tree::Id anchor) const;
 
     // Gaps.
     /// Writes what the page has up to here. `isLast`: an anchor follows, or the element's end.
@@ -124,6 +126,7 @@ private:
     bool isSplitOff() const;
     std::size_t copyEnd(std::size_t begin, std::size_t end) const;
     void addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line);
+    void noteTask();
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;
     bool isBlockSource(Tree::Id id) const;

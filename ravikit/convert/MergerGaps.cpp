@@ -49,7 +49,7 @@ GapPlace Merger::placeOfGap() const {
 void Merger::openGap() {
     Frame& frame = m_frames.back();
     frame.isGapOpen = true;
-    frame.usedAtoms = frame.usedUnseen = 0;
+    frame.usedAtoms = frame.usedUnseen = frame.notedUnseen = 0;
     frame.gap.clear();
     if (frame.known == nullptr) {
         return;

@@ -90,7 +90,8 @@ void Merger::enterKnown(const KnownElement& known) {
     Opening opening{.element = element,
                     .source = known.source,
                     .isCopy = known.isCopy,
-                    .changes = std::move(changes)};
+                    .changes = std::move(changes),
+                    .task = element == Element::Anchor ? taskOf(known.source) : u""};
     const bool isRoot = m_frames.empty();
     // What stands in an element that was turned can't stand in its place.
     const bool inPlace = isRoot || (known.isAnchor && m_writer.isInnermost(m_frames.back().handle));
@@ -187,6 +188,18 @@ std::u16string Merger::textOf(std::uint32_t node) const {
         }
     }
     return text;
+}
+
+/// What makes an anchor a link: a piece of it that was split off leads where the whole did.
+std::u16string Merger::taskOf(Tree::Id anchor) const {
+    const Tree& tree = *m_tree;
+    std::u16string task;
+    for (Tree::Id id = tree.firstContent(anchor); id < tree[anchor].next; id = tree[id].next) {
+        const bool isTask =
+            tree.kind(id) == NodeKind::Element && m_known.outline().element(id) == Element::Unseen;
+        task += isTask ? withoutIds(id) : u"";
+    }
+    return task;
 }
 
 /// The source of an element without the ids in it, which the page has at another place too.

@@ -86,6 +86,7 @@ void Merger::writeCharacterItems(std::size_t firstItem, std::size_t behind, std:
 void Merger::writeLine(LineText& line) {
     if (!line.isEmpty()) {
         m_writer.text(line.take(), isBare());
+        noteTask();
     }
 }
 
@@ -264,6 +265,17 @@ void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
         m_writer.forceParagraph();
     }
     m_writer.unseen(line.take(), m_frames.back().handle);
+    noteTask();
+}
+
+/// Lets the writer know if what was written last brought the task of a link with it.
+void Merger::noteTask() {
+    Frame& frame = m_frames.back();
+    for (; frame.notedUnseen < frame.usedUnseen; ++frame.notedUnseen) {
+        if (frame.gap.unseen[frame.notedUnseen].isElement) {
+            m_writer.noteTask();
+        }
+    }
 }
 
 } // namespace ravikit
