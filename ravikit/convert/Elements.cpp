@@ -233,6 +233,14 @@ void Outline::enter(Tree::Id id, Element e) {
             (e == Element::Td && above != Element::Tr)) {
             m_flags[id] |= Irregular;
         }
+        if ((above == Element::Select && e != Element::Option && e != Element::Optgroup) ||
+            (above == Element::Optgroup && e != Element::Option) || above == Element::Option) {
+            markChoiceIrregular();
+        }
+        const bool isChoice = above == Element::Select || above == Element::Optgroup;
+        if ((e == Element::Option || e == Element::Optgroup) && !isChoice) {
+            m_flags[id] |= Irregular;
+        }
         if ((above == Element::Wml && e != Element::Card) ||
             (above == Element::Card && !accepts(Element::Card, e))) {
             m_flags[parent] |= Bare;
@@ -276,6 +284,9 @@ void Outline::noteText(Tree::Id id) {
     if (e == Element::Table || e == Element::Tr) {
         markIrregular();
     }
+    if (e == Element::Select || e == Element::Optgroup) {
+        markChoiceIrregular();
+    }
 }
 
 /// Notes that the innermost open element is out of order. If it is a row, so is its table.
@@ -284,6 +295,17 @@ void Outline::markIrregular() {
     if (m_open.back().element == Element::Tr && m_open.size() > 1) {
         const Open& above = m_open[m_open.size() - 2];
         m_flags[above.id] |= above.element == Element::Table ? Irregular : 0;
+    }
+}
+
+/// The same of the choice around it, and of all that is open in that.
+void Outline::markChoiceIrregular() {
+    for (auto open = m_open.rbegin(); open != m_open.rend(); ++open) {
+        const bool isPart = open->element == Element::Option || open->element == Element::Optgroup;
+        if (!isPart && open->element != Element::Select) {
+            break;
+        }
+        m_flags[open->id] |= Irregular;
     }
 }
 
@@ -335,7 +357,7 @@ std::u16string shownText(const Tree& tree, Tree::Id id, Element element) {
     case Element::Img:
         return orElse(text, orElse(value(u"src"), u"image"));
     case Element::Input:
-        return orElse(text, u"______");
+        return text;
     case Element::Do:
         return orElse(text, orElse(value(u"type"), u"do"));
     default:

@@ -80,7 +80,7 @@ public:
     /// Whether an HTML paragraph could not hold what is in this element.
     bool holdsBlock(Tree::Id id) const { return (m_flags[id] & HoldsBlock) != 0; }
 
-    /// Whether an HTML table, row or cell could not stand for this one.
+    /// Whether an HTML table, row, cell, choice or option could not stand for this one.
     bool isIrregular(Tree::Id id) const { return (m_flags[id] & Irregular) != 0; }
 
     /// Whether text or inline elements stand, against the rules, right in this one.
@@ -111,6 +111,7 @@ private:
     void noteText(Tree::Id id);
     void mark(Flag flag);
     void markIrregular();
+    void markChoiceIrregular();
 
     const Tree* m_tree;
     std::vector<Element> m_byName;

@@ -3,6 +3,7 @@
 #include "ravikit/Chars.h"
 #include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/MergerCore.h"
+#include "ravikit/convert/PageShapes.h"
 #include "ravikit/convert/Style.h"
 
 namespace ravikit {
@@ -133,6 +134,9 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         known != nullptr && m_tree != nullptr && known->source != Tree::none) {
         return visitKnown(*known);
     }
+    if (isRoom(node)) {
+        return element.next;
+    }
     if (element.tag == PageTag::Br) {
         m_items.push_back({.unit = breakAtom});
         return element.next;
@@ -150,6 +154,21 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         enterSoft(node);
     }
     return node + 1;
+}
+
+/// Whether `node` is there for the author's caret alone, and nobody typed in it.
+bool Merger::isRoom(std::uint32_t node) const {
+    if (m_page.attribute(node, roomAttribute) == nullptr) {
+        return false;
+    }
+    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        const bool isFiller = m_page[at].tag == PageTag::Br ||
+                              (m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty());
+        if (!isFiller) {
+            return false;
+        }
+    }
+    return true;
 }
 
 void Merger::enterSoft(std::uint32_t node) {

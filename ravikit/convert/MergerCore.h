@@ -47,6 +47,7 @@ private:
         bool isBlock = false;
         bool isList = false;
         Paragraph outer = {};
+        std::u16string_view label = {}; ///< of a group of options: text, if it comes to nothing
     };
     struct Open {
         std::uint32_t next = 0;
@@ -85,6 +86,7 @@ private:
     void addWords(std::u16string_view text);
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
+    bool isRoom(std::uint32_t node) const;
     void enterSoft(std::uint32_t node);
     void endLine(bool isBlock);
 
@@ -109,6 +111,7 @@ private:
     bool ownsElements(bool amongText) const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
+    void dropFillers(const GapPlace& place);
     void normaliseItems(const GapPlace& place);
     std::vector<SharedRun> compare(bool isFirst, bool isLast) const;
     bool trimEnd(const Item& words, bool isAtEdge);

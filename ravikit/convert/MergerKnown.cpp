@@ -33,8 +33,9 @@ std::uint32_t Merger::visitKnown(const KnownElement& known) {
         ++frame.nextAnchor;
     }
     const Element element = m_known.outline().element(known.source);
-    // A changed copy of a box is what was split off it.
-    const bool isWhole = isBox(element) && !known.isCopy;
+    // A changed copy of a box with text in it is what was split off it.
+    const bool isReplaced = m_page[known.page].next == known.page + 1;
+    const bool isWhole = isBox(element) && (!known.isCopy || isReplaced);
     const bool done = known.isUnchanged ? writeWhole(known) : isWhole && writeBox(known);
     if (done) {
         return m_page[known.page].next;
@@ -85,6 +86,7 @@ void Merger::enterKnown(const KnownElement& known) {
     Frame frame{.known = &known, .nextAnchor = known.firstAnchor};
     frame.exact = element == Element::Pre;
     frame.caption = captionOf(known);
+    frame.isCaptioned = m_page[known.page].tag == PageTag::Optgroup;
     AttributeChanges changes =
         element == Element::P ? alignChange(known) : captionChange(known, frame.caption);
     Opening opening{.element = element,
@@ -155,9 +157,11 @@ AttributeChanges Merger::alignChange(const KnownElement& known) const {
 
 /// The node that shows an attribute of `known`; the element's own if there is none.
 std::uint32_t Merger::captionOf(const KnownElement& known) const {
+    const bool isLabelled = m_page[known.page].tag == PageTag::Optgroup;
     const std::u16string_view name = shownAttribute(m_known.outline().element(known.source));
-    for (std::uint32_t node = known.page + 1; !name.empty() && node < m_page[known.page].next;
-         node = m_page[node].next) {
+    for (std::uint32_t node = known.page + 1;
+         !isLabelled && !name.empty() && node < m_page[known.page].next;
+         node = m_page[node].tag == PageTag::H2 ? node + 1 : m_page[node].next) {
         if (m_page[node].tag != PageTag::None && m_page.value(node, textAttribute) == name) {
             return node;
         }
@@ -168,23 +172,29 @@ std::uint32_t Merger::captionOf(const KnownElement& known) const {
 AttributeChanges Merger::captionChange(const KnownElement& known, std::uint32_t caption) const {
     const Element element = m_known.outline().element(known.source);
     const std::u16string_view name = shownAttribute(element);
-    if (name.empty() || (caption == known.page && !isBox(element))) {
+    if (name.empty()) {
         return {};
     }
-    const std::u16string shown = collapsed(textOf(caption));
+    const bool isMissing =
+        caption == known.page && !isBox(element) && m_page[known.page].tag != PageTag::Optgroup;
+    const std::u16string shown = isMissing ? std::u16string() : collapsed(textOf(caption));
     if (shown == collapsed(shownText(*m_tree, known.source, element))) {
         return {};
     }
-    return {{std::u16string(name), shown}};
+    // A picture has to have its text.
+    return {{std::u16string(name), shown, shown.empty() && element != Element::Img}};
 }
 
 std::u16string Merger::textOf(std::uint32_t node) const {
-    std::u16string text;
-    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+    std::u16string text(shownOnPage(m_page, node));
+    const bool isLabelled = m_page[node].tag == PageTag::Optgroup;
+    for (std::uint32_t at = node + 1; !isLabelled && at < m_page[node].next; ++at) {
         if (m_page[at].tag == PageTag::None) {
             text += m_page[at].text;
         } else if (m_page[at].tag == PageTag::Br) {
             text += u' ';
+        } else {
+            text += shownOnPage(m_page, at);
         }
     }
     return text;
