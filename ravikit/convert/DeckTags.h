@@ -12,11 +12,13 @@ namespace ravikit {
 /// XML has no place for becomes U+FFFD, a control nothing; false if there was such a unit.
 bool appendCharacters(std::u16string& out, std::u16string_view text, bool isValue = false);
 
-/// Attributes that are to differ from the source's: name and value; `remove` takes one away.
+/// An attribute that is to differ from the source's; of two of one name the first counts. `remove`
+/// takes it away.
 struct AttributeChange {
     std::u16string name;
     std::u16string value;
     bool remove = false;
+    bool isOfLine = false; ///< only for the line of text that is written
 };
 using AttributeChanges = std::vector<AttributeChange>;
 

@@ -97,6 +97,7 @@ private:
     void writeEmpty(std::size_t index);
     void openForText(bool bare);
     Opening openingOf(const Standing& standing);
+    void alignLine(OpenElements::Entry& block) const;
     Opening nextParagraph(Paragraph& paragraph);
     std::u16string indentation(const Chain& chain, std::size_t index) const;
     std::u16string indentInside(const Opening& opening) const;

@@ -97,6 +97,10 @@ void Merger::closeUpTo(std::uint32_t node) {
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
         m_newExact -= open.isExact ? 1U : 0U;
+        if (open.isLine && m_items.size() > 1 && m_items.back().unit == breakAtom &&
+            m_items[m_items.size() - 2].unit != breakAtom) {
+            m_items.pop_back(); // it lets a caret be there, and ends no line
+        }
         if (open.isPart) {
             m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
         }
@@ -141,6 +145,9 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         m_items.push_back({.unit = breakAtom});
         return element.next;
     }
+    if (enterLine(node)) {
+        return node + 1;
+    }
     const bool isTransparent = isPart(node);
     m_open.push_back({.next = element.next,
                       .isSoft = !isTransparent,
@@ -168,6 +175,18 @@ bool Merger::isRoom(std::uint32_t node) const {
             return false;
         }
     }
+    return true;
+}
+
+/// Enters a block that is one of the lines of its paragraph: what ends the line before is a break.
+bool Merger::enterLine(std::uint32_t node) {
+    if (!m_frames.back().hasBlockLines || m_open.empty() || !m_open.back().isFrame) {
+        return false;
+    }
+    if (m_frames.back().linesEntered++ > 0) {
+        m_items.push_back({.unit = breakAtom});
+    }
+    m_open.push_back({.next = m_page[node].next, .isLine = true});
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include "ravikit/convert/LineText.h"
 #include "ravikit/convert/TextDiff.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ private:
         bool isAfterBlock = false; ///< of what the source has elsewhere, a block came last
         bool isParagraph = false;  ///< written as the paragraph of its texts
         bool exact = false;
+        bool hasBlockLines = false; ///< a browser wrote each of its lines as a block
+        std::uint32_t linesEntered = 0;
         std::uint32_t lastPart = 0;
         Gap gap = {};
         std::size_t usedAtoms = 0;
@@ -55,6 +58,7 @@ private:
         bool isSoft = false;
         bool isBlock = false;
         bool isPart = false;
+        bool isLine = false;
         bool isExact = false;
     };
     /// What the page has in a gap, in order.
@@ -87,6 +91,7 @@ private:
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
     bool isRoom(std::uint32_t node) const;
+    bool enterLine(std::uint32_t node);
     void enterSoft(std::uint32_t node);
     void endLine(bool isBlock);
 
@@ -98,6 +103,8 @@ private:
     AttributeChanges alignChange(const KnownElement& known) const;
     AttributeChanges captionChange(const KnownElement& known, std::uint32_t caption) const;
     std::uint32_t captionOf(const KnownElement& known) const;
+    std::optional<std::uint32_t> alignOfLines(std::uint32_t paragraph) const;
+    bool holdsBlock(std::uint32_t node) const;
     std::uint32_t alignOnPage(const KnownElement& known) const;
     std::u16string textOf(std::uint32_t node) const;
     std::u16string withoutIds(Tree::Id id) const;
@@ -130,6 +137,7 @@ private:
     std::size_t copyEnd(std::size_t begin, std::size_t end) const;
     void addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line);
     void noteTask();
+    void writeTaskInside(std::size_t next);
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;
     bool isBlockSource(Tree::Id id) const;

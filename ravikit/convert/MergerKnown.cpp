@@ -85,6 +85,8 @@ void Merger::enterKnown(const KnownElement& known) {
     const Element element = m_known.outline().element(known.source);
     Frame frame{.known = &known, .nextAnchor = known.firstAnchor};
     frame.exact = element == Element::Pre;
+    frame.hasBlockLines = element == Element::P && m_page[known.page].tag == PageTag::P &&
+                          alignOfLines(known.page).has_value();
     frame.caption = captionOf(known);
     frame.isCaptioned = m_page[known.page].tag == PageTag::Optgroup;
     AttributeChanges changes =
@@ -125,11 +127,41 @@ void Merger::enterKnown(const KnownElement& known) {
     }
 }
 
+/// The alignment of a paragraph that a browser wrote as a block for each of its lines, all aligned
+/// alike; none if it is another one.
+std::optional<std::uint32_t> Merger::alignOfLines(std::uint32_t paragraph) const {
+    std::optional<std::uint32_t> align;
+    for (std::uint32_t node = paragraph + 1; node < m_page[paragraph].next;
+         node = m_page[node].next) {
+        if (m_page[node].tag == PageTag::None && trimmed(m_page[node].text).empty()) {
+            continue;
+        }
+        const bool isLine = (m_page[node].tag == PageTag::Div || m_page[node].tag == PageTag::P) &&
+                            m_known.find(node) == nullptr;
+        const std::uint32_t own = isLine ? pageEffects(m_page, node) & AlignBits : 0;
+        if (!isLine || own == 0 || align.value_or(own) != own || holdsBlock(node)) {
+            return std::nullopt;
+        }
+        align = own;
+    }
+    return align;
+}
+
+bool Merger::holdsBlock(std::uint32_t node) const {
+    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        if (isBlockTag(m_page[at].tag) && m_page[at].tag != PageTag::Br) {
+            return true;
+        }
+    }
+    return false;
+}
+
 /// The alignment that the page shows of a paragraph, from its parts if it is in several: the first
 /// that differs from the source's is the one that the author chose.
 std::uint32_t Merger::alignOnPage(const KnownElement& known) const {
     if (m_page[known.page].tag == PageTag::P) {
-        return pageEffects(m_page, known.page) & AlignBits;
+        const auto lines = alignOfLines(known.page);
+        return lines ? *lines : pageEffects(m_page, known.page) & AlignBits;
     }
     const Tree::Id attribute = m_tree->attribute(known.source, u"align");
     const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));

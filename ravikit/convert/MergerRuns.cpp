@@ -37,6 +37,7 @@ void Merger::writeItems(const std::vector<SharedRun>& shared) {
             openSoft(item.node);
             break;
         case Item::Kind::Leave:
+            writeTaskInside(i);
             closeSoft();
             break;
         case Item::Kind::Words: {
@@ -49,6 +50,25 @@ void Merger::writeItems(const std::vector<SharedRun>& shared) {
         default:
             break;
         }
+    }
+}
+
+/// Writes the task of a link that a format was put around into the format, if nothing else of the
+/// link follows the item before `next`.
+void Merger::writeTaskInside(std::size_t next) {
+    const Frame& frame = m_frames.back();
+    const bool isAnchor =
+        frame.known != nullptr && m_known.outline().element(frame.known->source) == Element::Anchor;
+    if (!isAnchor || endsAtAnchor() || frame.usedAtoms != frame.gap.atoms.size()) {
+        return;
+    }
+    const bool isLast = std::all_of(
+        m_items.begin() + static_cast<std::ptrdiff_t>(next), m_items.end(),
+        [](const Item& item) { return item.kind == Item::Kind::Leave && !item.isBlock; });
+    if (isLast) {
+        LineText line;
+        addUnseenUpTo(frame.gap.atoms.size(), true, line);
+        writeLine(line);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "ravikit/convert/PageWriter.h"
 
+#include "ravikit/Chars.h"
 #include "ravikit/LargePages.h"
 #include "ravikit/Scan.h"
 #include "ravikit/Wording.h"
@@ -320,11 +321,16 @@ private:
             m_digest.close();
         } else if (frame.isCard && frame.endsInKey) {
             writeRoom();
-        } else if (frame.element == Element::P && !frame.isPart && !frame.inParts &&
-                   m_page.back() == u'>' && m_page.size() == frame.begin) {
+        } else if ((frame.element == Element::P || frame.element == Element::Td) && !frame.isPart &&
+                   !frame.inParts && !frame.isNeutral && isBlankFrom(frame.begin)) {
             m_page += u"<br>";
             writeFiller();
         }
+    }
+
+    bool isBlankFrom(std::size_t begin) const {
+        return std::all_of(m_page.begin() + static_cast<std::ptrdiff_t>(begin), m_page.end(),
+                           [](char16_t c) { return isBlank(c); });
     }
 
     void writeFiller() {
