@@ -49,7 +49,7 @@ GapPlace Merger::placeOfGap() const {
 void Merger::openGap() {
     Frame& frame = m_frames.back();
     frame.isGapOpen = true;
-    frame.usedAtoms = frame.usedUnseen = 0;
+    frame.usedAtoms = frame.usedUnseen = frame.notedUnseen = 0;
     frame.gap.clear();
     if (frame.known == nullptr) {
         return;
@@ -77,6 +77,7 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     place.edgeBefore = isFirst ? place.edgeBefore : m_frames.back().isAfterBlock;
     place.edgeAfter = isLast ? place.edgeAfter : beforeBlock;
     m_frames.back().isAfterBlock = beforeBlock;
+    dropFillers(place);
     normaliseItems(place);
     const std::vector<SharedRun> shared = compare(isFirst, isLast);
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
@@ -99,6 +100,52 @@ void Merger::flush(bool isLast, bool beforeBlock) {
             writeUnseen(m_frames.back().gap.atoms.size(), true);
         }
         m_frames.back().isGapOpen = false;
+    }
+}
+
+/// Takes out the line breaks that browsers write at the end of a block, where they show nothing, so
+/// that a caret can be there.
+void Merger::dropFillers(const GapPlace& place) {
+    if (place.exact) {
+        return;
+    }
+    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
+    std::size_t inSource = 0; // of the breaks at the end of the source's line
+    for (std::size_t i = atoms.size(); i-- > 0;) {
+        if (atoms[i].unit != breakAtom && atoms[i].unit != removedAtom) {
+            break;
+        }
+        inSource += atoms[i].unit == breakAtom ? 1U : 0U;
+    }
+    const auto isBreak = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == breakAtom;
+    };
+    const auto isBlankItem = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == u' ';
+    };
+    bool isAtEnd = place.edgeAfter; // the break before this would be at the end of its block
+    bool isLast = true;
+    for (std::size_t i = m_items.size(); i-- > 0;) {
+        const Item& item = m_items[i];
+        if (isBreak(item) && isAtEnd) {
+            std::size_t count = 0;
+            std::size_t first = i;
+            while (first < m_items.size() && isBreak(m_items[first])) {
+                ++count;
+                first = first == 0 ? m_items.size() : first - 1;
+            }
+            const bool isAlone = first < m_items.size() &&
+                                 m_items[first].kind == Item::Kind::Enter && m_items[first].isBlock;
+            if (count > (isLast ? inSource : 0) && !isAlone) {
+                m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(i));
+            }
+            isAtEnd = isLast = false;
+        } else if (item.kind == Item::Kind::Character || item.kind == Item::Kind::Words) {
+            isAtEnd = isAtEnd && isBlankItem(item);
+            isLast = isLast && isBlankItem(item);
+        } else if (item.isBlock) {
+            isAtEnd = true;
+        }
     }
 }
 
