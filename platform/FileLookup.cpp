@@ -3,6 +3,7 @@
 #include "platform/FileErrors.h"
 #include "platform/FolderSearch.h"
 #include "platform/PathName.h"
+#include "platform/RemovedNames.h"
 #include "platform/TextCodec.h"
 
 #include <cerrno>
@@ -35,6 +36,9 @@ std::optional<std::string> step(const std::string& folder, const std::u16string&
     const std::string exact = joinPosix(folder, encodeUtf8(name));
     if (look(exact, status)) {
         return exact;
+    }
+    if (wasRemoved(exact)) {
+        return std::nullopt;
     }
     const auto other = findIgnoringCase(folder, name);
     return other ? std::optional(joinPosix(folder, *other)) : std::nullopt;
@@ -90,6 +94,13 @@ Found lookUpFile(const std::u16string& path) {
                                                                  : FailureCode::FileNotFound);
     }
     return found;
+}
+
+void removed(const Found& found, const std::u16string& path) {
+    nameRemoved(found.path);
+    // As it was written too, where that differs: whoever removed the file writes to this name next.
+    const std::string folder = found.path.substr(0, found.path.rfind('/') + 1);
+    nameRemoved(folder + encodeUtf8(splitPath(path).names.back()));
 }
 
 void requireWritableFolderOf(const std::string& path) {

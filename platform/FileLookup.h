@@ -30,7 +30,7 @@ struct Found {
 
 /// Finds `path` without regard to the case of letters, name by name from the root on: the exact
 /// name wins, otherwise the first in sorted order. A path that exists as it is written costs one
-/// look.
+/// look. A name that was `removed` leads to no other until it is made again.
 ///
 /// Fails with BadFileName for what no path can be, with DiskNotReady for a drive that is not
 /// mounted or whose folder has gone, and as the system does where it may not look.
@@ -39,6 +39,9 @@ Found lookUp(const std::u16string& path);
 /// lookUp of an existing file. Anything else fails: FileNotFound, or PathNotFound if its folder is
 /// missing.
 Found lookUpFile(const std::u16string& path);
+
+/// To be called once `found`, which lookUp gave for `path`, is off the disk.
+void removed(const Found& found, const std::u16string& path);
 
 /// Fails with PermissionDenied if the owner may not write into the folder that holds `path`, a
 /// path of the system: also for a user whom the system would let.

@@ -1,5 +1,6 @@
 #include "platform/FolderSearch.h"
 
+#include "platform/RemovedNames.h"
 #include "platform/TextCodec.h"
 #include "util/LetterCase.h"
 
@@ -198,6 +199,7 @@ NewEntry::NewEntry(const std::string& path)
 }
 
 void NewEntry::made() const {
+    nameMade(m_folder + m_name);
     const auto state = stateOf(m_folder);
     const auto text = decodeUtf8(m_name);
     if (m_wasKnown && state && text) {

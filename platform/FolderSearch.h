@@ -11,8 +11,9 @@ namespace tessaly {
 /// here. A folder that cannot be listed has no entries.
 std::optional<std::string> findIgnoringCase(const std::string& folder, std::u16string_view name);
 
-/// Keeps the search fast while this process makes one entry after the other in a folder: to be made
-/// before the entry at `path`, a path of the system, and told once the entry is there.
+/// Keeps the search fast while this process makes one entry after the other in a folder, and ends
+/// what is remembered of a removed name: to be made before the entry at `path`, a path of the
+/// system, and told once the entry is there.
 class NewEntry {
 public:
     explicit NewEntry(const std::string& path);

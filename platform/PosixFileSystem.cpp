@@ -75,7 +75,8 @@ std::shared_ptr<File> PosixFileSystem::GetFile(const std::u16string& path) {
     const auto failed = attempt([&] { found = lookUpFile(path); });
     if (failed) {
         const bool noSuchFile = failed->code() == FailureCode::PathNotFound ||
-                                failed->code() == FailureCode::BadFileName;
+                                failed->code() == FailureCode::BadFileName ||
+                                failed->code() == FailureCode::DiskNotReady;
         throw noSuchFile ? Failure(FailureCode::FileNotFound) : *failed;
     }
     return std::make_shared<PosixFile>(found.path);
@@ -120,6 +121,7 @@ void PosixFileSystem::DeleteFile(const std::u16string& path, bool force) {
     if (unlink(found.path.c_str()) != 0) {
         failByErrno();
     }
+    removed(found, path);
 }
 
 void PosixFileSystem::CreateFolder(const std::u16string& path) {
@@ -148,6 +150,7 @@ void PosixFileSystem::DeleteFolder(const std::u16string& path, bool force) {
         throw Failure(FailureCode::PermissionDenied);
     }
     removeFolder(found.path, force);
+    removed(found, path);
 }
 
 std::u16string PosixFileSystem::GetFileName(const std::u16string& path) {

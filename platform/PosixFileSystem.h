@@ -16,8 +16,8 @@ public:
     bool FolderExists(const std::u16string& path) override;
     bool isSameFile(const std::u16string& a, const std::u16string& b) override;
 
-    /// What is no existing file fails with FileNotFound, also where its folder is missing and where
-    /// no file can have such a name; a drive that is not there with DiskNotReady.
+    /// What is no existing file fails with FileNotFound, also where its folder or its drive is
+    /// missing and where no file can have such a name.
     std::shared_ptr<File> GetFile(const std::u16string& path) override;
 
     std::shared_ptr<TextStream> OpenTextFile(const std::u16string& path, IOMode mode, bool create,

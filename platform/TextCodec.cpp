@@ -19,6 +19,10 @@ constexpr std::array<char16_t, 32> windows1252Upper = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
+char16_t windows1252(unsigned char byte) {
+    return byte >= 0x80 && byte < 0xA0 ? windows1252Upper[byte - 0x80U] : char16_t{byte};
+}
+
 /// Copies the ASCII characters from `from` on to `to`, and gives their number.
 std::size_t copyAscii(const unsigned char* from, const unsigned char* end, char16_t* to) {
     const unsigned char* at = from;
@@ -154,12 +158,39 @@ std::optional<std::u16string> decodeUtf8(std::string_view bytes) {
     return text;
 }
 
+NearlyUtf8 decodeNearlyUtf8(std::string_view bytes) {
+    NearlyUtf8 result;
+    result.text.resize(bytes.size()); // no character has more units than bytes
+    char16_t* to = result.text.data();
+    const auto* at = reinterpret_cast<const unsigned char*>(bytes.data());
+    const unsigned char* const end = at + bytes.size();
+    while (at != end) {
+        const std::size_t ascii = copyAscii(at, end, to);
+        at += ascii;
+        to += ascii;
+        if (at == end) {
+            break;
+        }
+        std::size_t length = 0;
+        if (const auto point = decodeSequence(at, end, length)) {
+            ++result.sequences;
+            at += length;
+            to = putUtf16(*point, to);
+            continue;
+        }
+        if (++result.oddCount <= NearlyUtf8::mostOdd) {
+            result.odd.push_back({static_cast<std::size_t>(to - result.text.data()), *at});
+        }
+        *to++ = windows1252(*at++);
+    }
+    result.text.resize(static_cast<std::size_t>(to - result.text.data()));
+    return result;
+}
+
 std::u16string decodeWindows1252(std::string_view bytes) {
     std::u16string text(bytes.size(), u'\0');
-    std::transform(bytes.begin(), bytes.end(), text.begin(), [](char byte) {
-        const auto value = static_cast<unsigned char>(byte);
-        return value >= 0x80 && value < 0xA0 ? windows1252Upper[value - 0x80U] : char16_t{value};
-    });
+    std::transform(bytes.begin(), bytes.end(), text.begin(),
+                   [](char byte) { return windows1252(static_cast<unsigned char>(byte)); });
     return text;
 }
 

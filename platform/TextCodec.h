@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaly {
 
@@ -15,8 +17,26 @@ std::optional<std::u16string> decodeUtf8(std::string_view bytes);
 /// had back from the text.
 std::u16string decodeWindows1252(std::string_view bytes);
 
-/// The text of a file: UTF-8 if all of it is, otherwise Windows-1252.
+/// A name or a message of the system as text: UTF-8 if all of it is, otherwise Windows-1252.
 std::u16string decodeText(std::string_view bytes);
+
+/// What is nearly UTF-8.
+struct NearlyUtf8 {
+    /// A byte that is no part of a UTF-8 sequence.
+    struct Odd {
+        std::size_t offset; ///< of its character in the text
+        unsigned char byte;
+    };
+    static constexpr std::size_t mostOdd = 100;
+
+    std::u16string text;
+    std::vector<Odd> odd;      ///< the first `mostOdd` of them
+    std::size_t oddCount = 0;  ///< of all
+    std::size_t sequences = 0; ///< characters of several bytes
+};
+
+/// Reads UTF-8, and each byte that is none as its character in Windows-1252.
+NearlyUtf8 decodeNearlyUtf8(std::string_view bytes);
 
 /// UTF-8 for `text`, an unpaired surrogate as U+FFFD.
 std::string encodeUtf8(std::u16string_view text);

@@ -1,6 +1,6 @@
 #include "platform/TextStreams.h"
 
-#include "platform/TextCodec.h"
+#include "platform/FileText.h"
 #include "util/Attempt.h"
 #include "util/Failure.h"
 
@@ -71,7 +71,7 @@ private:
         if (m_state == State::Unread) {
             // The file ends here in any case: one that broke off must not be read on from there.
             FileHandle file = std::move(m_file);
-            m_text = decodeText(file.readAll());
+            m_text = decodeFile(file.readAll()).text;
             m_state = State::Read;
         }
     }
@@ -109,7 +109,7 @@ public:
 
     void Write(const std::u16string& text) override {
         requireOpen();
-        m_pending += encodeUtf8(text);
+        m_pending += encodeFile(text);
         if (m_pending.size() >= bufferSize) {
             flush();
         }

@@ -2,6 +2,7 @@
 
 #include "ravikit/ParserCore.h"
 #include "ravikit/Wording.h"
+#include "ravikit/encoding/EncodingFault.h"
 
 #include <algorithm>
 
@@ -25,7 +26,19 @@ std::shared_ptr<const Tree> Parser::parseDocument(std::u16string own, std::u16st
     tree->m_text = borrowed.data() == nullptr ? tree->m_ownText : borrowed;
     Entities entities(known, limits);
     Parser(*tree, Kind::Document, entities, limits).run();
-    return tree;
+    if (tree->wellFormed()) {
+        return tree;
+    }
+    auto fault = undecodedBytes(tree->text());
+    if (!fault) {
+        return tree;
+    }
+    // What was found in such a text says nothing to its author.
+    const auto refused = std::make_shared<Tree>();
+    refused->m_ownText = std::move(tree->m_ownText);
+    refused->m_text = borrowed.data() == nullptr ? refused->m_ownText : borrowed;
+    Parser(*refused, Kind::Document, entities, limits).refuse(*std::move(fault));
+    return refused;
 }
 
 std::uint64_t Parser::parseReplacement(Tree& tree, std::u16string text, Entities& entities,
@@ -46,15 +59,18 @@ Parser::Parser(Tree& tree, Kind kind, Entities& entities, const Limits& limits)
     , m_end(m_begin + tree.m_text.size()) {}
 
 void Parser::run() {
-    push(NodeKind::Document, m_begin, m_begin);
     if (m_tree.m_text.size() > m_limits.units) {
-        push(NodeKind::Junk, m_begin, m_begin);
-        m_tree.m_problems.add(ProblemKind::TooLarge, 0, 0,
-                              u"the text is longer than " + decimal(m_limits.units) +
-                                  u" characters");
-        finish();
+        refuse({ProblemKind::TooLarge, 0, 0,
+                u"the text is longer than " + decimal(m_limits.units) + u" characters"});
         return;
     }
+    if (m_kind == Kind::Document) {
+        if (auto fault = unknownEncoding(m_tree.text())) {
+            refuse(*std::move(fault));
+            return;
+        }
+    }
+    push(NodeKind::Document, m_begin, m_begin);
     m_tree.m_nodes.reserve(static_cast<std::uint32_t>(m_tree.m_text.size() / 8 + 16));
     m_open.push_back({Tree::document, NameTable::none, ~0U});
     if (m_entities.known() != nullptr && m_entities.known()->names) {
@@ -71,6 +87,15 @@ void Parser::run() {
     }
     content(at);
     closeAtEnd();
+    finish();
+}
+
+// Takes all of the text in as junk, for one reason.
+void Parser::refuse(Problem problem) {
+    m_isRefused = true;
+    push(NodeKind::Document, m_begin, m_begin);
+    push(NodeKind::Junk, m_begin, m_begin);
+    m_tree.m_problems.add(problem.kind, problem.begin, problem.end, std::move(problem.reason));
     finish();
 }
 
@@ -97,8 +122,8 @@ void Parser::closeAtEnd() {
 void Parser::finish() {
     const auto size = static_cast<std::uint32_t>(m_tree.m_text.size());
     for (Id id = 0; id < m_tree.m_nodes.size() && id < 2; ++id) {
-        // The document, and the junk that all of an overlong text is.
-        if (id == 0 || size > m_limits.units) {
+        // The document, and the junk that all of a refused text is.
+        if (id == 0 || m_isRefused) {
             node(id).end = size;
             node(id).next = m_tree.m_nodes.size();
         }

@@ -78,6 +78,7 @@ private:
 
     // Parser.cpp: the run, and what is rare in text.
     void run();
+    void refuse(Problem problem);
     void closeAtEnd();
     void finish();
     At exclamation(At at);
@@ -227,6 +228,7 @@ private:
     At m_outsideEnd = nullptr; // where the last text outside the root ended that was told of
     bool m_standalone = false;
     bool m_doctypeSeen = false;
+    bool m_isRefused = false;
     bool m_secondRootTold = false;
     bool m_tooDeepTold = false;
     bool m_swallowed = false; // something without an end took in all the rest

@@ -1,5 +1,6 @@
 #include "ravikit/ParserCore.h"
 #include "ravikit/Wording.h"
+#include "ravikit/encoding/Declared.h"
 
 #include <algorithm>
 #include <memory>
@@ -18,13 +19,6 @@ bool isLetter(char16_t c) {
 bool isVersion(std::u16string_view value) {
     return value.size() > 2 && value.substr(0, 2) == u"1." &&
            std::all_of(value.begin() + 2, value.end(), isDigit);
-}
-
-bool isEncoding(std::u16string_view value) {
-    return !value.empty() && isLetter(value[0]) &&
-           std::all_of(value.begin(), value.end(), [](char16_t c) {
-               return isLetter(c) || isDigit(c) || c == u'.' || c == u'_' || c == u'-';
-           });
 }
 
 bool isPublicIdCharacter(char16_t c) {
@@ -63,7 +57,7 @@ Parser::At Parser::xmlDeclaration(At at) {
     } else if (!isVersion(*version)) {
         wrong = *version;
         reason = quoted(*version) + u" is no version of XML; write `version=\"1.0\"`";
-    } else if (encoding && !isEncoding(*encoding)) {
+    } else if (encoding && !isEncodingName(*encoding)) {
         wrong = *encoding;
         reason = quoted(*encoding) + u" cannot be the name of an encoding; one is `UTF-8`";
     } else if (standalone && standalone != u"yes" && standalone != u"no") {

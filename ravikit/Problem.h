@@ -29,6 +29,7 @@ enum class ProblemKind : std::uint16_t {
     BadDeclaration = 117,
     NoRoot = 118,
     TextOutsideRoot = 119,
+    UnreadableEncoding = 120,
     // 200 and up: a limit was reached.
     TooLarge = 200,
     TooDeep = 201,

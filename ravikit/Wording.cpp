@@ -45,4 +45,9 @@ std::u16string codePointName(char32_t c) {
     return u"U+" + digits;
 }
 
+std::u16string byteName(unsigned char byte) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    return {u'0', u'x', digits[byte >> 4], digits[byte & 0xF]};
+}
+
 } // namespace ravikit

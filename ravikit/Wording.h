@@ -20,4 +20,7 @@ std::u16string decimal(std::uint32_t number);
 /// A code point as U+ and at least four hexadecimal digits.
 std::u16string codePointName(char32_t c);
 
+/// A byte as 0x and two hexadecimal digits.
+std::u16string byteName(unsigned char byte);
+
 } // namespace ravikit

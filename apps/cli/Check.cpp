@@ -1,4 +1,5 @@
 #include "apps/cli/Commands.h"
+#include "apps/cli/FileNotes.h"
 #include "apps/cli/ViewCheck.h"
 
 #include <nlohmann/json.hpp>
@@ -31,7 +32,10 @@ public:
     std::size_t decks = 0;
     std::size_t invalid = 0;
     std::size_t errors = 0;
-    std::size_t lost = 0; ///< decks that did not come back from the page as they were
+    std::size_t switched = 0;      ///< decks that were taken to the page and back
+    std::size_t notShown = 0;      ///< and such that could not be: they are not well-formed
+    std::size_t otherEncoding = 0; ///< of those switched, came back in UTF-8 from another encoding
+    std::size_t lost = 0;          ///< and did not come back as they were
 
 protected:
     void count(const Deck& deck) {
@@ -44,16 +48,20 @@ protected:
         }
     }
 
-    /// Nothing too where nobody asked, and for a deck that is not well-formed.
-    std::optional<Loss> lossOf(const Deck& deck) {
-        if (!views || deck.document->DOM()->xml().empty()) {
+    /// Nothing where nobody asked.
+    std::optional<Switched> switchOf(const Deck& deck) {
+        if (!views) {
             return std::nullopt;
         }
-        std::optional<Loss> loss = switchThereAndBack(deck);
-        if (loss) {
-            ++lost;
-        }
-        return loss;
+        using Outcome = Switched::Outcome;
+        const Switched result = switchThereAndBack(deck);
+        notShown += result.outcome == Outcome::NotShown ? 1U : 0U;
+        const bool isSwitched =
+            result.outcome != Outcome::NotShown && result.outcome != Outcome::Blank;
+        switched += isSwitched ? 1U : 0U;
+        otherEncoding += result.outcome == Outcome::OtherEncoding ? 1U : 0U;
+        lost += result.outcome == Outcome::Lost ? 1U : 0U;
+        return result;
     }
 };
 
@@ -67,8 +75,12 @@ public:
         for (Error error = firstError(deck); error; error = error->next()) {
             line(deck.file, *error);
         }
-        if (const std::optional<Loss> loss = lossOf(deck)) {
-            place(deck.file, loss->line, loss->column, loss->reason);
+        for (const Note& note : notesOf(deck)) {
+            place(deck.file, note.line, note.column, Style::Place, "note:", note.reason);
+        }
+        const std::optional<Switched> result = switchOf(deck);
+        if (result && result->outcome == Switched::Outcome::Lost) {
+            place(deck.file, result->line, result->column, Style::Error, "error:", result->reason);
         }
     }
 
@@ -84,30 +96,43 @@ public:
         }
         m_printer.out() << m_printer.styled(Style::Strong, verdict) << '\n';
         if (views) {
-            m_printer.out() << (lost == 0 ? "no deck lost a byte on the way to the page and back"
-                                          : counted(lost, "deck") +
-                                                " did not come back from the page whole")
-                            << '\n';
+            endViews();
         }
     }
 
 private:
+    void endViews() const {
+        m_printer.out() << counted(switched, "deck") << " switched to the page and back, "
+                        << (lost == 0 ? "no byte lost"
+                                      : std::to_string(lost) + " did not come back whole")
+                        << '\n';
+        if (otherEncoding > 0) {
+            m_printer.out() << counted(otherEncoding, "deck")
+                            << " came back in UTF-8 from another encoding\n";
+        }
+        if (notShown > 0) {
+            m_printer.out() << counted(notShown, "deck")
+                            << " could not be switched: not well-formed\n";
+        }
+    }
+
     static std::string counted(std::size_t count, const std::string& what) {
         return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
     }
 
-    void place(const std::string& file, std::size_t line, std::size_t column,
-               const std::string& reason) const {
+    void place(const std::string& file, std::size_t line, std::size_t column, Style style,
+               const std::string& kind, const std::string& reason) const {
         const std::string where =
             file + ':' + std::to_string(line) + ':' + std::to_string(column) + ':';
         m_printer.out() << m_printer.styled(Style::Strong, where) << ' '
-                        << m_printer.styled(Style::Error, "error:") << ' '
+                        << m_printer.styled(style, kind) << ' '
                         << m_printer.styled(Style::Plain, reason) << '\n';
     }
 
     void line(const std::string& file, tessaly::ParseError& error) const {
         const auto column = static_cast<std::size_t>(error.column());
-        place(file, static_cast<std::size_t>(error.line()), column, utf8(error.reason()));
+        place(file, static_cast<std::size_t>(error.line()), column, Style::Error,
+              "error:", utf8(error.reason()));
         if (m_printer.rich()) {
             m_printer.snippet(error.sourceLine(), column);
         }
@@ -115,6 +140,21 @@ private:
 
     const Printer& m_printer;
 };
+
+const char* nameOf(Switched::Outcome outcome) {
+    switch (outcome) {
+    case Switched::Outcome::Whole:
+        return "same bytes";
+    case Switched::Outcome::OtherEncoding:
+        return "other encoding";
+    case Switched::Outcome::Lost:
+        return "lost";
+    case Switched::Outcome::Blank:
+        return "blank";
+    default:
+        return "not well-formed";
+    }
+}
 
 class JsonReport : public Report {
 public:
@@ -135,22 +175,35 @@ public:
         const bool valid = deck.document->isValidXML();
         nlohmann::ordered_json entry = {
             {"file", deck.file}, {"valid", valid}, {"errors", std::move(errorList)}};
-        if (const std::optional<Loss> loss = lossOf(deck)) {
-            entry["lost"] = {
-                {"line", loss->line}, {"column", loss->column}, {"reason", loss->reason}};
+        nlohmann::ordered_json notes = nlohmann::ordered_json::array();
+        for (const Note& note : notesOf(deck)) {
+            notes.push_back(
+                {{"line", note.line}, {"column", note.column}, {"reason", note.reason}});
+        }
+        entry["notes"] = std::move(notes);
+        if (const std::optional<Switched> result = switchOf(deck)) {
+            entry["views"] = nameOf(result->outcome);
+            if (result->outcome == Switched::Outcome::Lost) {
+                entry["lost"] = {
+                    {"line", result->line}, {"column", result->column}, {"reason", result->reason}};
+            }
         }
         m_decks.push_back(std::move(entry));
     }
 
     void end(const std::vector<Session::Unread>& unread) override {
-        nlohmann::ordered_json unreadList = nlohmann::ordered_json::array();
-        for (const auto& [file, why] : unread) {
-            unreadList.push_back({{"file", file}, {"reason", why}});
+        nlohmann::ordered_json report = {
+            {"decks", std::move(m_decks)}, {"invalid", invalid}, {"errorCount", errors}};
+        if (views) {
+            report["views"] = {{"switched", switched},
+                               {"notWellFormed", notShown},
+                               {"otherEncoding", otherEncoding},
+                               {"lost", lost}};
         }
-        const nlohmann::ordered_json report = {{"decks", std::move(m_decks)},
-                                               {"invalid", invalid},
-                                               {"errorCount", errors},
-                                               {"unreadable", std::move(unreadList)}};
+        report["unreadable"] = nlohmann::ordered_json::array();
+        for (const auto& [file, why] : unread) {
+            report["unreadable"].push_back({{"file", file}, {"reason", why}});
+        }
         m_printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
                         << '\n';
     }

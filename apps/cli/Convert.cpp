@@ -1,7 +1,7 @@
 #include "apps/cli/Commands.h"
 
+#include "platform/FileText.h"
 #include "platform/PathName.h"
-#include "platform/TextCodec.h"
 #include "platform/runtime/FileReplacement.h"
 #include "ravikit/DeckText.h"
 #include "util/Attempt.h"
@@ -22,13 +22,16 @@ namespace {
 
 std::u16string readStandardInput() {
     const std::string bytes{std::istreambuf_iterator<char>(std::cin), {}};
-    return tessaly::decodeText(bytes);
+    return tessaly::decodeFile(bytes).text;
 }
 
-/// What a document would hold for `text` as it was read.
+/// What a document would hold for `text` as it was read, with its byte-order mark if it has one: a
+/// document does without, the page carries it.
 std::u16string imported(tessaly::Ravik& ravik, const std::u16string& text) {
-    return text.find(u"DOCTYPE") == text.npos ? ravik.importBareText(text)
-                                              : ravik.importDoctypedText(text);
+    const bool isMarked = text.starts_with(u'\xFEFF');
+    const std::u16string held = text.find(u"DOCTYPE") == text.npos ? ravik.importBareText(text)
+                                                                   : ravik.importDoctypedText(text);
+    return isMarked ? u'\xFEFF' + held : held;
 }
 
 void tellErrors(const std::string& file, tessaly::Tolmek& tolmek) {

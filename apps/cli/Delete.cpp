@@ -2,7 +2,7 @@
 #include "apps/cli/ProjectWork.h"
 
 #include "platform/TextCodec.h"
-#include "util/LetterCase.h"
+#include "project/ProjectFile.h"
 
 #include <nlohmann/json.hpp>
 
@@ -45,34 +45,51 @@ bool isThere(const std::string& path) {
     return fs::exists(fs::symlink_status(path, unknown));
 }
 
+/// The decks that the project lists in other folders: they are left alone.
+std::vector<std::string> decksElsewhere(tessaly::clProject& project, const std::string& file) {
+    std::vector<std::string> decks;
+    for (const auto& document : project.Documents()->NewEnum()) {
+        if (!tessaly::isBaseName(document->Name())) {
+            decks.push_back(deckBeside(file, document->Name()));
+        }
+    }
+    return decks;
+}
+
 /// What a person should hear before they say yes: the folder goes with all that lies there.
 std::string question(tessaly::clProject& project, const std::string& file,
                      const std::vector<std::string>& content) {
     constexpr std::size_t mostShown = 10;
     const std::string folder = folderOf(file);
     const fs::path lasting = lastingPath(folder);
-    const auto inFolder = [&](const fs::path& name) {
-        return tessaly::toLower(tessaly::decodeText((lasting / name).string()));
+    // As it stands on the disk: a file that differs from a deck in case alone is another file.
+    const auto inFolder = [&](const std::u16string& path) {
+        return (lasting / fs::path(lookUp(path).path).filename()).string();
     };
-    std::vector<std::u16string> own = {inFolder(fs::path(file).filename())};
+    std::vector<std::string> own = {inFolder(project.projectFile())};
     for (const auto& document : project.Documents()->NewEnum()) {
-        own.push_back(inFolder(utf8(document->Name()) + ".wml"));
+        if (tessaly::isBaseName(document->Name())) {
+            own.push_back(inFolder(project.ProjectPath() + u"\\" + document->Name() + u".wml"));
+        }
     }
     std::sort(own.begin(), own.end());
+    std::string stayingElsewhere;
+    for (const std::string& deck : decksElsewhere(project, file)) {
+        stayingElsewhere += "\nIts deck " + deck + " lies elsewhere and stays.";
+    }
     std::string others;
     std::size_t count = 0;
     for (const std::string& path : content) {
         std::error_code unknown;
         if (path != folder && !fs::is_directory(fs::symlink_status(path, unknown)) &&
-            !std::binary_search(own.begin(), own.end(),
-                                tessaly::toLower(tessaly::decodeText(path)))) {
+            !std::binary_search(own.begin(), own.end(), path)) {
             others += ++count <= mostShown ? "\n  " + path : "";
         }
     }
     return "This removes the folder " + folder + " with its project file, " +
            counted(own.size() - 1, "deck") + " and " +
            (count == 0 ? "nothing else." : counted(count, "other file") + ":" + others) +
-           (count > mostShown ? "\n  ..." : "") + "\nRemove all that?";
+           (count > mostShown ? "\n  ..." : "") + stayingElsewhere + "\nRemove all that?";
 }
 
 bool isAgreed(ProjectWork& work, const std::string& asked, const std::string& file) {
@@ -133,6 +150,9 @@ ExitStatus deleteProject(const std::string& file, bool sure, bool json, const Pr
         work.refuse(file, "interrupted");
     }
     report(work, content, json, printer);
+    for (const std::string& deck : decksElsewhere(*project, file)) {
+        work.refuse(deck, leadsOut);
+    }
     if (!complete) {
         work.session().raiseStatus(ExitStatus::Invalid);
     }

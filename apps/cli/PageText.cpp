@@ -14,6 +14,10 @@ std::string attribute(const GumboNode& node, const char* name) {
     return found != nullptr ? found->value : "";
 }
 
+bool has(const GumboNode& node, const char* name) {
+    return gumbo_get_attribute(&node.v.element.attributes, name) != nullptr;
+}
+
 bool isBlock(GumboTag tag) {
     switch (tag) {
     case GUMBO_TAG_DIV:
@@ -103,10 +107,14 @@ private:
             ++m_inPre;
         } else if (tag == GUMBO_TAG_BR) {
             m_text += '\n';
-        } else if (tag == GUMBO_TAG_IMG) {
+        } else if (tag == GUMBO_TAG_IMG && !has(node, "data-room")) {
             m_text += '[' + attribute(node, "alt") + ']';
         } else if (tag == GUMBO_TAG_INPUT) {
-            m_text += '[' + attribute(node, "value") + ']';
+            const std::string value = attribute(node, "value");
+            m_text += value.empty() ? "[______]" : '[' + value + ']';
+        } else if (tag == GUMBO_TAG_OPTGROUP) {
+            m_text += attribute(node, "label");
+            breakLine();
         }
     }
 

@@ -57,6 +57,8 @@ private:
     Session m_session; // behind the platform, which it uses
 };
 
+inline constexpr char leadsOut[] =
+    "is listed by the project but lies elsewhere; it is neither saved nor removed";
 inline constexpr char notAProject[] = "is no project file: its name does not end in .cvp";
 
 /// What the component finds at a path of its own, in whatever case; nothing where it cannot look.

@@ -1,6 +1,6 @@
 #include "apps/cli/ReplacingStream.h"
 
-#include "platform/TextCodec.h"
+#include "platform/FileText.h"
 #include "util/Attempt.h"
 
 #include <utility>
@@ -36,7 +36,7 @@ void ReplacingStream::Write(const std::u16string& text) {
     if (m_state == State::Closed) {
         throw Failure(FailureCode::ObjectNotSet);
     }
-    run([&] { m_file.write(tessaly::encodeUtf8(text)); });
+    run([&] { m_file.write(tessaly::encodeFile(text)); });
 }
 
 void ReplacingStream::Close() {

@@ -7,7 +7,6 @@
 #include "platform/PathName.h"
 #include "project/ProjectFile.h"
 #include "util/Attempt.h"
-#include "util/LetterCase.h"
 
 #include <filesystem>
 #include <ostream>
@@ -24,18 +23,16 @@ std::string named(const std::string& wished, const std::u16string& path) {
     return (fs::path(wished).parent_path() / utf8(tessaly::fileNameOf(path))).string();
 }
 
-/// The component looks for conflicts in small letters. Where another folder has the new one's name
-/// in small letters, it would look there, and write over what lies here. False if so, and told.
-bool isUnambiguous(ProjectWork& work, const std::string& file, const std::u16string& path) {
-    const std::u16string folder = tessaly::parentFolderOf(path);
-    const tessaly::Found meant = lookUp(folder);
-    const tessaly::Found found = lookUp(tessaly::toLower(folder));
-    const bool same = !meant.exists() || (found.status.st_dev == meant.status.st_dev &&
-                                          found.status.st_ino == meant.status.st_ino);
-    if (!same) {
-        work.refuse(file, "cannot be told apart from the same name below " + found.path);
+/// A deck that is read from elsewhere has no name beside the new project file. False if there is
+/// one, and told.
+bool lieInFolder(ProjectWork& work, const std::string& project,
+                 const std::vector<std::u16string>& decks) {
+    for (const std::u16string& deck : decks) {
+        if (!tessaly::isBaseName(deck)) {
+            work.refuse(deckBeside(project, deck), leadsOut);
+        }
     }
-    return same;
+    return work.status() == ExitStatus::Fine;
 }
 
 /// An answer given beforehand may have an end to it from the start: then nothing is begun. False
@@ -143,7 +140,7 @@ ExitStatus saveProjectAs(const std::string& project, const std::string& file, co
     for (const auto& document : opened->Documents()->NewEnum()) {
         before.push_back(document->Name());
     }
-    if (!isUnambiguous(work, file, *path) || !canSettle(work, file, before)) {
+    if (!lieInFolder(work, project, before) || !canSettle(work, file, before)) {
         return work.status();
     }
     bool saved = false;

@@ -1,8 +1,12 @@
 #include "apps/cli/ViewCheck.h"
 
+#include "apps/cli/FileNotes.h"
+#include "platform/FileText.h"
 #include "platform/HeadlessBrowser.h"
 #include "platform/HeadlessRichText.h"
+#include "platform/TextCodec.h"
 #include "platform/page/HeadlessPage.h"
+#include "ravikit/Lines.h"
 
 #include <algorithm>
 
@@ -15,26 +19,41 @@ bool isBlank(tessaly::WirelessDocument& document) {
     return decks->length() == 0 || decks->item(0)->childNodes()->length() == 0;
 }
 
-Loss lossAt(const std::u16string& text, std::size_t at, std::string reason) {
-    Loss loss;
-    for (std::size_t i = 0; i < at; ++i) {
-        ++loss.column;
-        if (text[i] == u'\n') {
-            ++loss.line;
-            loss.column = 1;
-        }
+Switched lostAt(const std::u16string& text, std::size_t offset, std::string reason) {
+    const auto place = ravikit::Lines(text).at(static_cast<std::uint32_t>(offset));
+    return {Switched::Outcome::Lost, place.line, place.column, std::move(reason)};
+}
+
+/// Compares what came back with the document's text and with the file that it was read from.
+Switched compare(const std::u16string& before, const std::u16string& after,
+                 const std::optional<std::string>& file) {
+    const auto [lost, instead] =
+        std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    if (lost != before.end() || instead != after.end()) {
+        return lostAt(before, static_cast<std::size_t>(lost - before.begin()),
+                      "the page does not give this back");
     }
-    loss.reason = std::move(reason);
-    return loss;
+    const bool isMarked = file && file->starts_with("\xEF\xBB\xBF");
+    const std::string bytes = tessaly::encodeUtf8(isMarked ? u'\xFEFF' + after : after);
+    if (!file || bytes == *file) {
+        return {Switched::Outcome::Whole};
+    }
+    std::u16string text = tessaly::decodeFile(*file).text;
+    text.erase(0, text.starts_with(u'\xFEFF') ? 1 : 0);
+    return text == after ? Switched{Switched::Outcome::OtherEncoding}
+                         : lostAt(before, 0, "the deck was read as something else than its file");
 }
 
 } // namespace
 
-std::optional<Loss> switchThereAndBack(const Deck& deck) {
+Switched switchThereAndBack(const Deck& deck) {
     tessaly::WirelessDocument& document = *deck.document;
     const std::u16string before = document.Content();
+    if (document.DOM()->xml().empty()) {
+        return {};
+    }
     if (isBlank(document)) {
-        return std::nullopt;
+        return {Switched::Outcome::Blank};
     }
     const auto browser =
         std::make_shared<tessaly::HeadlessBrowser>(std::make_shared<tessaly::MessageLoop>());
@@ -44,22 +63,15 @@ std::optional<Loss> switchThereAndBack(const Deck& deck) {
     document.MuRtb(text);
     document.view(tessaly::vPLain);
     if (document.view() != tessaly::vPLain) {
-        return lossAt(before, 0, "the deck cannot be shown as a page");
+        return lostAt(before, 0, "the deck cannot be shown as a page");
     }
-    // Behind this the control holds what came back from the page, and nothing else.
+    // From here on the control holds what came back from the page, and nothing else.
     text->Text(u"");
     document.view(tessaly::vMarkup);
     if (document.view() != tessaly::vMarkup) {
-        return lossAt(before, 0, "the page cannot be taken back as a deck");
+        return lostAt(before, 0, "the page cannot be taken back as a deck");
     }
-    const std::u16string after = text->Text();
-    const auto [lost, instead] =
-        std::mismatch(before.begin(), before.end(), after.begin(), after.end());
-    if (lost == before.end() && instead == after.end()) {
-        return std::nullopt;
-    }
-    return lossAt(before, static_cast<std::size_t>(lost - before.begin()),
-                  "the page does not give this back");
+    return compare(before, text->Text(), bytesOf(deck));
 }
 
 } // namespace cli

@@ -163,7 +163,7 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
-    std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failure of the write
+    (void)std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failure of the write
     try {
         return ended(run(argc, argv));
     } catch (const std::exception& failure) {

@@ -6,13 +6,31 @@
 #include "ravikit/convert/PageTree.h"
 #include "ravikit/convert/PageWriter.h"
 
+#include <algorithm>
+
 namespace ravikit {
+
+namespace {
+
+const Problem* unreadableEncoding(const Problems& problems) {
+    const auto found =
+        std::find_if(problems.list().begin(), problems.list().end(), [](const Problem& problem) {
+            return problem.kind == ProblemKind::UnreadableEncoding;
+        });
+    return found == problems.list().end() ? nullptr : &*found;
+}
+
+} // namespace
 
 std::optional<std::u16string> markupToPlain(const std::u16string& text, bool strict,
                                             const Declarations* known, Problems& problems) {
     const auto tree = parseInPlace(text, known);
     const Tree::Id root = tree->documentElement();
     const std::u16string_view name = root == Tree::none ? std::u16string_view() : tree->name(root);
+    if (const Problem* const unreadable = unreadableEncoding(tree->problems())) {
+        problems.add(unreadable->kind, unreadable->begin, unreadable->end, unreadable->reason);
+        return std::nullopt; // a page of what are no characters would give other bytes back
+    }
     if (strict) {
         const std::size_t before = problems.list().size();
         for (const Problem& problem : tree->problems().list()) {

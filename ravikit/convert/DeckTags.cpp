@@ -146,7 +146,10 @@ std::u16string startTag(const Tree* deck, const Opening& opening, bool isCopy, b
     blanks.remove_prefix(std::min(rest.find_last_not_of(u" \t\r\n") + 1, rest.size()));
     tag += rest.substr(0, rest.size() - blanks.size());
     for (std::size_t i = 0; i < done.size(); ++i) {
-        if (!done[i] && !opening.changes[i].remove) {
+        const bool isFirst = std::none_of(
+            opening.changes.begin(), opening.changes.begin() + static_cast<std::ptrdiff_t>(i),
+            [&](const AttributeChange& one) { return one.name == opening.changes[i].name; });
+        if (!done[i] && isFirst && !opening.changes[i].remove) {
             tag += u' ' + asAttribute(opening.changes[i]);
         }
     }

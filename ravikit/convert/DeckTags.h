@@ -12,11 +12,13 @@ namespace ravikit {
 /// XML has no place for becomes U+FFFD, a control nothing; false if there was such a unit.
 bool appendCharacters(std::u16string& out, std::u16string_view text, bool isValue = false);
 
-/// Attributes that are to differ from the source's: name and value; `remove` takes one away.
+/// An attribute that is to differ from the source's; of two of one name the first counts. `remove`
+/// takes it away.
 struct AttributeChange {
     std::u16string name;
     std::u16string value;
     bool remove = false;
+    bool isOfLine = false; ///< only for the line of text that is written
 };
 using AttributeChanges = std::vector<AttributeChange>;
 
@@ -26,7 +28,8 @@ struct Opening {
     Tree::Id source = Tree::none; ///< its tags are copied from here
     bool isCopy = false;          ///< without its ids, which stand elsewhere already
     AttributeChanges changes = {};
-    std::u16string tag = {}; ///< the start tag of one without a source; `<name>` if empty
+    std::u16string tag = {};  ///< the start tag of one without a source; `<name>` if empty
+    std::u16string task = {}; ///< of an anchor: what every piece of it needs that has none
 };
 
 /// The tags of `opening`. `tree` is the deck that it is copied from, or null. `keepsSlash`: one

@@ -1,5 +1,7 @@
 #include "ravikit/convert/DeckWriter.h"
 
+#include "ravikit/convert/Style.h"
+
 #include <algorithm>
 
 namespace ravikit {
@@ -98,11 +100,25 @@ void DeckWriter::breakParagraph(Paragraph next) {
     }
     OpenElements::Entry& block = m_open[index];
     ++block.line;
+    if (block.opening.element == Element::P && block.isInPlace) {
+        alignLine(block);
+    }
     if (block.opening.element != Element::P) {
         block.wantsBreak = block.hasText && holdsLines(block.opening.element);
     } else if (block.hasText) {
         ++block.instance; // the next text opens it anew
         block.hasText = false;
+    }
+}
+
+/// Gives the next paragraph that `block` is split into the alignment of its line.
+void DeckWriter::alignLine(OpenElements::Entry& block) const {
+    AttributeChanges& changes = block.opening.changes;
+    std::erase_if(changes, [](const AttributeChange& one) { return one.isOfLine; });
+    if (m_paragraph.align != 0) {
+        changes.insert(changes.begin(), {.name = u"align",
+                                         .value = std::u16string(alignName(m_paragraph.align)),
+                                         .isOfLine = true});
     }
 }
 
@@ -184,6 +200,12 @@ void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
         openExactly(m_chain);
     }
     m_out += markup;
+}
+
+void DeckWriter::noteTask() {
+    for (Written& one : m_written) {
+        one.task.clear();
+    }
 }
 
 } // namespace ravikit

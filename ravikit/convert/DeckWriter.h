@@ -65,6 +65,8 @@ public:
     /// an element that may not be empty it waits for what makes it stand, and goes with it
     /// otherwise.
     void unseen(std::u16string_view markup, Handle handle);
+    /// What was written last holds the task of the link around it.
+    void noteTask();
     /// Whether what is written inside `handle` really goes there.
     bool holds(Handle handle) const;
     /// Whether a text right inside `handle` really stands there; `bare` as in `text`.
@@ -83,6 +85,7 @@ private:
         std::uint32_t number;
         Element added; ///< Unknown if it was asked for
         std::u16string endTag;
+        std::u16string task = {}; ///< to be written before the end tag
     };
 
     Written identity(const Standing& standing) const;
@@ -94,6 +97,7 @@ private:
     void writeEmpty(std::size_t index);
     void openForText(bool bare);
     Opening openingOf(const Standing& standing);
+    void alignLine(OpenElements::Entry& block) const;
     Opening nextParagraph(Paragraph& paragraph);
     std::u16string indentation(const Chain& chain, std::size_t index) const;
     std::u16string indentInside(const Opening& opening) const;

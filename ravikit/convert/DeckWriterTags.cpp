@@ -107,6 +107,7 @@ void DeckWriter::openExactly(const Chain& chain) {
 /// Closes the innermost until `left` are open.
 void DeckWriter::closeWritten(std::size_t left) {
     while (m_written.size() > left) {
+        m_out += m_written.back().task;
         m_out += m_written.back().endTag;
         m_written.pop_back();
     }
@@ -131,6 +132,7 @@ void DeckWriter::writeStart(const Chain& chain, std::size_t index) {
     m_out += startTag(m_tree, opening, opening.isCopy || isAgain, false);
     Written written = identity(standing);
     written.endTag = std::move(end);
+    written.task = opening.task;
     m_written.push_back(std::move(written));
     if (!standing.isAdded) {
         m_out += entry.waiting;

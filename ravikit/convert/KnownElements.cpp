@@ -109,6 +109,7 @@ void KnownElements::readMarks() {
             continue;
         }
         digest.open(one.tag, one.attributes == 0 ? 0 : pageEffects(m_page, node));
+        digest.text(shownOnPage(m_page, node));
         open.push_back({one.next, none, 0});
         const auto mark = readMark(m_page.value(node, markAttribute));
         if (mark && mark->deck == m_deck) {

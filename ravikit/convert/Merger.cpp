@@ -3,6 +3,7 @@
 #include "ravikit/Chars.h"
 #include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/MergerCore.h"
+#include "ravikit/convert/PageShapes.h"
 #include "ravikit/convert/Style.h"
 
 namespace ravikit {
@@ -96,6 +97,10 @@ void Merger::closeUpTo(std::uint32_t node) {
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
         m_newExact -= open.isExact ? 1U : 0U;
+        if (open.isLine && m_items.size() > 1 && m_items.back().unit == breakAtom &&
+            m_items[m_items.size() - 2].unit != breakAtom) {
+            m_items.pop_back(); // it lets a caret be there, and ends no line
+        }
         if (open.isPart) {
             m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
         }
@@ -133,9 +138,15 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         known != nullptr && m_tree != nullptr && known->source != Tree::none) {
         return visitKnown(*known);
     }
+    if (isRoom(node)) {
+        return element.next;
+    }
     if (element.tag == PageTag::Br) {
         m_items.push_back({.unit = breakAtom});
         return element.next;
+    }
+    if (enterLine(node)) {
+        return node + 1;
     }
     const bool isTransparent = isPart(node);
     m_open.push_back({.next = element.next,
@@ -150,6 +161,33 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         enterSoft(node);
     }
     return node + 1;
+}
+
+/// Whether `node` is there for the author's caret alone, and nobody typed in it.
+bool Merger::isRoom(std::uint32_t node) const {
+    if (m_page.attribute(node, roomAttribute) == nullptr) {
+        return false;
+    }
+    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        const bool isFiller = m_page[at].tag == PageTag::Br ||
+                              (m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty());
+        if (!isFiller) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Enters a block that is one of the lines of its paragraph: what ends the line before is a break.
+bool Merger::enterLine(std::uint32_t node) {
+    if (!m_frames.back().hasBlockLines || m_open.empty() || !m_open.back().isFrame) {
+        return false;
+    }
+    if (m_frames.back().linesEntered++ > 0) {
+        m_items.push_back({.unit = breakAtom});
+    }
+    m_open.push_back({.next = m_page[node].next, .isLine = true});
+    return true;
 }
 
 void Merger::enterSoft(std::uint32_t node) {

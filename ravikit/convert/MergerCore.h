@@ -3,7 +3,10 @@
 #include "ravikit/convert/DeckWriter.h"
 #include "ravikit/convert/Gap.h"
 #include "ravikit/convert/KnownElements.h"
+#include "ravikit/convert/LineText.h"
+#include "ravikit/convert/TextDiff.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,10 +36,13 @@ private:
         bool isAfterBlock = false; ///< of what the source has elsewhere, a block came last
         bool isParagraph = false;  ///< written as the paragraph of its texts
         bool exact = false;
+        bool hasBlockLines = false; ///< a browser wrote each of its lines as a block
+        std::uint32_t linesEntered = 0;
         std::uint32_t lastPart = 0;
         Gap gap = {};
         std::size_t usedAtoms = 0;
         std::size_t usedUnseen = 0;
+        std::size_t notedUnseen = 0; ///< of those, looked at for the task of a link
     };
     /// An element of the page that the source doesn't know.
     struct Soft {
@@ -44,6 +50,7 @@ private:
         bool isBlock = false;
         bool isList = false;
         Paragraph outer = {};
+        std::u16string_view label = {}; ///< of a group of options: text, if it comes to nothing
     };
     struct Open {
         std::uint32_t next = 0;
@@ -51,6 +58,7 @@ private:
         bool isSoft = false;
         bool isBlock = false;
         bool isPart = false;
+        bool isLine = false;
         bool isExact = false;
     };
     /// What the page has in a gap, in order.
@@ -82,6 +90,8 @@ private:
     void addWords(std::u16string_view text);
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
+    bool isRoom(std::uint32_t node) const;
+    bool enterLine(std::uint32_t node);
     void enterSoft(std::uint32_t node);
     void endLine(bool isBlock);
 
@@ -93,9 +103,12 @@ private:
     AttributeChanges alignChange(const KnownElement& known) const;
     AttributeChanges captionChange(const KnownElement& known, std::uint32_t caption) const;
     std::uint32_t captionOf(const KnownElement& known) const;
+    std::optional<std::uint32_t> alignOfLines(std::uint32_t paragraph) const;
+    bool holdsBlock(std::uint32_t node) const;
     std::uint32_t alignOnPage(const KnownElement& known) const;
     std::u16string textOf(std::uint32_t node) const;
     std::u16string withoutIds(Tree::Id id) const;
+    std::u16string taskOf(Tree::Id anchor) const;
 
     // Gaps.
     /// Writes what the page has up to here. `isLast`: an anchor follows, or the element's end.
@@ -105,18 +118,26 @@ private:
     bool ownsElements(bool amongText) const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
+    void dropFillers(const GapPlace& place);
     void normaliseItems(const GapPlace& place);
-    std::pair<std::size_t, std::size_t> compare(bool isFirst, bool isLast) const;
+    std::vector<SharedRun> compare(bool isFirst, bool isLast) const;
     bool trimEnd(const Item& words, bool isAtEdge);
     bool trimBegin(const Item& words, bool isAtEdge);
-    void writeItems(std::size_t prefix, std::size_t suffix);
-    void writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom);
-    void writeNew(std::size_t firstItem, std::size_t behind);
+    void writeItems(const std::vector<SharedRun>& shared);
+    void writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
+                             const std::vector<SharedRun>& shared, std::size_t& next);
+    void writeLine(LineText& line);
+    void addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
+                         std::size_t nextAtom, LineText& line);
+    void addRun(std::size_t firstItem, std::size_t behind, std::size_t atom, LineText& line);
+    void addNew(std::size_t firstItem, std::size_t behind, LineText& line);
     void writeCharacters(std::u16string_view text, bool bare);
     bool canCopy(std::size_t atom, std::size_t count) const;
     bool isSplitOff() const;
     std::size_t copyEnd(std::size_t begin, std::size_t end) const;
-    std::u16string unseenUpTo(std::size_t atom, bool keepsLastBlank);
+    void addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line);
+    void noteTask();
+    void writeTaskInside(std::size_t next);
     void writeUnseen(std::size_t atom, bool keepsLastBlank);
     bool isBare() const;
     bool isBlockSource(Tree::Id id) const;

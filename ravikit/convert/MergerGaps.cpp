@@ -49,7 +49,7 @@ GapPlace Merger::placeOfGap() const {
 void Merger::openGap() {
     Frame& frame = m_frames.back();
     frame.isGapOpen = true;
-    frame.usedAtoms = frame.usedUnseen = 0;
+    frame.usedAtoms = frame.usedUnseen = frame.notedUnseen = 0;
     frame.gap.clear();
     if (frame.known == nullptr) {
         return;
@@ -77,8 +77,9 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     place.edgeBefore = isFirst ? place.edgeBefore : m_frames.back().isAfterBlock;
     place.edgeAfter = isLast ? place.edgeAfter : beforeBlock;
     m_frames.back().isAfterBlock = beforeBlock;
+    dropFillers(place);
     normaliseItems(place);
-    const auto [prefix, suffix] = compare(isFirst, isLast);
+    const std::vector<SharedRun> shared = compare(isFirst, isLast);
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     const bool onlyUnseen = std::all_of(atoms.begin(), atoms.end(), [](const SourceAtom& atom) {
         return atom.unit == removedAtom;
@@ -90,7 +91,7 @@ void Merger::flush(bool isLast, bool beforeBlock) {
         // What a card begins with, such as a timer, stays ahead of all.
         writeUnseen(0, false);
     }
-    writeItems(prefix, suffix);
+    writeItems(shared);
     m_items.clear();
     m_ranges.clear();
     m_words.clear();
@@ -99,6 +100,52 @@ void Merger::flush(bool isLast, bool beforeBlock) {
             writeUnseen(m_frames.back().gap.atoms.size(), true);
         }
         m_frames.back().isGapOpen = false;
+    }
+}
+
+/// Takes out the line breaks that browsers write at the end of a block, where they show nothing, so
+/// that a caret can be there.
+void Merger::dropFillers(const GapPlace& place) {
+    if (place.exact) {
+        return;
+    }
+    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
+    std::size_t inSource = 0; // of the breaks at the end of the source's line
+    for (std::size_t i = atoms.size(); i-- > 0;) {
+        if (atoms[i].unit != breakAtom && atoms[i].unit != removedAtom) {
+            break;
+        }
+        inSource += atoms[i].unit == breakAtom ? 1U : 0U;
+    }
+    const auto isBreak = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == breakAtom;
+    };
+    const auto isBlankItem = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == u' ';
+    };
+    bool isAtEnd = place.edgeAfter; // the break before this would be at the end of its block
+    bool isLast = true;
+    for (std::size_t i = m_items.size(); i-- > 0;) {
+        const Item& item = m_items[i];
+        if (isBreak(item) && isAtEnd) {
+            std::size_t count = 0;
+            std::size_t first = i;
+            while (first < m_items.size() && isBreak(m_items[first])) {
+                ++count;
+                first = first == 0 ? m_items.size() : first - 1;
+            }
+            const bool isAlone = first < m_items.size() &&
+                                 m_items[first].kind == Item::Kind::Enter && m_items[first].isBlock;
+            if (count > (isLast ? inSource : 0) && !isAlone) {
+                m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(i));
+            }
+            isAtEnd = isLast = false;
+        } else if (item.kind == Item::Kind::Character || item.kind == Item::Kind::Words) {
+            isAtEnd = isAtEnd && isBlankItem(item);
+            isLast = isLast && isBlankItem(item);
+        } else if (item.isBlock) {
+            isAtEnd = true;
+        }
     }
 }
 
@@ -174,38 +221,40 @@ bool Merger::trimBegin(const Item& words, bool isAtEdge) {
     return range.begin == range.end ? isAtEdge : m_words[range.end - 1] == u' ';
 }
 
-/// How many characters at the begin and at the end of the page's text are the source's.
-std::pair<std::size_t, std::size_t> Merger::compare(bool isFirst, bool isLast) const {
+/// What of the source's text the page's still has. A gap that comes in several goes, around what
+/// the source has elsewhere, is compared at its begin and its end alone.
+std::vector<SharedRun> Merger::compare(bool isFirst, bool isLast) const {
     const Frame& frame = m_frames.back();
     const std::vector<SourceAtom>& atoms = frame.gap.atoms;
-    if (atoms.empty()) {
-        return {0, 0};
+    if (atoms.empty() || (!isFirst && !isLast)) {
+        return {};
     }
-    std::vector<char32_t> units;
-    units.reserve(m_items.size());
+    std::u32string source;
+    for (const SourceAtom& atom : atoms) {
+        source += atom.unit;
+    }
+    std::u32string shown;
     for (const Item& item : m_items) {
         if (item.kind == Item::Kind::Character) {
-            units.push_back(item.unit);
+            shown += item.unit;
         }
     }
-    std::size_t prefix = 0;
-    while (isFirst && prefix < units.size() && prefix < atoms.size() &&
-           units[prefix] == atoms[prefix].unit) {
-        ++prefix;
+    if (isFirst && isLast) {
+        return sharedRuns(source, shown);
     }
-    while (prefix > 0 && prefix < atoms.size() && atoms[prefix].glued) {
-        --prefix;
+    const std::size_t free = std::min(source.size() - frame.usedAtoms, shown.size());
+    std::size_t length = 0;
+    if (isFirst) {
+        while (length < free && source[length] == shown[length]) {
+            ++length;
+        }
+        return {{0, 0, length}};
     }
-    const std::size_t used = std::max(prefix, frame.usedAtoms);
-    std::size_t suffix = 0;
-    while (isLast && suffix < units.size() - prefix && suffix < atoms.size() - used &&
-           units[units.size() - 1 - suffix] == atoms[atoms.size() - 1 - suffix].unit) {
-        ++suffix;
+    while (length < free &&
+           source[source.size() - 1 - length] == shown[shown.size() - 1 - length]) {
+        ++length;
     }
-    while (suffix > 0 && atoms[atoms.size() - suffix].glued) {
-        --suffix;
-    }
-    return {prefix, suffix};
+    return {{source.size() - length, shown.size() - length, length}};
 }
 
 } // namespace ravikit

@@ -14,54 +14,130 @@ bool Merger::ownsElements(bool amongText) const {
            (amongText ? m_writer.holdsText(frame.handle, isBare()) : m_writer.holds(frame.handle));
 }
 
-void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
-    Frame& frame = m_frames.back();
-    const auto characters = static_cast<std::size_t>(
-        std::count_if(m_items.begin(), m_items.end(),
-                      [](const Item& item) { return item.kind == Item::Kind::Character; }));
-    const std::size_t behindNew = characters - suffix;
-    const std::size_t atomShift = frame.gap.atoms.size() - characters;
-    frame.usedAtoms = std::max(frame.usedAtoms, prefix);
-    std::size_t number = 0;
+void Merger::writeItems(const std::vector<SharedRun>& shared) {
+    if (!shared.empty()) {
+        m_frames.back().usedAtoms = shared.back().before + shared.back().length;
+    }
+    std::size_t number = 0; // of the characters so far
+    std::size_t next = 0;   // the first of `shared` that isn't written whole
     for (std::size_t i = 0; i < m_items.size();) {
-        if (m_items[i].kind == Item::Kind::Enter) {
-            openSoft(m_items[i++].node);
+        std::size_t end = i;
+        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character) {
+            ++end;
+        }
+        if (end > i) {
+            writeCharacterItems(i, end, number, shared, next);
+            number += end - i;
+            i = end;
             continue;
         }
-        if (m_items[i].kind == Item::Kind::Edge) {
-            ++i;
-            continue;
-        }
-        if (m_items[i].kind == Item::Kind::Words) {
-            const Range range = m_ranges[m_items[i++].node];
+        const Item item = m_items[i++];
+        switch (item.kind) {
+        case Item::Kind::Enter:
+            openSoft(item.node);
+            break;
+        case Item::Kind::Leave:
+            writeTaskInside(i);
+            closeSoft();
+            break;
+        case Item::Kind::Words: {
+            const Range range = m_ranges[item.node];
             writeCharacters(
                 std::u16string_view(m_words).substr(range.begin, range.end - range.begin),
                 isBare());
+            break;
+        }
+        default:
+            break;
+        }
+    }
+}
+
+/// Writes the task of a link that a format was put around into the format, if nothing else of the
+/// link follows the item before `next`.
+void Merger::writeTaskInside(std::size_t next) {
+    const Frame& frame = m_frames.back();
+    const bool isAnchor =
+        frame.known != nullptr && m_known.outline().element(frame.known->source) == Element::Anchor;
+    if (!isAnchor || endsAtAnchor() || frame.usedAtoms != frame.gap.atoms.size()) {
+        return;
+    }
+    const bool isLast = std::all_of(
+        m_items.begin() + static_cast<std::ptrdiff_t>(next), m_items.end(),
+        [](const Item& item) { return item.kind == Item::Kind::Leave && !item.isBlock; });
+    if (isLast) {
+        LineText line;
+        addUnseenUpTo(frame.gap.atoms.size(), true, line);
+        writeLine(line);
+    }
+}
+
+/// Writes the items [firstItem, behind), characters all, of which the first has this number: what
+/// is shared as the source has it, the rest as new text.
+void Merger::writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
+                                 const std::vector<SharedRun>& shared, std::size_t& next) {
+    const std::size_t limit = number + (behind - firstItem);
+    const auto itemOf = [&](std::size_t character) { return firstItem + (character - number); };
+    LineText line;
+    for (std::size_t at = number; at < limit;) {
+        while (next < shared.size() && shared[next].after + shared[next].length <= at) {
+            ++next;
+        }
+        const bool isOver = next == shared.size();
+        const std::size_t begin = isOver ? limit : std::min(shared[next].after, limit);
+        if (begin > at) {
+            const std::size_t atom =
+                next == 0 ? 0 : shared[next - 1].before + shared[next - 1].length;
+            const std::size_t nextAtom =
+                isOver ? m_frames.back().gap.atoms.size() : shared[next].before;
+            addUnseenForNew(itemOf(at), itemOf(begin), atom, nextAtom, line);
+            addNew(itemOf(at), itemOf(begin), line);
+            at = begin;
             continue;
         }
-        if (m_items[i].kind == Item::Kind::Leave) {
-            closeSoft();
-            ++i;
-            continue;
+        const SharedRun& run = shared[next];
+        const std::size_t end = std::min(run.after + run.length, limit);
+        addRun(itemOf(at), itemOf(end), run.before + (at - run.after), line);
+        at = end;
+    }
+    writeLine(line);
+}
+
+void Merger::writeLine(LineText& line) {
+    if (!line.isEmpty()) {
+        m_writer.text(line.take(), isBare());
+        noteTask();
+    }
+}
+
+/// Adds what isn't seen and goes before the new text of the items, which stands in place of the
+/// atoms [atom, nextAtom): the blanks that lead its line, and what would stand inside of a word
+/// after it.
+void Merger::addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
+                             std::size_t nextAtom, LineText& line) {
+    const Frame& frame = m_frames.back();
+    if (frame.known == nullptr || placeOfGap().noBlanks || !canCopy(atom, 0)) {
+        return;
+    }
+    for (std::size_t i = behind; i < m_items.size() && m_items[i].kind != Item::Kind::Character;
+         ++i) {
+        if (m_items[i].isBlock) {
+            return; // it leads a line after this one
         }
-        std::size_t end = i;
-        const std::size_t first = number;
-        const std::size_t limit = first < prefix      ? prefix
-                                  : first < behindNew ? behindNew
-                                                      : characters;
-        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character &&
-               number < limit) {
-            ++end;
-            ++number;
-        }
-        if (first < prefix) {
-            writeRun(i, end, first);
-        } else if (first < behindNew) {
-            writeNew(i, end);
-        } else {
-            writeRun(i, end, first + atomShift);
-        }
-        i = end;
+    }
+    const std::vector<SourceAtom>& atoms = frame.gap.atoms;
+    const auto isWordAt = [&](std::size_t at) {
+        return at < atoms.size() && isWordUnit(atoms[at].unit);
+    };
+    const bool beginsLine = firstItem == 0 || (m_items[firstItem - 1].kind == Item::Kind::Character
+                                                   ? m_items[firstItem - 1].unit == breakAtom
+                                                   : m_items[firstItem - 1].isBlock);
+    const bool endsInWord = isWordAt(nextAtom) && isWordUnit(m_items[behind - 1].unit);
+    if (isWordAt(atom) || (beginsLine && !atoms.empty()) || (endsInWord && nextAtom > atom)) {
+        addUnseenUpTo(atom, true, line);
+    }
+    if (endsInWord && nextAtom > atom) {
+        addUnseenUpTo(nextAtom, true, line);
     }
 }
 
@@ -95,12 +171,11 @@ std::size_t Merger::copyEnd(std::size_t begin, std::size_t end) const {
 }
 
 /// Copies the characters of the items from the source, where they begin at `atom`.
-void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
+void Merger::addRun(std::size_t firstItem, std::size_t behind, std::size_t atom, LineText& line) {
     if (!canCopy(atom, behind - firstItem)) {
-        writeNew(firstItem, behind);
+        addNew(firstItem, behind, line);
         return;
     }
-    // The frame may move while what is written opens others.
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     std::size_t begin = atom;
     std::size_t end = atom + (behind - firstItem);
@@ -111,44 +186,53 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
     while (end > begin && end < atoms.size() && atoms[end].glued) {
         --end;
     }
-    writeNew(firstItem, firstItem + (begin - atom));
+    addNew(firstItem, firstItem + (begin - atom), line);
     while (begin < end) {
         const std::size_t stop = copyEnd(begin, end);
-        m_buffer = unseenUpTo(begin, true);
-        m_buffer +=
-            m_tree->text().substr(atoms[begin].begin, atoms[stop - 1].end - atoms[begin].begin);
+        const SourceAtom& first = atoms[begin];
+        const SourceAtom& last = atoms[stop - 1];
+        addUnseenUpTo(begin, true, line);
+        line.copy(m_tree->text().substr(first.begin, last.end - first.begin), first.section,
+                  last.endSection);
         std::size_t& next = m_frames.back().usedUnseen;
         const std::vector<Unseen>& unseen = m_frames.back().gap.unseen;
         while (next < unseen.size() && unseen[next].before < stop) {
             ++next; // those inside came along
         }
-        m_writer.text(m_buffer, isBare());
         begin = stop;
     }
-    writeNew(firstItem + (end - atom), behind);
+    addNew(firstItem + (end - atom), behind, line);
 }
 
-void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
+void Merger::addNew(std::size_t firstItem, std::size_t behind, LineText& line) {
     std::u16string& text = m_newText;
     text.clear();
-    const bool bare = isBare();
-    const auto write = [&] {
-        writeCharacters(text, bare);
+    const auto add = [&] {
+        if (text.empty() || line.writeInSection(text)) {
+            text.clear();
+            return;
+        }
+        m_buffer.clear();
+        if (!appendCharacters(m_buffer, text)) {
+            drop(u"a character that XML has no place for");
+        }
+        line.write(m_buffer);
         text.clear();
     };
     for (std::size_t i = firstItem; i < behind; ++i) {
         const char32_t item = m_items[i].unit;
         const char32_t unit = item >= exactBlank ? item - exactBlank : item;
         if (unit == breakAtom) {
-            write();
-            m_writer.lineBreak(u"<br/>", bare);
+            add();
+            writeLine(line);
+            m_writer.lineBreak(u"<br/>", isBare());
         } else if (unit == u'\n') {
             text += m_lineEnd;
         } else {
             text += static_cast<char16_t>(unit);
         }
     }
-    write();
+    add();
 }
 
 void Merger::writeCharacters(std::u16string_view text, bool bare) {
@@ -162,12 +246,11 @@ void Merger::writeCharacters(std::u16string_view text, bool bare) {
     m_writer.text(m_buffer, bare);
 }
 
-/// What isn't seen ahead of `atom` and was not written yet; of blanks only those right
-/// ahead, of it or of something else that comes along.
-std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
+/// Adds what isn't seen before `atom` and was not written yet; of blanks only those right before
+/// it, or before something else that comes along.
+void Merger::addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line) {
     Frame& frame = m_frames.back();
     const bool isSplit = isSplitOff();
-    std::u16string text;
     const std::vector<Unseen>& unseen = frame.gap.unseen;
     std::size_t end = frame.usedUnseen;
     while (end < unseen.size() && unseen[end].before <= atom) {
@@ -186,21 +269,33 @@ std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
         }
         const bool kept = one.isBlank ? one.before == atom || (leads && !isSplit) : !isSplit;
         if (kept) {
-            text += m_tree->text().substr(one.begin, one.end - one.begin);
+            line.copy(m_tree->text().substr(one.begin, one.end - one.begin), one.section,
+                      one.endSection);
         }
     }
-    return text;
 }
 
 void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
-    const std::u16string text = unseenUpTo(atom, keepsLastBlank);
-    if (text.empty()) {
+    LineText line;
+    addUnseenUpTo(atom, keepsLastBlank, line);
+    if (line.isEmpty()) {
         return;
     }
     if (m_frames.back().isParagraph) {
         m_writer.forceParagraph();
     }
-    m_writer.unseen(text, m_frames.back().handle);
+    m_writer.unseen(line.take(), m_frames.back().handle);
+    noteTask();
+}
+
+/// Lets the writer know if what was written last brought the task of a link with it.
+void Merger::noteTask() {
+    Frame& frame = m_frames.back();
+    for (; frame.notedUnseen < frame.usedUnseen; ++frame.notedUnseen) {
+        if (frame.gap.unseen[frame.notedUnseen].isElement) {
+            m_writer.noteTask();
+        }
+    }
 }
 
 } // namespace ravikit

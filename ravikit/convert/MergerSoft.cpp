@@ -49,8 +49,12 @@ void Merger::openSoft(std::uint32_t node) {
 void Merger::closeSoft() {
     Soft soft = std::move(m_soft.back());
     m_soft.pop_back();
+    bool isWritten = true;
     for (; !soft.handles.empty(); soft.handles.pop_back()) {
-        m_writer.close(soft.handles.back());
+        isWritten = m_writer.close(soft.handles.back());
+    }
+    if (!isWritten) {
+        writeText(soft.label);
     }
     if (soft.isList) {
         m_lists.pop_back();
@@ -84,6 +88,10 @@ bool Merger::openTablePart(std::uint32_t node, Soft& soft) {
     case PageTag::Select:
         opening.element = Element::Select;
         break;
+    case PageTag::Optgroup:
+        opening.element = Element::Optgroup;
+        opening.tag = u"<optgroup" + attributeText(u"title", shownOnPage(m_page, node)) + u'>';
+        break;
     case PageTag::Option:
         opening.element = Element::Option;
         break;
@@ -96,9 +104,11 @@ bool Merger::openTablePart(std::uint32_t node, Soft& soft) {
     const bool isNested = tag == PageTag::Table && m_writer.isInside(Element::Table);
     const DeckWriter::Handle handle = isNested ? 0 : m_writer.openStructure(std::move(opening));
     if (handle == 0) {
+        writeText(shownOnPage(m_page, node));
         return false;
     }
     soft.handles.push_back(handle);
+    soft.label = shownOnPage(m_page, node);
     if (tag == PageTag::Th) {
         addFormat(Element::B, soft);
     }

@@ -10,9 +10,12 @@ constexpr Shape neutralBlock{PageTag::Div, u"<div", u"</div>"};
 constexpr Shape neutral{PageTag::Span, u"<span", u"</span>"};
 constexpr Shape deck{PageTag::Div, u"<div class=\"deck\"", u"</div>"};
 constexpr Shape card{
-    PageTag::Div, u"<div class=\"card\" style=\"border:1px solid #888;margin:4px;padding:4px\"",
-    u"</div>",    u"<h2 data-text=\"title\">",
-    u"</h2>",     PageTag::H2};
+    PageTag::Div,
+    u"<div class=\"card\" style=\"border:1px solid #888;margin:4px;padding:4px\"",
+    u"</div>",
+    u"<h2 contenteditable=\"false\"><span contenteditable=\"true\" data-text=\"title\">",
+    u"</span></h2>",
+    PageTag::H2};
 constexpr Shape paragraph{PageTag::P, u"<p", u"</p>"};
 constexpr Shape preformatted{PageTag::Pre, u"<pre", u"</pre>"};
 constexpr Shape table{PageTag::Table, u"<table border=\"1\"",
@@ -25,20 +28,32 @@ constexpr Shape cell{PageTag::Td, u"<td", u"</td>"};
 constexpr Shape fieldset{PageTag::Div, u"<div style=\"border:1px solid #888;padding:2px\"",
                          u"</div>",    u"<div data-text=\"title\">",
                          u"</div>",    PageTag::Div};
-constexpr Shape choice{PageTag::Span,
-                       u"<span style=\"display:inline-block;border:1px solid #888;padding:2px\"",
-                       u"</span>"};
-constexpr Shape group{PageTag::Span, u"<span style=\"display:block;border-left:4px solid #ccc\"",
-                      u"</span>",    u"<span data-text=\"title\" style=\"display:block\">",
-                      u"</span>",    PageTag::Span};
-constexpr Shape option{PageTag::Span, u"<span style=\"display:block\"", u"</span>"};
-constexpr Shape field{PageTag::Span, u"<span style=\"border:1px solid #888;padding:2px\"",
-                      u"</span>"};
-constexpr Shape picture{PageTag::Span, u"<span style=\"background:#ddd;padding:2px\"", u"</span>"};
-constexpr Shape button{
-    PageTag::Span, u"<span style=\"border:2px outset #aaa;margin:2px;padding:2px\"", u"</span>"};
-constexpr Shape link{PageTag::Span,
-                     u"<span style=\"color:#0000cc;border-bottom:1px solid #0000cc\"", u"</span>"};
+constexpr Shape choice{PageTag::Select, u"<select multiple=\"\"", u"</select>"};
+constexpr Shape group{PageTag::Optgroup, u"<optgroup", u"</optgroup>", {}, {},
+                      PageTag::None,     u"label"};
+constexpr Shape option{PageTag::Option, u"<option", u"</option>"};
+constexpr Shape oddChoice{PageTag::Span,
+                          u"<span style=\"display:inline-block;border:1px solid #888;padding:2px\"",
+                          u"</span>"};
+constexpr Shape oddGroup{PageTag::Span, u"<span style=\"display:block;border-left:4px solid #ccc\"",
+                         u"</span>",    u"<span data-text=\"title\" style=\"display:block\">",
+                         u"</span>",    PageTag::Span};
+constexpr Shape oddOption{PageTag::Span, u"<span style=\"display:block\"", u"</span>"};
+constexpr Shape field{PageTag::Input, u"<input readonly=\"\"", {}, {}, {}, PageTag::None, u"value"};
+constexpr Shape picture{PageTag::Img, u"<img", {}, {}, {}, PageTag::None, u"alt"};
+constexpr Shape key{PageTag::Div,
+                    u"<div contenteditable=\"false\" style=\"margin:2px\"",
+                    u"</div>",
+                    u"<span contenteditable=\"true\" data-text=\"label\" style=\"border:2px outset "
+                    u"#aaa;padding:2px\">",
+                    u"</span>",
+                    PageTag::Span};
+constexpr Shape keyInLine{PageTag::Input, u"<input type=\"button\"", {}, {}, {}, PageTag::None,
+                          u"value"};
+constexpr Shape link{PageTag::A, u"<a style=\"color:#0000cc;border-bottom:1px solid #0000cc\"",
+                     u"</a>"};
+constexpr Shape linkInLink{
+    PageTag::Span, u"<span style=\"color:#0000cc;border-bottom:1px solid #0000cc\"", u"</span>"};
 constexpr Shape b{PageTag::B, u"<b", u"</b>"};
 constexpr Shape i{PageTag::I, u"<i", u"</i>"};
 constexpr Shape u{PageTag::U, u"<u", u"</u>"};
@@ -55,7 +70,8 @@ const Shape& neutralShape() {
     return shapes::neutral;
 }
 
-const Shape& shapeOf(Element element, bool isIrregular) {
+const Shape& shapeOf(Element element, const ShapePlace& place) {
+    const bool isIrregular = place.isIrregular;
     switch (element) {
     case Element::Wml:
         return shapes::deck;
@@ -76,20 +92,20 @@ const Shape& shapeOf(Element element, bool isIrregular) {
     case Element::HtmlBlock:
         return shapes::neutralBlock;
     case Element::Select:
-        return shapes::choice;
+        return isIrregular ? shapes::oddChoice : shapes::choice;
     case Element::Optgroup:
-        return shapes::group;
+        return isIrregular ? shapes::oddGroup : shapes::group;
     case Element::Option:
-        return shapes::option;
+        return isIrregular ? shapes::oddOption : shapes::option;
     case Element::Input:
         return shapes::field;
     case Element::Img:
         return shapes::picture;
     case Element::Do:
-        return shapes::button;
+        return place.isInLine ? shapes::keyInLine : shapes::key;
     case Element::A:
     case Element::Anchor:
-        return shapes::link;
+        return place.isInLink ? shapes::linkInLink : shapes::link;
     case Element::B:
         return shapes::b;
     case Element::I:

@@ -63,4 +63,17 @@ void PageTree::clear() {
     m_dropped = false;
 }
 
+std::u16string_view shownOnPage(const PageTree& page, std::uint32_t node) {
+    switch (page[node].tag) {
+    case PageTag::Img:
+        return page.value(node, u"alt");
+    case PageTag::Input:
+        return page.value(node, u"value");
+    case PageTag::Optgroup:
+        return page.value(node, u"label");
+    default:
+        return {};
+    }
+}
+
 } // namespace ravikit

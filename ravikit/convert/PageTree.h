@@ -70,6 +70,10 @@ private:
     bool m_dropped = false;
 };
 
+/// The attribute that a browser shows of an element in place of a content: `alt` of a picture,
+/// `value` of a field, `label` of a group of options. Empty if there is none.
+std::u16string_view shownOnPage(const PageTree& page, std::uint32_t node);
+
 /// Reads `html` as it stands, which must outlive the tree: every tag is one, every element is
 /// closed by its own end tag. False if it isn't so, and if a browser would read it in another way
 /// for the sake of an element with rules of its own; the tree is then of no use.

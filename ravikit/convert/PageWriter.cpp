@@ -1,7 +1,9 @@
 #include "ravikit/convert/PageWriter.h"
 
+#include "ravikit/Chars.h"
 #include "ravikit/LargePages.h"
 #include "ravikit/Scan.h"
+#include "ravikit/Wording.h"
 #include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/Digest.h"
 #include "ravikit/convert/Elements.h"
@@ -9,6 +11,7 @@
 #include "ravikit/convert/PageShapes.h"
 #include "ravikit/convert/Style.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace ravikit {
@@ -69,7 +72,11 @@ private:
         bool isPart = false;
         bool isNeutral = false; ///< a table or row that HTML wouldn't take as one
         bool skipsBlanks = false;
-        bool hasBody = false;           ///< an HTML table's body stands open in it
+        bool hasBody = false; ///< an HTML table's body stands open in it
+        bool isCard = false;
+        bool hasContent = false;        ///< of a card: something is shown in it but its title
+        bool endsInKey = false;         ///< of a card: so far
+        std::size_t begin = 0;          ///< where what it holds begins on the page
         std::u16string_view align = {}; ///< of a table and its rows: a letter a column
         std::uint32_t cells = 0;        ///< of a row, so far
         std::uint32_t parts = 0;
@@ -92,6 +99,7 @@ private:
             [[fallthrough]];
         case NodeKind::Text:
         case NodeKind::CData:
+            noteInCard(false);
             openPart();
             writeCharacters(id);
             break;
@@ -119,6 +127,7 @@ private:
     Tree::Id writeElement(Tree::Id id) {
         const Element element = m_outline.element(id);
         if (element == Element::Br) {
+            noteInCard(false);
             openPart();
             m_page += u"<br>";
             m_digest.open(PageTag::Br, 0);
@@ -129,11 +138,17 @@ private:
             return m_tree[id].next;
         }
         const bool flat = m_outline.isFlat(id);
-        const bool isNeutral =
-            m_outline.isIrregular(id) || ((element == Element::Tr || element == Element::Td) &&
-                                          (m_open.empty() || m_open.back().isNeutral));
+        const bool isNeutral = m_outline.isIrregular(id) ||
+                               ((element == Element::Tr || element == Element::Td) &&
+                                (m_open.empty() || m_open.back().isNeutral)) ||
+                               ((element == Element::Option || element == Element::Optgroup) &&
+                                (m_open.empty() || m_open.back().isNeutral));
         const bool split = element == Element::P && m_outline.holdsBlock(id);
-        const Shape& shape = flat ? neutralShape() : shapeOf(element, isNeutral || split);
+        const ShapePlace place{.isIrregular = isNeutral || split,
+                               .isInLine = element == Element::Do && !isInCard(),
+                               .isInLink = isLink(element) && isInLink()};
+        const Shape& shape = flat ? neutralShape() : shapeOf(element, place);
+        noteInCard(shape.tag == PageTag::Div && element == Element::Do);
         if (isBlockTag(shape.tag) || (!flat && m_outline.holdsBlock(id))) {
             closePart();
         } else {
@@ -142,6 +157,10 @@ private:
         openMarked(id, element, shape);
         Frame& frame = m_open.back();
         frame.isNeutral = isNeutral;
+        frame.isCard = element == Element::Card && !flat;
+        if (frame.isCard) {
+            writeRoom();
+        }
         frame.inParts = split;
         frame.skipsBlanks = holdsElementsOnly(element) && !m_outline.isBare(id);
         writeCaption(id, element, shape);
@@ -174,12 +193,18 @@ private:
             appendCarried(m_page, m_tree.text());
             m_page += u'"';
         }
-        if (isBox(element)) {
-            appendTextAttribute(element);
+        const std::u16string shown =
+            shape.value.empty() ? std::u16string() : shownText(m_tree, id, element);
+        if (!shape.value.empty()) {
+            appendValue(shape.value, shown);
+        }
+        if (shape.tag == PageTag::Select) {
+            appendValue(u"size", decimal(optionsIn(id)));
         }
         m_page += u'>';
         const bool isAligned = shape.tag == PageTag::P || shape.tag == PageTag::Td;
         m_digest.open(shape.tag, isAligned ? alignCode(align) : 0);
+        m_digest.text(shown);
         if (shape.tag == PageTag::Table) {
             const Tree::Id columns = m_tree.attribute(id, u"align");
             align = columns == Tree::none ? align : m_tree.rawValue(columns);
@@ -189,6 +214,7 @@ private:
         m_open.push_back(
             {.next = m_tree[id].next, .endTag = shape.end, .mark = mark, .element = element});
         m_open.back().align = align;
+        m_open.back().begin = m_page.size();
         if (shape.tag == PageTag::Pre) {
             m_page += u'\n'; // a reader of HTML drops the first line end
         }
@@ -236,29 +262,90 @@ private:
         }
     }
 
-    void appendTextAttribute(Element element) {
+    void appendValue(std::u16string_view name, std::u16string_view value) {
         m_page += u' ';
-        m_page += textAttribute;
+        m_page += name;
         m_page += u"=\"";
-        m_page += shownAttribute(element);
+        escape(value);
         m_page += u'"';
     }
 
     void writeCaption(Tree::Id id, Element element, const Shape& shape) {
-        if (isBox(element)) {
-            text(shownText(m_tree, id, element));
+        if (shape.caption.empty()) {
             return;
         }
-        const std::u16string caption =
-            shape.caption.empty() ? std::u16string() : shownText(m_tree, id, element);
-        if (caption.empty()) {
+        const std::u16string caption = shownText(m_tree, id, element);
+        if (caption.empty() && element != Element::Card) {
             return;
         }
         m_page += shape.caption;
         m_digest.open(shape.captionTag, 0);
+        if (shape.captionTag == PageTag::H2) {
+            m_digest.open(PageTag::Span, 0);
+        }
         text(caption);
+        if (shape.captionTag == PageTag::H2) {
+            m_digest.close();
+        }
         m_digest.close();
         m_page += shape.captionEnd;
+    }
+
+    bool isInCard() const {
+        return m_open.empty() || m_open.back().isCard || m_open.back().element == Element::Wml;
+    }
+    bool isInLink() const {
+        return std::any_of(m_open.begin(), m_open.end(),
+                           [](const Frame& frame) { return isLink(frame.element); });
+    }
+
+    void noteInCard(bool isKey) {
+        if (!m_open.empty() && m_open.back().isCard) {
+            m_open.back().endsInKey = isKey;
+            m_open.back().hasContent = true;
+        }
+    }
+
+    void writeRoom() {
+        m_page += room;
+        m_digest.open(PageTag::Img, 0);
+        m_digest.close();
+    }
+
+    /// What an author can click into where there is nothing.
+    void fillEmpty(const Frame& frame) {
+        if (frame.isCard && !frame.hasContent) {
+            m_page += emptyRoom;
+            m_digest.open(PageTag::P, 0);
+            writeFiller();
+            m_digest.close();
+        } else if (frame.isCard && frame.endsInKey) {
+            writeRoom();
+        } else if ((frame.element == Element::P || frame.element == Element::Td) && !frame.isPart &&
+                   !frame.inParts && !frame.isNeutral && isBlankFrom(frame.begin)) {
+            m_page += u"<br>";
+            writeFiller();
+        }
+    }
+
+    bool isBlankFrom(std::size_t begin) const {
+        return std::all_of(m_page.begin() + static_cast<std::ptrdiff_t>(begin), m_page.end(),
+                           [](char16_t c) { return isBlank(c); });
+    }
+
+    void writeFiller() {
+        m_digest.open(PageTag::Br, 0);
+        m_digest.close();
+    }
+
+    std::uint32_t optionsIn(Tree::Id select) const {
+        std::uint32_t count = 0;
+        for (Tree::Id id = select; id < m_tree[select].next; ++id) {
+            const Element e =
+                m_tree.kind(id) == NodeKind::Element ? m_outline.element(id) : Element::Unknown;
+            count += e == Element::Option || e == Element::Optgroup ? 1 : 0;
+        }
+        return std::max<std::uint32_t>(count, 1);
     }
 
     /// All that `id` holds as one text.
@@ -283,7 +370,7 @@ private:
         }
         Frame& whole = m_open.back();
         const Frame part{.next = whole.next,
-                         .endTag = shapeOf(Element::P, false).end,
+                         .endTag = shapeOf(Element::P, {}).end,
                          .element = Element::P,
                          .isPart = true,
                          .align = whole.align};
@@ -314,6 +401,7 @@ private:
 
     void close() {
         const Frame& frame = m_open.back();
+        fillEmpty(frame);
         if (frame.hasBody) {
             m_digest.close();
             m_page += u"</tbody>";
@@ -328,6 +416,10 @@ private:
 
     void text(std::u16string_view text) {
         m_digest.text(text);
+        escape(text);
+    }
+
+    void escape(std::u16string_view text) {
         const char16_t* at = text.data();
         const char16_t* const end = at + text.size();
         while (at != end) {
@@ -359,14 +451,6 @@ private:
                 }
             }
         }
-    }
-
-    static std::u16string_view insideCData(std::u16string_view source) {
-        source.remove_prefix(std::min<std::size_t>(9, source.size()));
-        if (source.ends_with(u"]]>")) {
-            source.remove_suffix(3);
-        }
-        return source;
     }
 
     const Tree& m_tree;

@@ -17,6 +17,7 @@
 namespace tessaly {
 
 class FileSystemObject;
+class TextStream;
 class Steps;
 
 /// One deck in memory: its text, the DOM built from it, the host's two controls that show it, and
@@ -191,9 +192,14 @@ private:
     void wrapPlainBody();
     void waitWhileNavigating();
 
-    /// Brings the text up to date and writes it to the file `path`. The file service that it used;
-    /// none if there was none to be had.
-    std::shared_ptr<FileSystemObject> writeDeck(Steps& step, const std::u16string& path);
+    /// What a deck is written with; each is none if it was not to be had.
+    struct DeckFile {
+        std::shared_ptr<FileSystemObject> fso;
+        std::shared_ptr<TextStream> stream;
+    };
+
+    /// Brings the text up to date and writes it to the file `path`. `file` keeps what it used.
+    void writeDeck(Steps& step, const std::u16string& path, DeckFile& file);
 
     /// The page in the browser control, and its body, fetched anew for each use: a navigation
     /// replaces both.

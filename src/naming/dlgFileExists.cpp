@@ -71,12 +71,11 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
 }
 
 std::u16string dlgFileExists::existingForm(const std::u16string& path) {
-    std::u16string lowerCase = toLower(path);
-    if (require(m_fso).FileExists(lowerCase)) {
-        return lowerCase;
-    }
-    // Where letters of either case are folders of their own, the small ones may lead elsewhere.
-    return path != lowerCase && m_fso->FileExists(path) ? path : std::u16string();
+    // Where letters of either case are names of their own, the small ones may lead to another file
+    // than the one that would be written over.
+    const std::u16string lowerCase = toLower(path);
+    const std::u16string& form = require(m_fso).isSameFile(lowerCase, path) ? lowerCase : path;
+    return m_fso->FileExists(form) ? form : std::u16string();
 }
 
 std::u16string dlgFileExists::askUser() {

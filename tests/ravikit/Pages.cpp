@@ -31,8 +31,9 @@ std::map<char16_t, std::size_t> lettersShown(const std::u16string& page) {
     expect(ravikit::readLiterally(page, tree) || ravikit::readAsBrowser(page, tree, problems),
            "not read again", page);
     std::map<char16_t, std::size_t> counts;
-    for (const ravikit::PageNode& node : tree.nodes()) {
-        for (const char16_t c : node.tag == ravikit::PageTag::None ? node.text : u"") {
+    for (std::uint32_t node = 0; node < tree.size(); ++node) {
+        const bool isText = tree[node].tag == ravikit::PageTag::None;
+        for (const char16_t c : isText ? tree[node].text : ravikit::shownOnPage(tree, node)) {
             const bool isSurrogate = c >= 0xD800 && c < 0xE000;
             if (ravikit::isChar(c) && !ravikit::isBlank(c) && !isSurrogate) {
                 ++counts[c];

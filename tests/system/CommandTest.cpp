@@ -166,7 +166,8 @@ TEST_F(Command, LetsNoDeckWriteToTheTerminal) {
 
 TEST_F(Command, TakesDecksToThePageAndBack) {
     const Outcome views = run("check --views . ../tests/ravikit/decks");
-    EXPECT_TRUE(holds(views, "no deck lost a byte on the way to the page and back")) << views.out;
+    EXPECT_TRUE(holds(views, " switched to the page and back, no byte lost")) << views.out;
+    EXPECT_TRUE(holds(views, "\n3 decks could not be switched: not well-formed")) << views.out;
 
     // What comes back is UTF-8, and must not say that it is something else.
     const std::string page = temp.posix("page.html");
@@ -175,6 +176,21 @@ TEST_F(Command, TakesDecksToThePageAndBack) {
     EXPECT_EQ(run("convert " + latin + " --to plain -o " + page).status, 0);
     EXPECT_EQ(run("convert " + page + " --to markup").out,
               "<?xml version=\"1.0\" encoding='UTF-8'?>\n<wml>\u00E9</wml>");
+
+    // A byte-order mark is the page's to carry; a file in no known encoding has no page.
+    const std::string marked = write("marked.wml", "\xEF\xBB\xBF<wml>\u00E9</wml>");
+    EXPECT_EQ(run("convert " + marked + " --to plain -o " + page).status, 0);
+    EXPECT_EQ(run("convert " + page + " --to markup").out, "\xEF\xBB\xBF<wml>\u00E9</wml>");
+    const std::string unknown = write("unknown.wml", "<?xml version=\"1.0\" encoding=\"x-none\"?>"
+                                                     "<wml><card><p>\xE9</p></card></wml>");
+    const Outcome unread = run("convert " + unknown + " --to plain", true);
+    EXPECT_EQ(unread.status, 1);
+    EXPECT_EQ(unread.out, unknown + ":1:31: error: the encoding x-none cannot be read\n");
+    const Outcome notes =
+        run("check --views --json " + latin + ' ' + write("odd.wml", "<wml>\xE9"));
+    const auto decks = nlohmann::json::parse(notes.out)["decks"];
+    EXPECT_EQ(decks[0]["views"], "other encoding");
+    EXPECT_EQ(decks[1]["notes"][0]["column"], 6);
 
     const Outcome refused = run("convert broken/not-well-formed.wml --to plain --strict", true);
     EXPECT_EQ(refused.status, 1);

@@ -261,6 +261,20 @@ TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
     EXPECT_EQ(read("new/news.wml"), "anew");
 }
 
+TEST_F(ProjectCommand, OverwritesNoFileThatDiffersInCaseAlone) {
+    makeProject({"index"});
+    for (const char* taken : {"new.cvp", "New.cvp", "Index.wml", "index.wml"}) {
+        write(std::string("new/") + taken, "taken");
+    }
+    temp.mode("new/new.cvp", 0444); // which is not the one that is asked about
+    EXPECT_EQ(run("save-as old/Old.cvp new/New.cvp --on-conflict overwrite").out,
+              "saved new/New.cvp with 1 deck\n");
+    EXPECT_EQ(read("new/index.wml"), deckOf("index"));
+    EXPECT_EQ(run("new new --name X --from source/index.wml --on-conflict overwrite").status, 0);
+    EXPECT_EQ(read("new/index.wml"), deckOf("index"));
+    EXPECT_EQ(read("new/new.cvp") + read("new/Index.wml"), "takentaken");
+}
+
 /// Ctrl-C may come at any moment: here behind the first deck, and at the latest at the question
 /// about the last one.
 TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
@@ -306,6 +320,10 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
     write("plain", "no folder");
     write("Twin/index.wml", "taken");
     fs::create_directory(folder / "twin");
+    write("away/A.cvp", "Site=A\r\nDocument=index\r\nDocument=..\\source\\news\r\n");
+    write("away/index.wml", deckOf("index"));
+    write("away/Index.wml", "twin");
+    const std::string elsewhere = "away/..\\source\\news.wml";
     const std::string long251(251, 'x');
     const std::string fresh = "new fresh --from source/index.wml --name ";
     const struct {
@@ -336,7 +354,10 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         {"remove old/Old.cvp sport", 1, "sport: is no deck of the project"},
         {"save-as old/Old.cvp old/Old.cvp", 1, "old/Old.cvp: is there already"},
         {"save-as old/Old.cvp nowhere/New.cvp", 3, "not there: " + (folder / "nowhere").string()},
-        {"save-as old/Old.cvp Twin/New.cvp", 1, "Twin/New.cvp: cannot be told apart"},
+        {"save-as old/Old.cvp Twin/New.cvp", 1, "Twin/index.wml: is there already"},
+        {"save-as away/A.cvp New.cvp", 1, elsewhere + ": is listed by the project but lies else"},
+        {"delete away/A.cvp", 1,
+         "1 deck and 1 other file:\n  away/Index.wml\nIts deck " + elsewhere + " lies elsewhere"},
         {"save-as old/Old.cvp New", 1, "New: is no project file"},
         {"save-as old/Old.cvp 'a=b.cvp'", 1, "a=b.cvp: cannot hold ="},
         {"save-as old/Old.cvp $'\\xff.cvp'", 1, "no path that can be used"},
@@ -352,6 +373,11 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         EXPECT_TRUE(holds(outcome, one.told)) << one.arguments << '\n' << outcome.out;
         EXPECT_EQ(everything(), before) << one.arguments;
     }
+    const Outcome deleted = run("delete away/A.cvp --yes");
+    EXPECT_EQ(deleted.status, 1);
+    EXPECT_TRUE(holds(deleted, elsewhere + ": is listed")) << deleted.out;
+    EXPECT_EQ(read("source/news.wml"), deckOf("news"));
+    EXPECT_EQ(run("save-as old/Old.cvp twin/New.cvp").status, 0) << "a folder of its own";
 }
 
 TEST_F(ProjectCommand, NamesTheFileThatTheDiskIsTooSmallFor) {
