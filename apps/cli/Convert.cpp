@@ -61,10 +61,8 @@ std::string write(const std::string& out, const std::u16string& text) {
     return failed ? "cannot be written: " + utf8(failed->description()) : "";
 }
 
-} // namespace
-
-ExitStatus convert(const std::string& file, bool toPlain, bool strict, const std::string& out) {
-    Session session;
+ExitStatus convert(Session& session, const std::string& file, bool toPlain, bool strict,
+                   const std::string& out) {
     const bool standardInput = file == "-";
     std::optional<std::u16string> text =
         standardInput ? readStandardInput() : session.readText(file);
@@ -90,6 +88,19 @@ ExitStatus convert(const std::string& file, bool toPlain, bool strict, const std
         session.complain(ExitStatus::Unreadable, out, why);
     }
     return session.status();
+}
+
+} // namespace
+
+ExitStatus convert(const std::string& file, bool toPlain, bool strict, const std::string& out) {
+    Session session;
+    ExitStatus status = ExitStatus::Fine;
+    const auto failed =
+        tessaly::attempt([&] { status = convert(session, file, toPlain, strict, out); });
+    if (failed) {
+        session.complain(ExitStatus::Unreadable, file, reasonOf(*failed));
+    }
+    return failed ? session.status() : status;
 }
 
 } // namespace cli
