@@ -51,7 +51,11 @@ FileHandle FileHandle::forReading(const std::string& path) {
     if (stat(path.c_str(), &status) != 0) {
         failByErrno();
     }
-    requireFile(status, S_IRUSR, FailureCode::FileNotFound);
+    return forReading(path, status);
+}
+
+FileHandle FileHandle::forReading(const std::string& path, const struct stat& known) {
+    requireFile(known, S_IRUSR, FailureCode::FileNotFound);
     FileHandle file(open(path.c_str(), O_RDONLY | neverWait));
     if (!file.isOpen()) {
         failByErrno();

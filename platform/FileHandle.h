@@ -15,6 +15,8 @@ namespace tessaly {
 class FileHandle {
 public:
     static FileHandle forReading(const std::string& path);
+    /// The same where it is known already what is there.
+    static FileHandle forReading(const std::string& path, const struct stat& known);
 
     /// Makes the file if it is missing; leaves its content. `mustBeNew`: an existing one fails with
     /// FileExists.

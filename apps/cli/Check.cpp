@@ -1,5 +1,4 @@
 #include "apps/cli/Commands.h"
-#include "apps/cli/FileNotes.h"
 #include "apps/cli/ViewCheck.h"
 
 #include <nlohmann/json.hpp>
@@ -74,7 +73,7 @@ public:
         for (Error error = firstError(deck); error; error = error->next()) {
             line(deck.file, *error);
         }
-        for (const Note& note : notesOf(deck)) {
+        for (const Note& note : deck.notes) {
             place(deck.file, note.line, note.column, Style::Place, "note:", note.reason);
         }
         const std::optional<Switched> result = switchOf(deck);
@@ -170,7 +169,7 @@ public:
         nlohmann::ordered_json entry = {
             {"file", deck.file}, {"valid", valid}, {"errors", std::move(errorList)}};
         nlohmann::ordered_json notes = nlohmann::ordered_json::array();
-        for (const Note& note : notesOf(deck)) {
+        for (const Note& note : deck.notes) {
             notes.push_back(
                 {{"line", note.line}, {"column", note.column}, {"reason", note.reason}});
         }

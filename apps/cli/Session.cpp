@@ -1,5 +1,7 @@
 #include "apps/cli/Session.h"
 
+#include "apps/cli/FileNotes.h"
+
 #include "platform/PathName.h"
 #include "util/Attempt.h"
 
@@ -113,40 +115,42 @@ std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
     const fs::path folder = tessaly::toPosixPath(project.ProjectPath());
     std::vector<Deck> decks;
     for (const auto& document : project.Documents()->NewEnum()) {
-        decks.push_back(
-            {(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(), document});
+        Deck deck{(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(),
+                  document};
+        deck.notes = notesOf(deck);
+        decks.push_back(std::move(deck));
     }
     return decks;
 }
 
 std::optional<std::u16string> Session::readText(const std::string& file) {
-    std::u16string text;
-    const auto failed = tessaly::attempt([&] {
-        const auto stream =
-            m_files->GetFile(toComponentPath(file))
-                ->OpenAsTextStream(tessaly::IOMode::ForReading, tessaly::formatAnsi);
-        text = stream->AtEndOfStream() ? std::u16string() : stream->ReadAll();
-    });
+    std::optional<tessaly::FileText> read = readFile(file);
+    return read ? std::optional(std::move(read->text)) : std::nullopt;
+}
+
+std::optional<tessaly::FileText> Session::readFile(const std::string& file) {
+    std::optional<tessaly::FileText> text;
+    const auto failed = tessaly::attempt([&] { text = tessaly::readFile(toComponentPath(file)); });
     if (failed) {
         std::error_code unknown;
         const bool isFolder = fs::is_directory(file, unknown); // which the component calls no file
         complain(ExitStatus::Unreadable, file,
                  isFolder ? "is a folder" : utf8(failed->description()));
-        return std::nullopt;
     }
     return text;
 }
 
 void Session::visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit) {
-    std::optional<std::u16string> text = readText(file);
-    if (!text) {
+    std::optional<tessaly::FileText> read = readFile(file);
+    if (!read) {
         return;
     }
+    std::vector<Note> notes = notesIn(*read);
     const std::u16string name = m_files->GetBaseName(toComponentPath(file));
-    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, *text, nullptr, nullptr,
-                                              nullptr, m_decks->Ravik());
+    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, read->text, nullptr,
+                                              nullptr, nullptr, m_decks->Ravik());
     m_decks->Documents()->Clear();
-    visit({file, std::move(document)});
+    visit({file, std::move(document), std::move(notes)});
 }
 
 void Session::visitFolder(const std::string& folder,

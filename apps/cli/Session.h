@@ -1,22 +1,33 @@
 #pragma once
 
 #include "apps/cli/Printer.h"
+#include "platform/FileText.h"
 #include "tessaly.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace cli {
 
 /// In the order of their weight: the gravest one counts.
 enum class ExitStatus { Fine = 0, Invalid = 1, Usage = 2, Unreadable = 3 };
 
+/// What an author should hear about how a file was read; no error.
+struct Note {
+    std::size_t line = 1; ///< from 1
+    std::size_t column = 1;
+    std::string reason;
+};
+
 /// A deck that has been opened.
 struct Deck {
     std::string file; ///< as the person would name it
     std::shared_ptr<tessaly::WirelessDocument> document;
+    std::vector<Note> notes = {}; ///< about how the file was read
 };
 
 /// The command as a host of the component: it opens what the person named, and remembers the
@@ -36,6 +47,8 @@ public:
     /// The text in `file` as the component reads it; none if it could not be read, which has been
     /// said.
     std::optional<std::u16string> readText(const std::string& file);
+    /// The same with what its author should hear of how it was read.
+    std::optional<tessaly::FileText> readFile(const std::string& file);
 
     /// A project that knows where the command's data lies.
     static std::shared_ptr<tessaly::clProject> newProject();
