@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,9 +24,11 @@ public:
     static FileHandle forWriting(const std::string& path, bool mustBeNew);
 
     FileHandle(FileHandle&& other) noexcept
-        : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+        : m_descriptor(std::exchange(other.m_descriptor, -1))
+        , m_sizeAtOpening(other.m_sizeAtOpening) {}
     FileHandle& operator=(FileHandle&& other) noexcept {
         std::swap(m_descriptor, other.m_descriptor);
+        std::swap(m_sizeAtOpening, other.m_sizeAtOpening);
         return *this;
     }
     FileHandle(const FileHandle&) = delete;
@@ -62,6 +65,7 @@ private:
         : m_descriptor(descriptor) {}
 
     int m_descriptor;
+    std::uint64_t m_sizeAtOpening = 0; ///< of one for reading; it may grow
 };
 
 } // namespace tessaly
