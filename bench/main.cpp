@@ -239,7 +239,7 @@ void run() {
     addSpeed(table, medians, "cards of " + corpora[1].name, byLibXml, 6);
     addMemory(table, corpora[2].decks.front());
     addWalks(table, medians);
-    addSpeed(table, medians, "check 500 files", "|xmllint", 4);
+    addSpeed(table, medians, "check 500 files", "|xmllint", 8);
     conversion.addTo(table, medians);
 
     std::cout << "\nmachine:  " << machine() << "\nbuild:    " << BENCH_BUILD_TYPE << ", "

@@ -51,12 +51,18 @@ FileHandle FileHandle::forReading(const std::string& path) {
     if (stat(path.c_str(), &status) != 0) {
         failByErrno();
     }
-    requireFile(status, S_IRUSR, FailureCode::FileNotFound);
+    return forReading(path, status);
+}
+
+FileHandle FileHandle::forReading(const std::string& path, const struct stat& known) {
+    requireFile(known, S_IRUSR, FailureCode::FileNotFound);
     FileHandle file(open(path.c_str(), O_RDONLY | neverWait));
     if (!file.isOpen()) {
         failByErrno();
     }
-    requireFile(file.status(), S_IRUSR, FailureCode::FileNotFound);
+    const struct stat opened = file.status();
+    requireFile(opened, S_IRUSR, FailureCode::FileNotFound);
+    file.m_sizeAtOpening = static_cast<std::uint64_t>(opened.st_size);
     return file;
 }
 
@@ -88,10 +94,9 @@ FileHandle::~FileHandle() {
 }
 
 std::string FileHandle::readAll() {
-    const auto expected = static_cast<std::uint64_t>(status().st_size);
     std::string bytes;
     std::size_t length = 0;
-    for (std::size_t room = expected + 1;; room = std::max(readStep, length / 2)) {
+    for (std::size_t room = m_sizeAtOpening + 1;; room = std::max(readStep, length / 2)) {
         if (room > largestFile - length) {
             throw Failure(FailureCode::OutOfMemory);
         }

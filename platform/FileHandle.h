@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,15 +16,19 @@ namespace tessaly {
 class FileHandle {
 public:
     static FileHandle forReading(const std::string& path);
+    /// The same where it is known already what is there.
+    static FileHandle forReading(const std::string& path, const struct stat& known);
 
     /// Makes the file if it is missing; leaves its content. `mustBeNew`: an existing one fails with
     /// FileExists.
     static FileHandle forWriting(const std::string& path, bool mustBeNew);
 
     FileHandle(FileHandle&& other) noexcept
-        : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+        : m_descriptor(std::exchange(other.m_descriptor, -1))
+        , m_sizeAtOpening(other.m_sizeAtOpening) {}
     FileHandle& operator=(FileHandle&& other) noexcept {
         std::swap(m_descriptor, other.m_descriptor);
+        std::swap(m_sizeAtOpening, other.m_sizeAtOpening);
         return *this;
     }
     FileHandle(const FileHandle&) = delete;
@@ -60,6 +65,7 @@ private:
         : m_descriptor(descriptor) {}
 
     int m_descriptor;
+    std::uint64_t m_sizeAtOpening = 0; ///< of one for reading; it may grow
 };
 
 } // namespace tessaly

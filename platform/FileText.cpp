@@ -1,5 +1,7 @@
 #include "platform/FileText.h"
 
+#include "platform/FileHandle.h"
+#include "platform/FileLookup.h"
 #include "platform/TextCodec.h"
 #include "ravikit/Wording.h"
 #include "ravikit/encoding/Declared.h"
@@ -128,6 +130,11 @@ FileText decodeFile(std::string_view bytes) {
     const bool isUtf8 =
         !marked.empty() || ravikit::isUtf8Name(declared) || !ravikit::isEncodingName(declared);
     return isUtf8 ? decodeUndeclared(bytes) : decodeAsDeclared(bytes, declared);
+}
+
+FileText readFile(const std::u16string& path) {
+    const Found found = lookUpFile(path);
+    return decodeFile(FileHandle::forReading(found.path, found.status).readAll());
 }
 
 std::string encodeFile(std::u16string_view text) {

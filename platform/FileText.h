@@ -27,6 +27,9 @@ struct FileText {
 /// written with the bytes that it had.
 FileText decodeFile(std::string_view bytes);
 
+/// The same of the file `path`, a path of the component. Fails as opening and reading a file does.
+FileText readFile(const std::u16string& path);
+
 /// The bytes of a file with `text`: UTF-8, and raw bytes as they are. Half of a surrogate pair that
 /// is none becomes U+FFFD.
 std::string encodeFile(std::u16string_view text);

@@ -1,14 +1,36 @@
 #include "platform/LocalDate.h"
 
 #include <chrono>
+#include <cstdlib>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace tessaly {
+
+namespace {
+
+/// tzset looks at the disk each time; this does so only where `TZ` is another one.
+void followTimeZone() {
+    static std::mutex mutex;
+    static auto& known = *new std::optional<std::string>;
+    const char* const zone = std::getenv("TZ");
+    std::string now = zone == nullptr ? std::string() : std::string(1, '=') + zone;
+    const std::lock_guard lock(mutex);
+    if (known != now) {
+        known = std::move(now);
+        tzset();
+    }
+}
+
+} // namespace
 
 Date localDate(std::time_t moment) {
     using namespace std::chrono;
     constexpr sys_days dayZero = 1899y / December / 30d;
     std::tm local = {};
-    tzset();
+    followTimeZone();
     localtime_r(&moment, &local);
     const year_month_day date{year(local.tm_year + 1900),
                               month(static_cast<unsigned>(local.tm_mon) + 1),

@@ -7,9 +7,10 @@ namespace tessaly {
 
 namespace {
 
-/// Whoever uses the names holds the mutex.
+/// Whoever uses the names holds the mutex. Never destroyed: a host's last object may save or delete
+/// when everything else has ended.
 std::set<std::string>& names() {
-    static std::set<std::string> removed;
+    static auto& removed = *new std::set<std::string>;
     return removed;
 }
 

@@ -7,6 +7,10 @@
 #include <cstring>
 #include <utility>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace tessaly {
 
 namespace {
@@ -26,6 +30,17 @@ char16_t windows1252(unsigned char byte) {
 /// Copies the ASCII characters from `from` on to `to`, and gives their number.
 std::size_t copyAscii(const unsigned char* from, const unsigned char* end, char16_t* to) {
     const unsigned char* at = from;
+#if defined(__SSE2__)
+    for (; end - at >= 16; at += 16, to += 16) {
+        const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+        if (_mm_movemask_epi8(bytes) != 0) {
+            break;
+        }
+        auto* const units = reinterpret_cast<__m128i*>(to);
+        _mm_storeu_si128(units, _mm_unpacklo_epi8(bytes, _mm_setzero_si128()));
+        _mm_storeu_si128(units + 1, _mm_unpackhi_epi8(bytes, _mm_setzero_si128()));
+    }
+#endif
     while (end - at >= 8) {
         std::uint64_t eight = 0;
         std::memcpy(&eight, at, sizeof eight);
@@ -120,23 +135,10 @@ void putUtf8(char32_t point, std::string& to) {
     }
 }
 
-/// The UTF-16 units that `bytes` take if they are valid: one a sequence, two for one of four bytes.
-std::size_t countUtf16(std::string_view bytes) {
-    std::size_t units = 0;
-    for (const char byte : bytes) {
-        const auto value = static_cast<unsigned char>(byte);
-        units += static_cast<std::size_t>((value & 0xC0U) != 0x80) +
-                 static_cast<std::size_t>(value >= 0xF0);
-    }
-    return units;
-}
-
 } // namespace
 
 std::optional<std::u16string> decodeUtf8(std::string_view bytes) {
-    // A sequence is written only after it was checked, so that the units in front of the first
-    // fault have all been counted, whatever stands behind it.
-    std::u16string text(countUtf16(bytes), u'\0');
+    std::u16string text(bytes.size(), u'\0'); // no character has more units than bytes
     const auto* at = reinterpret_cast<const unsigned char*>(bytes.data());
     const unsigned char* const end = at + bytes.size();
     char16_t* to = text.data();
@@ -155,6 +157,7 @@ std::optional<std::u16string> decodeUtf8(std::string_view bytes) {
         at += length;
         to = putUtf16(*point, to);
     }
+    text.resize(static_cast<std::size_t>(to - text.data()));
     return text;
 }
 

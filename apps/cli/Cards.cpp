@@ -106,7 +106,7 @@ ExitStatus cards(const std::string& path, const std::string& deckName, CardForm 
     Session session;
     Walk walk(session, form, json, printer);
     bool found = false;
-    session.visitDecks(path, [&](const Deck& deck) {
+    session.visitDecks({path}, [&](const Deck& deck) {
         if (deckName.empty() ||
             tessaly::equalIgnoringCase(deck.document->Name(), tessaly::decodeText(deckName))) {
             found = true;

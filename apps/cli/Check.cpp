@@ -1,5 +1,4 @@
 #include "apps/cli/Commands.h"
-#include "apps/cli/FileNotes.h"
 #include "apps/cli/ViewCheck.h"
 
 #include <nlohmann/json.hpp>
@@ -75,7 +74,7 @@ public:
         for (Error error = firstError(deck); error; error = error->next()) {
             line(deck.file, *error);
         }
-        for (const Note& note : notesOf(deck)) {
+        for (const Note& note : deck.notes) {
             place(deck.file, note.line, note.column, Style::Place, "note:", note.reason);
         }
         const std::optional<Switched> result = switchOf(deck);
@@ -176,7 +175,7 @@ public:
         nlohmann::ordered_json entry = {
             {"file", deck.file}, {"valid", valid}, {"errors", std::move(errorList)}};
         nlohmann::ordered_json notes = nlohmann::ordered_json::array();
-        for (const Note& note : notesOf(deck)) {
+        for (const Note& note : deck.notes) {
             notes.push_back(
                 {{"line", note.line}, {"column", note.column}, {"reason", note.reason}});
         }
@@ -216,9 +215,7 @@ private:
 ExitStatus run(const std::vector<std::string>& paths, bool views, Report& report) {
     Session session;
     report.views = views;
-    for (const std::string& path : paths) {
-        session.visitDecks(path, [&](const Deck& deck) { report.deck(deck); });
-    }
+    session.visitDecks(paths, [&](const Deck& deck) { report.deck(deck); });
     report.end(session.unread());
     if (report.invalid > 0 || report.lost > 0) {
         session.raiseStatus(ExitStatus::Invalid);

@@ -20,9 +20,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::u16string readStandardInput() {
+tessaly::FileText readStandardInput() {
     const std::string bytes{std::istreambuf_iterator<char>(std::cin), {}};
-    return tessaly::decodeFile(bytes).text;
+    return tessaly::decodeFile(bytes);
 }
 
 /// What a document would hold for `text` as it was read, with its byte-order mark if it has one: a
@@ -64,27 +64,28 @@ std::string write(const std::string& out, const std::u16string& text) {
 ExitStatus convert(Session& session, const std::string& file, bool toPlain, bool strict,
                    const std::string& out) {
     const bool standardInput = file == "-";
-    std::optional<std::u16string> text =
-        standardInput ? readStandardInput() : session.readText(file);
-    if (!text) {
+    std::optional<tessaly::FileText> read =
+        standardInput ? readStandardInput() : session.readFile(file);
+    if (!read) {
         return session.status();
     }
+    std::u16string text = std::move(read->text);
     const auto project = session.newProject();
     const auto tolmek = tessaly::Platform::current()->newTolmek();
     tolmek->loadDtd(tessaly::kindMarkup, project->AppPath() + u"\\DTD\\wml.dtd");
     if (toPlain) {
-        text = imported(*project->Ravik(), *text);
+        text = imported(*project->Ravik(), text);
     }
     const std::int32_t from = toPlain ? tessaly::kindMarkup : tessaly::kindPlain;
     const std::int32_t to = toPlain ? tessaly::kindPlain : tessaly::kindMarkup;
-    if (!tolmek->convertText(from, to, *text, strict)) {
+    if (!tolmek->convertText(from, to, text, strict)) {
         tellErrors(standardInput ? "standard input" : file, *tolmek);
         return ExitStatus::Invalid;
     }
     if (!toPlain) {
-        text = ravikit::declareUtf8(std::move(*text)); // as it is written, whatever it was read as
+        text = ravikit::declareUtf8(std::move(text)); // as it is written, whatever it was read as
     }
-    if (const std::string why = write(out, *text); !why.empty()) {
+    if (const std::string why = write(out, text); !why.empty()) {
         session.complain(ExitStatus::Unreadable, out, why);
     }
     return session.status();

@@ -9,17 +9,13 @@
 
 namespace cli {
 
-/// What an author should hear about how a file was read; no error.
-struct Note {
-    std::size_t line = 1; ///< from 1
-    std::size_t column = 1;
-    std::string reason;
-};
-
 /// The bytes of a deck's file; none if it cannot be read any more.
 std::optional<std::string> bytesOf(const Deck& deck);
 
-/// What was decided about the encoding of the deck's file.
+/// What was decided about the encoding of a file.
+std::vector<Note> notesIn(const tessaly::FileText& file);
+
+/// The same of a deck that the component has read.
 std::vector<Note> notesOf(const Deck& deck);
 
 } // namespace cli

@@ -116,25 +116,25 @@ std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
     const fs::path folder = tessaly::toPosixPath(project.ProjectPath());
     std::vector<Deck> decks;
     for (const auto& document : project.Documents()->NewEnum()) {
-        decks.push_back(
-            {(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(), document});
+        Deck deck{(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(),
+                  document};
+        decks.push_back(std::move(deck));
     }
     return decks;
 }
 
 std::optional<std::u16string> Session::readText(const std::string& file) {
-    std::u16string text;
-    const auto failed = tessaly::attempt([&] {
-        const auto stream =
-            m_files->GetFile(toComponentPath(file))
-                ->OpenAsTextStream(tessaly::IOMode::ForReading, tessaly::formatAnsi);
-        text = stream->AtEndOfStream() ? std::u16string() : stream->ReadAll();
-    });
+    std::optional<tessaly::FileText> read = readFile(file);
+    return read ? std::optional(std::move(read->text)) : std::nullopt;
+}
+
+std::optional<tessaly::FileText> Session::readFile(const std::string& file) {
+    std::optional<tessaly::FileText> text;
+    const auto failed = tessaly::attempt([&] { text = tessaly::readFile(toComponentPath(file)); });
     if (failed) {
         std::error_code unknown;
         const bool isFolder = fs::is_directory(file, unknown); // which the component calls no file
         complain(ExitStatus::Unreadable, file, isFolder ? "is a folder" : reasonOf(*failed));
-        return std::nullopt;
     }
     return text;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "apps/cli/Printer.h"
+#include "platform/FileText.h"
 #include "tessaly.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -14,10 +16,18 @@ namespace cli {
 /// In the order of their weight: the gravest one counts.
 enum class ExitStatus { Fine = 0, Invalid = 1, Usage = 2, Unreadable = 3 };
 
+/// What an author should hear about how a file was read; no error.
+struct Note {
+    std::size_t line = 1; ///< from 1
+    std::size_t column = 1;
+    std::string reason;
+};
+
 /// A deck that has been opened.
 struct Deck {
     std::string file; ///< as the person would name it
     std::shared_ptr<tessaly::WirelessDocument> document;
+    std::vector<Note> notes = {}; ///< about how the file was read
 };
 
 /// The command as a host of the component: it opens what the person named, and remembers the
@@ -30,10 +40,11 @@ public:
     /// What went wrong has been said on standard error.
     std::shared_ptr<tessaly::clProject> openProject(const std::string& file);
 
-    /// Calls `visit` with each deck that `path` stands for: a deck, the decks of a project, or
-    /// every .wml file below a folder, in the order of their names. A deck on which `visit` fails,
-    /// or that memory does not suffice for, is named, and the next ones are visited.
-    void visitDecks(const std::string& path, const std::function<void(const Deck&)>& visit);
+    /// Calls `visit` with each deck that one of `paths` stands for: a deck, the decks of a project,
+    /// or every .wml file below a folder, in the order of their names. A deck on which `visit`
+    /// fails, or that memory does not suffice for, is named, and the next ones are visited.
+    void visitDecks(const std::vector<std::string>& paths,
+                    const std::function<void(const Deck&)>& visit);
 
     /// Says of a project that `init` could not open in full which deck stopped it and why, or what
     /// else it lacks.
@@ -45,6 +56,8 @@ public:
     /// The text in `file` as the component reads it; none if it could not be read, which has been
     /// said.
     std::optional<std::u16string> readText(const std::string& file);
+    /// The same with what its author should hear of how it was read.
+    std::optional<tessaly::FileText> readFile(const std::string& file);
 
     /// A project that knows where the command's data lies.
     static std::shared_ptr<tessaly::clProject> newProject();
@@ -69,6 +82,11 @@ public:
     bool readable(const std::string& file);
 
 private:
+    void visitPath(const std::string& path, const std::function<void(const Deck&)>& visit);
+    void visitFiles(const std::vector<std::string>& files,
+                    const std::function<void(const Deck&)>& visit);
+    void visitText(const std::string& file, tessaly::FileText text,
+                   const std::function<void(const Deck&)>& visit);
     void visitDeck(const std::string& file, const std::function<void(const Deck&)>& visit);
     void visitProject(const std::string& file, const std::function<void(const Deck&)>& visit);
     void visitFolder(const std::string& folder, const std::function<void(const Deck&)>& visit);

@@ -1,6 +1,8 @@
 // The decks that a path stands for, one by one. What cannot be read, or not be dealt with, is named
 // and does not keep the others out.
 
+#include "apps/cli/FileNotes.h"
+#include "apps/cli/ReadAhead.h"
 #include "apps/cli/Session.h"
 
 #include "platform/PathName.h"
@@ -55,17 +57,39 @@ void sortEntries(Session& session, const std::string& folder, std::vector<std::s
 
 void Session::visitDeck(const std::string& file, const Visit& visit) {
     visitSafely(*this, file, [&] {
-        std::optional<std::u16string> text = readText(file);
-        if (!text) {
-            return;
+        if (auto text = readFile(file)) {
+            visitText(file, *std::move(text), visit);
         }
-        const std::u16string name = m_files->GetBaseName(tessaly::toComponentPath(file));
-        m_decks->Documents()->Clear();
-        auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, *text, nullptr, nullptr,
-                                                  nullptr, m_decks->Ravik());
-        m_decks->Documents()->Clear();
-        visit({file, std::move(document)});
     });
+}
+
+void Session::visitText(const std::string& file, tessaly::FileText text, const Visit& visit) {
+    std::vector<Note> notes = notesIn(text);
+    const std::u16string name = m_files->GetBaseName(tessaly::toComponentPath(file));
+    m_decks->Documents()->Clear();
+    auto document = m_decks->Documents()->Add(m_decks->AppPath(), name, text.text, nullptr, nullptr,
+                                              nullptr, m_decks->Ravik());
+    m_decks->Documents()->Clear();
+    visit({file, std::move(document), std::move(notes)});
+}
+
+void Session::visitFiles(const std::vector<std::string>& files, const Visit& visit) {
+    constexpr std::size_t fewest = 4; // for which a thread is worth its making
+    if (files.size() < fewest) {
+        for (const std::string& file : files) {
+            visitPath(file, visit);
+        }
+        return;
+    }
+    ReadAhead ahead(files);
+    for (const std::string& file : files) {
+        std::optional<tessaly::FileText> text;
+        if (tessaly::attempt([&] { text = ahead.next(); })) {
+            visitPath(file, visit); // which says why it cannot be read, or finds a folder
+        } else {
+            visitSafely(*this, file, [&] { visitText(file, *std::move(text), visit); });
+        }
+    }
 }
 
 void Session::visitProject(const std::string& file, const Visit& visit) {
@@ -73,9 +97,12 @@ void Session::visitProject(const std::string& file, const Visit& visit) {
     if (!project) {
         return;
     }
-    const std::vector<Deck> decks = decksOf(*project);
-    for (const Deck& deck : decks) {
-        visitSafely(*this, deck.file, [&] { visit(deck); });
+    std::vector<Deck> decks = decksOf(*project);
+    for (Deck& deck : decks) {
+        visitSafely(*this, deck.file, [&] {
+            deck.notes = notesOf(deck);
+            visit(deck);
+        });
     }
     // The component stops at the first deck that it cannot load, which has been told.
     const std::vector<std::u16string> names = listed(file);
@@ -92,12 +119,23 @@ void Session::visitFolder(const std::string& folder, const Visit& visit) {
         sortEntries(*this, next, files, folders);
     }
     std::sort(files.begin(), files.end());
-    for (const std::string& file : files) {
-        visitDeck(file, visit);
+    visitFiles(files, visit);
+}
+
+void Session::visitDecks(const std::vector<std::string>& paths, const Visit& visit) {
+    for (std::size_t i = 0; i < paths.size();) {
+        std::vector<std::string> files;
+        for (; i < paths.size() && isDeck(paths[i]); ++i) {
+            files.push_back(paths[i]);
+        }
+        visitFiles(files, visit);
+        if (i < paths.size()) {
+            visitPath(paths[i++], visit);
+        }
     }
 }
 
-void Session::visitDecks(const std::string& path, const Visit& visit) {
+void Session::visitPath(const std::string& path, const Visit& visit) {
     std::error_code unknown;
     if (fs::is_directory(path, unknown)) {
         visitFolder(path, visit);

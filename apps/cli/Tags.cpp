@@ -57,9 +57,7 @@ ExitStatus tags(const std::string& list, const std::vector<std::string>& paths, 
             }
         }
     };
-    for (const std::string& path : paths) {
-        session.visitDecks(path, look);
-    }
+    session.visitDecks(paths, look);
     if (json) {
         printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
                       << '\n';

@@ -24,22 +24,25 @@ const Problem* unreadableEncoding(const Problems& problems) {
 
 std::optional<std::u16string> markupToPlain(const std::u16string& text, bool strict,
                                             const Declarations* known, Problems& problems) {
-    const auto tree = parseInPlace(text, known);
-    const Tree::Id root = tree->documentElement();
-    const std::u16string_view name = root == Tree::none ? std::u16string_view() : tree->name(root);
-    if (const Problem* const unreadable = unreadableEncoding(tree->problems())) {
+    return markupToPlain(*parseInPlace(text, known), strict, problems);
+}
+
+std::optional<std::u16string> markupToPlain(const Tree& tree, bool strict, Problems& problems) {
+    const Tree::Id root = tree.documentElement();
+    const std::u16string_view name = root == Tree::none ? std::u16string_view() : tree.name(root);
+    if (const Problem* const unreadable = unreadableEncoding(tree.problems())) {
         problems.add(unreadable->kind, unreadable->begin, unreadable->end, unreadable->reason);
         return std::nullopt; // a page of what are no characters would give other bytes back
     }
     if (strict) {
         const std::size_t before = problems.list().size();
-        for (const Problem& problem : tree->problems().list()) {
+        for (const Problem& problem : tree.problems().list()) {
             if (name != u"card" || problem.kind != ProblemKind::UnknownEntity) {
                 problems.add(problem.kind, problem.begin, problem.end, problem.reason);
             }
         }
         if (problems.list().size() == before && name != u"wml" && name != u"card") {
-            const Node& element = (*tree)[root];
+            const Node& element = tree[root];
             problems.add(ProblemKind::NotConvertible, element.begin, element.end,
                          quoted(name) + u" is neither a deck, `wml`, nor a card, `card`");
         }
@@ -47,7 +50,7 @@ std::optional<std::u16string> markupToPlain(const std::u16string& text, bool str
             return std::nullopt;
         }
     }
-    return writePage(*tree);
+    return writePage(tree);
 }
 
 std::optional<std::u16string> plainToMarkup(std::u16string_view page, bool strict,

@@ -2,6 +2,7 @@
 
 #include "ravikit/Declarations.h"
 #include "ravikit/Problem.h"
+#include "ravikit/Tree.h"
 
 #include <optional>
 #include <string>
@@ -20,6 +21,8 @@ namespace ravikit {
 /// it. Without `strict` it never fails.
 std::optional<std::u16string> markupToPlain(const std::u16string& text, bool strict,
                                             const Declarations* known, Problems& problems);
+/// The same of a text that has been parsed.
+std::optional<std::u16string> markupToPlain(const Tree& tree, bool strict, Problems& problems);
 
 /// `page`, the HTML of a page or of its body, as markup: what the page took over from a
 /// deck and still shows comes back in the deck's own letters, all else is written as valid WML.

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/FileText.h"
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace cli {
+
+/// Reads files in a thread of its own while those before them are worked on: half of the time that
+/// a small deck takes is the disk's and the decoder's. It holds a few texts at a time.
+class ReadAhead {
+public:
+    /// `files`, paths of the system, are read in their order.
+    explicit ReadAhead(std::vector<std::string> files);
+    ReadAhead(const ReadAhead&) = delete;
+    ReadAhead& operator=(const ReadAhead&) = delete;
+    ReadAhead(ReadAhead&&) = delete;
+    ReadAhead& operator=(ReadAhead&&) = delete;
+    /// Waits for the file that is being read.
+    ~ReadAhead();
+
+    /// The text of the next file. Fails as reading it failed.
+    tessaly::FileText next();
+
+private:
+    struct Result {
+        tessaly::FileText file;
+        std::exception_ptr failure;
+    };
+    void run();
+    static Result read(const std::string& file);
+    bool hasRoom() const;
+
+    std::vector<std::string> m_files;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Result> m_results;
+    std::size_t m_units = 0; ///< of all results
+    bool m_isFull = false;   ///< until enough of them have been taken
+    bool m_isOver = false;
+    std::thread m_thread;
+};
+
+} // namespace cli
