@@ -1,6 +1,8 @@
 #include "apps/cli/ReadAhead.h"
 
 #include "platform/PathName.h"
+#include "ravikit/DeckText.h"
+#include "ravikit/Parser.h"
 
 #include <utility>
 
@@ -13,8 +15,9 @@ constexpr std::size_t mostUnits = std::size_t{1} << 20U;
 
 } // namespace
 
-ReadAhead::ReadAhead(std::vector<std::string> files)
+ReadAhead::ReadAhead(std::vector<std::string> files, std::shared_ptr<const ravikit::Dtd> dtd)
     : m_files(std::move(files))
+    , m_dtd(std::move(dtd))
     , m_thread([this] { run(); }) {}
 
 ReadAhead::~ReadAhead() {
@@ -26,12 +29,12 @@ ReadAhead::~ReadAhead() {
     m_thread.join();
 }
 
-tessaly::FileText ReadAhead::next() {
+ReadAhead::Read ReadAhead::next() {
     std::unique_lock lock(m_mutex);
     m_changed.wait(lock, [this] { return !m_results.empty(); });
     Result result = std::move(m_results.front());
     m_results.pop_front();
-    m_units -= result.file.text.size();
+    m_units -= result.read.file.text.size();
     // Not for each file: to wake the other thread costs as much as to read one.
     const bool wakes = m_isFull && m_results.size() <= mostResults / 4;
     m_isFull = m_isFull && !wakes;
@@ -42,14 +45,14 @@ tessaly::FileText ReadAhead::next() {
     if (result.failure) {
         std::rethrow_exception(result.failure);
     }
-    return std::move(result.file);
+    return std::move(result.read);
 }
 
 void ReadAhead::run() {
     for (const std::string& file : m_files) {
         Result result = read(file);
         std::unique_lock lock(m_mutex);
-        m_units += result.file.text.size();
+        m_units += result.read.file.text.size();
         m_results.push_back(std::move(result));
         const bool isAwaited = m_results.size() == 1;
         m_isFull = !hasRoom();
@@ -65,9 +68,11 @@ void ReadAhead::run() {
     }
 }
 
-ReadAhead::Result ReadAhead::read(const std::string& file) {
+ReadAhead::Result ReadAhead::read(const std::string& file) const {
     try {
-        return {tessaly::readFile(tessaly::toComponentPath(file)), nullptr};
+        Read read{tessaly::readFile(tessaly::toComponentPath(file)), nullptr};
+        read.tree = ravikit::parse(ravikit::importDeck(read.file.text), &m_dtd->declarations());
+        return {std::move(read), nullptr};
     } catch (...) { // it is the taker's, whatever it is
         return {{}, std::current_exception()};
     }

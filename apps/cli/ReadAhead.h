@@ -1,11 +1,14 @@
 #pragma once
 
 #include "platform/FileText.h"
+#include "ravikit/Dtd.h"
+#include "ravikit/Tree.h"
 
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
 #include <exception>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -17,8 +20,13 @@ namespace cli {
 /// a small deck takes is the disk's and the decoder's. It holds a few texts at a time.
 class ReadAhead {
 public:
-    /// `files`, paths of the system, are read in their order.
-    explicit ReadAhead(std::vector<std::string> files);
+    struct Read {
+        tessaly::FileText file;
+        std::shared_ptr<const ravikit::Tree> tree; ///< of its text, without a byte-order mark
+    };
+
+    /// `files`, paths of the system, are read in their order and parsed with the entities of `dtd`.
+    ReadAhead(std::vector<std::string> files, std::shared_ptr<const ravikit::Dtd> dtd);
     ReadAhead(const ReadAhead&) = delete;
     ReadAhead& operator=(const ReadAhead&) = delete;
     ReadAhead(ReadAhead&&) = delete;
@@ -26,19 +34,20 @@ public:
     /// Waits for the file that is being read.
     ~ReadAhead();
 
-    /// The text of the next file. Fails as reading it failed.
-    tessaly::FileText next();
+    /// The next file. Fails as reading it failed.
+    Read next();
 
 private:
     struct Result {
-        tessaly::FileText file;
+        Read read;
         std::exception_ptr failure;
     };
     void run();
-    static Result read(const std::string& file);
+    Result read(const std::string& file) const;
     bool hasRoom() const;
 
     std::vector<std::string> m_files;
+    std::shared_ptr<const ravikit::Dtd> m_dtd;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<Result> m_results;

@@ -6,6 +6,8 @@
 #include "apps/cli/Session.h"
 
 #include "platform/PathName.h"
+#include "ravikit/component/DtdCache.h"
+#include "ravikit/component/RememberedTree.h"
 #include "util/Attempt.h"
 
 #include <algorithm>
@@ -81,14 +83,19 @@ void Session::visitFiles(const std::vector<std::string>& files, const Visit& vis
         }
         return;
     }
-    ReadAhead ahead(files);
+    const auto dtd = tessaly::dtdOfFile(*m_files, m_decks->AppPath() + u"\\DTD\\wml.dtd");
+    const auto known = dtd ? dtd : ravikit::Dtd::builtIn();
+    ReadAhead ahead(files, known);
     for (const std::string& file : files) {
-        std::optional<tessaly::FileText> text;
-        if (tessaly::attempt([&] { text = ahead.next(); })) {
+        ReadAhead::Read read;
+        if (tessaly::attempt([&] { read = ahead.next(); })) {
             visitPath(file, visit); // which says why it cannot be read, or finds a folder
-        } else {
-            visitSafely(*this, file, [&] { visitText(file, *std::move(text), visit); });
+            continue;
         }
+        visitSafely(*this, file, [&] {
+            tessaly::rememberTree(std::move(read.tree), known);
+            visitText(file, std::move(read.file), visit);
+        });
     }
 }
 

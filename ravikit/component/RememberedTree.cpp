@@ -34,7 +34,6 @@ bool isSame(std::u16string_view a, std::u16string_view b) {
 
 std::shared_ptr<const ravikit::Tree> treeOf(const std::u16string& text,
                                             const std::shared_ptr<const ravikit::Dtd>& dtd) {
-    constexpr std::size_t mostKept = std::size_t{1} << 22U; // units
     Remembered& last = remembered();
     {
         const std::lock_guard lock(last.mutex);
@@ -43,12 +42,20 @@ std::shared_ptr<const ravikit::Tree> treeOf(const std::u16string& text,
         }
     }
     auto tree = ravikit::parse(text, &dtd->declarations());
+    rememberTree(tree, dtd);
+    return tree;
+}
+
+void rememberTree(std::shared_ptr<const ravikit::Tree> tree,
+                  const std::shared_ptr<const ravikit::Dtd>& dtd) {
+    constexpr std::size_t mostKept = std::size_t{1} << 22U; // units
+    Remembered& last = remembered();
     std::shared_ptr<const ravikit::Tree> previous; // ends outside of the lock
     const std::lock_guard lock(last.mutex);
     last.dtd = dtd;
     last.tree = tree;
-    previous = std::exchange(last.kept, text.size() <= mostKept ? tree : nullptr);
-    return tree;
+    const bool isKept = tree->text().size() <= mostKept;
+    previous = std::exchange(last.kept, isKept ? std::move(tree) : nullptr);
 }
 
 } // namespace tessaly
