@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
+#include <map>
+#include <set>
 
 namespace ravikit {
 
@@ -80,9 +80,9 @@ private:
     Problems& m_problems;
     const Limits m_limits;
     Declarations m_result;
-    std::unordered_map<std::u16string, ParameterEntity> m_parameters;
-    std::unordered_set<std::u16string> m_elementsSeen;
-    std::unordered_set<std::u16string> m_attributesSeen; // element, blank, attribute
+    std::map<std::u16string, ParameterEntity> m_parameters;
+    std::set<std::u16string> m_elementsSeen;
+    std::set<std::u16string> m_attributesSeen; // element, blank, attribute
     std::optional<Entities> m_values;                    // good until the next entity is declared
     std::uint64_t m_spent = 0;
     std::uint32_t m_openSections = 0;

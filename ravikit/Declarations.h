@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <map>
 #include <vector>
 
 namespace ravikit {
@@ -64,7 +64,8 @@ struct EntityDeclaration {
 struct Declarations {
     std::vector<ElementDeclaration> elements;
     std::vector<AttributeDeclaration> attributes;
-    std::unordered_map<std::u16string, EntityDeclaration> entities;
+    /// In order, not hashed: names that were made to collide must cost no more than others.
+    std::map<std::u16string, EntityDeclaration> entities;
     std::vector<std::u16string> notations;
     /// If there, the names that a text most likely uses: the table of its names begins with them,
     /// which spares each text learning them anew.

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <map>
 
 namespace ravikit {
 
@@ -65,8 +65,8 @@ private:
     bool m_closed = true;
     std::uint32_t m_depth = 0;
     std::uint64_t m_valueUnits = 0;
-    std::unordered_map<std::u16string, Expansion> m_content;
-    std::unordered_map<std::u16string, Expansion> m_value;
+    std::map<std::u16string, Expansion> m_content;
+    std::map<std::u16string, Expansion> m_value;
     Expansion m_passing; // the answer that holds only while an entity is being read
 };
 

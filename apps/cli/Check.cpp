@@ -71,8 +71,9 @@ public:
 
     void deck(const Deck& deck) override {
         count(deck);
+        const std::u16string text = m_printer.rich() ? deck.document->Content() : std::u16string();
         for (Error error = firstError(deck); error; error = error->next()) {
-            line(deck.file, *error);
+            line(deck.file, text, *error);
         }
         for (const Note& note : deck.notes) {
             place(deck.file, note.line, note.column, Style::Place, "note:", note.reason);
@@ -128,12 +129,13 @@ private:
                         << m_printer.styled(Style::Plain, reason) << '\n';
     }
 
-    void line(const std::string& file, tessaly::ParseError& error) const {
+    void line(const std::string& file, const std::u16string& text,
+              tessaly::ParseError& error) const {
         const auto column = static_cast<std::size_t>(error.column());
         place(file, static_cast<std::size_t>(error.line()), column, Style::Error,
               "error:", utf8(error.reason()));
         if (m_printer.rich()) {
-            m_printer.snippet(error.sourceLine(), column);
+            m_printer.snippet(text, static_cast<std::size_t>(error.position()));
         }
     }
 

@@ -24,9 +24,9 @@ public:
     /// harmless: a deck must not be able to write escape sequences.
     std::string styled(Style style, std::string_view text) const;
 
-    /// One source line with a caret below the unit at `column`, from 1. A long line is cut around
-    /// the caret.
-    void snippet(const std::u16string& line, std::size_t column) const;
+    /// The source line around the unit at `offset` of `text`, with a caret below that unit. A long
+    /// line is cut around the caret, and costs no more than what is shown.
+    void snippet(std::u16string_view text, std::size_t offset) const;
 
 private:
     std::ostream& m_out;

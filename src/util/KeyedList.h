@@ -9,7 +9,7 @@
 #include <deque>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -69,7 +69,7 @@ private:
         std::u16string key;
     };
 
-    using ByKey = std::unordered_map<std::u16string, std::shared_ptr<T>>;
+    using ByKey = std::map<std::u16string, std::shared_ptr<T>>;
 
     static double numberOf(const Value& index) {
         if (const auto* whole = std::get_if<std::int32_t>(&index)) {
