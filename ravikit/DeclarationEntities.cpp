@@ -56,7 +56,7 @@ bool DeclarationReader::externalEntity(EntityDeclaration& declaration, bool para
         return true;
     }
     if (!blank) {
-        return fail(u"a blank must stand ahead of `NDATA`");
+        return fail(u"expected a blank before `NDATA`");
     }
     declaration.unparsed = true;
     return needBlank(u"NDATA") && !neededName(u"a notation").empty();

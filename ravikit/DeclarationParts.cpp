@@ -57,7 +57,7 @@ bool DeclarationReader::skipBlanks(bool expand) {
 }
 
 bool DeclarationReader::needBlank(std::u16string_view behind) {
-    return skipBlanks() || fail(u"a blank must stand behind " + quoted(behind));
+    return skipBlanks() || fail(u"expected a blank after " + quoted(behind));
 }
 
 bool DeclarationReader::parameterReference() {
@@ -154,7 +154,7 @@ bool DeclarationReader::externalId(bool needSystem, std::u16string_view* system)
             return true;
         }
         if (!blank) {
-            return fail(u"a blank must stand behind a public identifier");
+            return fail(u"expected a blank after a public identifier");
         }
     }
     const auto systemId = literal(u"a system identifier");

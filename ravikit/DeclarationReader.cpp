@@ -125,11 +125,11 @@ bool DeclarationReader::conditionalSection() {
     skipBlanks();
     const bool included = m_input.accept(u"INCLUDE");
     if (!included && !m_input.accept(u"IGNORE")) {
-        return fail(u"behind `<![` must stand `INCLUDE` or `IGNORE`");
+        return fail(u"expected `INCLUDE` or `IGNORE` after `<![`");
     }
     skipBlanks();
     if (!m_input.accept(u"[")) {
-        return fail(u"behind `INCLUDE` and `IGNORE` must stand `[`");
+        return fail(u"expected `[` after `INCLUDE` or `IGNORE`");
     }
     if (!included) {
         return ignoredSection();
@@ -175,7 +175,7 @@ bool DeclarationReader::instruction() {
     constexpr auto kind = ProblemKind::BadProcessingInstruction;
     const std::u16string_view target = m_input.name();
     if (target.empty()) {
-        return fail(u"behind `<?` must stand a name", kind);
+        return fail(u"expected a name after `<?`", kind);
     }
     if (target.size() == 3 && (target[0] | 0x20) == u'x' && (target[1] | 0x20) == u'm' &&
         (target[2] | 0x20) == u'l') {
@@ -186,7 +186,7 @@ bool DeclarationReader::instruction() {
         return fail(u"the instruction has no end `?>`", kind);
     }
     if (length > 0 && !isBlank(m_input.peek())) {
-        return fail(u"a blank must stand behind the name of an instruction", kind);
+        return fail(u"expected a blank after the name of an instruction", kind);
     }
     if (!characters(m_input.rest().substr(0, length))) {
         return false;

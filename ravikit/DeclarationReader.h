@@ -5,11 +5,11 @@
 #include "ravikit/Entities.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
-#include <map>
-#include <set>
 
 namespace ravikit {
 
@@ -83,7 +83,7 @@ private:
     std::map<std::u16string, ParameterEntity> m_parameters;
     std::set<std::u16string> m_elementsSeen;
     std::set<std::u16string> m_attributesSeen; // element, blank, attribute
-    std::optional<Entities> m_values;                    // good until the next entity is declared
+    std::optional<Entities> m_values;          // good until the next entity is declared
     std::uint64_t m_spent = 0;
     std::uint32_t m_openSections = 0;
     bool m_stopped = false;

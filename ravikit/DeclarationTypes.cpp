@@ -93,7 +93,7 @@ bool DeclarationReader::group(ContentParticle& group, std::uint32_t level, int d
         }
         if ((c != u',' && c != u'|') || (separator != 0 && separator != c)) {
             return fail(u"between the members of a group must stand `,` everywhere or `|` "
-                        u"everywhere, and `)` behind them");
+                        u"everywhere, and `)` after them");
         }
         separator = c;
         if (c == u'|') {

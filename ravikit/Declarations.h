@@ -4,10 +4,10 @@
 #include "ravikit/Problem.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <map>
 #include <vector>
 
 namespace ravikit {

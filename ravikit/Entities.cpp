@@ -1,6 +1,7 @@
 #include "ravikit/Entities.h"
 
 #include "ravikit/Chars.h"
+#include "ravikit/HtmlEntities.h"
 #include "ravikit/ParserCore.h"
 #include "ravikit/Reference.h"
 #include "ravikit/Wording.h"
@@ -10,6 +11,18 @@
 
 namespace ravikit {
 namespace {
+
+/// What to write instead: the number of a character that HTML has a name for, or `&amp;`.
+std::u16string undeclared(std::u16string_view name) {
+    const auto* const known = std::lower_bound(
+        htmlNames.begin(), htmlNames.end(), name,
+        [](const HtmlName& one, std::u16string_view sought) { return one.name < sought; });
+    if (known != htmlNames.end() && known->name == name) {
+        return u"`&" + std::u16string(name) + u";` is an entity of HTML; write `&#" +
+               decimal(known->character) + u";` for its character";
+    }
+    return u"no entity " + quoted(name) + u" is declared; for the character `&` write `&amp;`";
+}
 
 bool fail(Expansion& expansion, ProblemKind kind, std::u16string reason, bool inside) {
     expansion.kind = kind;
@@ -87,11 +100,7 @@ bool Entities::refuse(Expansion& expansion, const EntityDeclaration* declaration
         if (m_known == nullptr && !m_closed) {
             return false;
         }
-        return fail(expansion, ProblemKind::UnknownEntity,
-                    u"no entity " + quoted(name) +
-                        u" is declared; for the character `&` write "
-                        u"`&amp;`",
-                    false);
+        return fail(expansion, ProblemKind::UnknownEntity, undeclared(name), false);
     }
     if (declaration->unparsed) {
         return fail(expansion, ProblemKind::BadReference,

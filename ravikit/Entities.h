@@ -5,10 +5,10 @@
 #include "ravikit/Tree.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <map>
 
 namespace ravikit {
 

@@ -43,7 +43,12 @@ void Judge::judgeRoot(const Walk& walk) {
     const Id root = walk.tree.documentElement();
     const Symbol symbol = walk.source.element(walk.tree[root]);
     if (std::find(m_dtd.roots.begin(), m_dtd.roots.end(), symbol) == m_dtd.roots.end()) {
-        tellWrongRoot(walk, root);
+        // Where tags are broken, what stands first may well be what should stand inside.
+        const bool isKnownFault =
+            symbol != unknown ? !m_tree.wellFormed() : isReported(walk, namePlace(walk, root));
+        if (!isKnownFault) {
+            tellWrongRoot(walk, root);
+        }
         NearMiss near(walk.tree.name(root));
         for (const Symbol candidate : m_dtd.roots) {
             near.offer(m_dtd.elements[candidate].name);
@@ -92,6 +97,7 @@ Judge::Id Judge::openElement(const Walk& walk, Id id) {
     open.state = 0;
     open.mended = (node.flags & Recovered) != 0;
     open.loose = open.mended;
+    open.inMisplaced = false;
     if (inside == node.next) {
         closeElement(walk);
     }
@@ -109,7 +115,8 @@ void Judge::placeElement(const Walk& walk, Id id, Symbol symbol) {
     Open& parent = top();
     if (symbol == unknown) {
         parent.loose = true;
-        if (parent.element != Tree::document) { // whose only child is judged by then
+        parent.inMisplaced = false;
+        if (parent.element != Tree::document && !isReported(walk, namePlace(walk, id))) {
             tellUnknownElement(walk, id);
         }
         return;
@@ -117,11 +124,15 @@ void Judge::placeElement(const Walk& walk, Id id, Symbol symbol) {
     const std::uint16_t next = parent.rules->content.step(parent.state, symbol);
     if (next != ContentTable::dead) {
         parent.state = next;
+        parent.inMisplaced = false;
         return;
     }
-    if (!parent.mended && !(parent.loose && parent.rules->holdsNothing)) {
+    const bool isAlien = !parent.rules->content.holds(symbol);
+    if (!parent.mended && !(parent.loose && parent.rules->holdsNothing) &&
+        !(isAlien && parent.inMisplaced)) {
         tellMisplacedElement(walk, id, symbol);
     }
+    parent.inMisplaced = isAlien;
     parent.loose = true;
 }
 
@@ -146,9 +157,8 @@ void Judge::content(const Walk& walk, Id id, NodeKind kind) {
         open.loose = true;
     } else if (kind == NodeKind::Reference) {
         reference(walk, id);
-    } else if ((kind == NodeKind::Text || kind == NodeKind::CData) && !open.rules->holdsText &&
-               !open.mended) {
-        tellMisplacedText(walk, id);
+    } else if ((kind == NodeKind::Text || kind == NodeKind::CData) && !open.rules->holdsText) {
+        misplacedText(walk, id);
     }
 }
 
@@ -164,9 +174,17 @@ void Judge::reference(const Walk& walk, Id id) {
     }
     const bool isText =
         walk.tree.source(id).starts_with(u"&#") || predefinedEntity(walk.tree.name(id)) != 0;
-    if (isText && !top().rules->holdsText && !top().mended) {
+    if (isText && !top().rules->holdsText) {
+        misplacedText(walk, id);
+    }
+}
+
+void Judge::misplacedText(const Walk& walk, Id id) {
+    Open& open = top();
+    if (!open.mended && !open.inMisplaced) {
         tellMisplacedText(walk, id);
     }
+    open.inMisplaced = true;
 }
 
 } // namespace ravikit

@@ -61,6 +61,9 @@ private:
         bool mended = true;
         /// Something is amiss in it, so that it is not asked whether it is complete.
         bool loose = true;
+        /// The last thing in it was text or an element that it can never hold: what follows of the
+        /// kind is the same mistake.
+        bool inMisplaced = false;
     };
     struct Place {
         std::uint32_t begin;
@@ -82,6 +85,7 @@ private:
     Open& push();
     void content(const Walk& walk, Id id, NodeKind kind);
     void reference(const Walk& walk, Id id);
+    void misplacedText(const Walk& walk, Id id);
 
     // JudgeAttributes.cpp
     Id attributes(const Walk& walk, Id element, const ElementRules& rules);
@@ -108,12 +112,14 @@ private:
     void tellSecondId(const Walk& walk, Id id, std::u16string_view value, std::uint32_t first);
     void tellUnknownId(const ReferredId& referred);
     void add(ProblemKind kind, Place place, std::u16string reason);
+    bool isReported(const Walk& walk, Place place) const;
     static Place placeOf(const Walk& walk, Id id);
     static Place namePlace(const Walk& walk, Id id);
     static Place valuePlace(const Walk& walk, Id attribute);
     std::u16string_view nearElement(std::u16string_view written);
     std::vector<Symbol> childrenOf(const ElementRules& rules) const;
     std::u16string mayHold(const ElementRules& rules) const;
+    std::u16string whereTextGoes(const ElementRules& rules) const;
     std::vector<std::u16string_view> nextIn(const Open& open, bool onlyMissing) const;
 
     const DtdTables& m_dtd;

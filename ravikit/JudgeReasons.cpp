@@ -77,6 +77,15 @@ void Judge::add(ProblemKind kind, Place place, std::u16string reason) {
     m_problems.add(kind, place.begin, place.end, std::move(reason));
 }
 
+// Whether the parser has a fault at this place already: two errors at one tag are one mistake.
+bool Judge::isReported(const Walk& walk, Place place) const {
+    const auto& list = m_tree.problems().list(); // in the order of their places
+    const auto found = std::lower_bound(
+        list.begin(), list.end(), place.begin,
+        [](const Problem& problem, std::uint32_t begin) { return problem.begin < begin; });
+    return walk.reference == nullptr && found != list.end() && found->begin == place.begin;
+}
+
 // Inside an entity's text the place is that of the reference in the deck, here and below.
 Judge::Place Judge::placeOf(const Walk& walk, Id id) {
     const Node& node = walk.reference != nullptr ? *walk.reference : walk.tree[id];
@@ -204,8 +213,21 @@ void Judge::tellMisplacedText(const Walk& walk, Id id) {
         place.end = place.begin + static_cast<std::uint32_t>(text.find_last_not_of(blanks) + 1);
         place.begin += static_cast<std::uint32_t>(text.find_first_not_of(blanks));
     }
+    const bool isMark = walk.reference == nullptr &&
+                        walk.tree.text().substr(place.begin, place.end - place.begin) == u"\xFEFF";
     add(ProblemKind::MisplacedText, place,
-        what + u" cannot stand in " + quoted(rules.name) + u"; " + mayHold(rules));
+        isMark ? u"a byte-order mark (U+FEFF) in the middle of the text; take it out"
+               : what + u" cannot stand in " + quoted(rules.name) + u"; " + whereTextGoes(rules));
+}
+
+// Into which child a text belongs, if one takes it.
+std::u16string Judge::whereTextGoes(const ElementRules& rules) const {
+    for (const Symbol child : childrenOf(rules)) {
+        if (m_dtd.elements[child].holdsText) {
+            return u"put it into a " + quoted(m_dtd.elements[child].name);
+        }
+    }
+    return mayHold(rules);
 }
 
 void Judge::tellNotEmpty(const Walk& walk, Id id) {

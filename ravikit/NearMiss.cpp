@@ -47,7 +47,7 @@ void NearMiss::offer(std::u16string_view name) {
         return;
     }
     // The shorter a name, the more names are near it by chance.
-    const std::uint32_t furthest = shorter <= 2 ? 0 : shorter <= 4 ? 1 : 2;
+    const std::uint32_t furthest = shorter <= 2 ? 0 : shorter <= 5 ? 1 : 2;
     const std::uint32_t found = distance(m_written, name);
     if (found <= furthest && found < m_distance) {
         m_distance = found;

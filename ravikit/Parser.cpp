@@ -108,10 +108,10 @@ void Parser::closeAtEnd() {
         const Open& top = m_open.back();
         const Node& element = node(top.element);
         if (m_tooDeep == 0 && !m_swallowed) {
-            problem(ProblemKind::UnclosedElement, place(element.begin),
+            problem(ProblemKind::UnclosedElement, place(element.begin + 1),
                     place(element.begin + 1 + top.nameLength), [&] {
-                        const std::u16string_view name = m_tree.name(top.element);
-                        return quoted(name) + u" is never closed; write " + quotedEndTag(name);
+                        return quoted(m_tree.name(top.element)) + u" is never closed; " +
+                               howToClose(top);
                     });
         }
         mark(top.element, Recovered);
@@ -160,9 +160,28 @@ Parser::At Parser::unusualText(At at) {
 
 // A < that begins nothing.
 Parser::At Parser::plainMark(At at) {
+    if (at[1] == u'%') {
+        return serverCode(at);
+    }
+    At const name = skipBlanks(at + 1);
+    if (name != at + 1 && startsName(name) && isElementName(between(name, nameEnd(name)))) {
+        return spacedStartTag(at, name);
+    }
     problem(ProblemKind::BadTag, at, at + 1,
             u"`<` begins a tag; write `&lt;` for the character itself");
     return plainText(at);
+}
+
+// Code that a server runs before it sends the page.
+Parser::At Parser::serverCode(At at) {
+    At const close = findClose(at, u"%>");
+    if (close == m_end) {
+        return junk(at, ProblemKind::BadTag, u"`<%` begins code of a server page, and has no `%>`");
+    }
+    problem(ProblemKind::BadTag, at, close + 2,
+            u"code of a server page is not WML; check the deck as the server sends it");
+    push(NodeKind::Junk, at, close + 2);
+    return close + 2;
 }
 
 // One unit that needs a closer look, and those like it behind it.
@@ -202,9 +221,10 @@ void Parser::characters(At begin, At end) {
 void Parser::outside(At begin, At end) {
     if (m_outsideEnd != begin) {
         const bool ahead = m_tree.m_documentElement == Tree::none;
-        problem(ProblemKind::TextOutsideRoot, begin, end,
-                ahead ? u"text stands ahead of the first element; it belongs inside"
-                      : u"text stands behind the end of the outermost element; it belongs inside");
+        At const first = std::find_if_not(begin, end, [](char16_t c) { return isBlank(c); });
+        problem(ProblemKind::TextOutsideRoot, first, end,
+                ahead ? u"text before the root element, where none may stand"
+                      : u"text after the root element, where none may stand");
     }
     m_outsideEnd = end;
 }

@@ -135,8 +135,8 @@ inline Parser::At Parser::attributes(At at, Tag& tag) {
     }
 }
 
-inline Parser::At Parser::startTag(At at) {
-    const Name name = readName(at + 1);
+inline Parser::At Parser::startTag(At at, At nameAt) {
+    const Name name = readName(nameAt);
     Tag tag{push(NodeKind::Element, at, at, name.id)};
     ++m_tag;
     At const end = attributes(name.end, tag);
@@ -177,12 +177,18 @@ inline Parser::At Parser::markup(At at) {
         return endTag(at);
     }
     if (startsName(at + 1)) {
-        return startTag(at);
+        return startTag(at, at + 1);
     }
     if (next == u'!') {
         return exclamation(at);
     }
     return next == u'?' ? instruction(at) : plainMark(at);
+}
+
+// A start tag with blanks before its name.
+Parser::At Parser::spacedStartTag(At at, At name) {
+    problem(ProblemKind::BadTag, at, name, u"no blank may stand after `<`");
+    return startTag(at, name);
 }
 
 void Parser::content(At at) {

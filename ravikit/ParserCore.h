@@ -83,6 +83,7 @@ private:
     void finish();
     At exclamation(At at);
     At plainMark(At at);
+    At serverCode(At at);
     At unusualText(At at);
     At character(At at);
     void characters(At begin, At end);
@@ -94,7 +95,8 @@ private:
     At text(At at);
     At textEnd(At at);
     At plainText(At at);
-    At startTag(At at);
+    At startTag(At at, At nameAt);
+    At spacedStartTag(At at, At name);
     At attributes(At at, Tag& tag);
     At attribute(At at, Tag& tag);
     At value(At begin, At stop, char16_t quote, Id attribute);
@@ -106,6 +108,11 @@ private:
     At namedEndTag(At at, At name);
     At namelessEndTag(At at);
     void mismatchedEndTag(At at, At end, const Name& name);
+    bool misspeltTag(At at, At end, std::u16string_view word);
+    At nextEndOfLevel(At from) const;
+    bool isElementName(std::u16string_view name) const;
+    bool isDeclaredEmpty(std::u16string_view name) const;
+    std::u16string howToClose(const Open& open) const;
     void forgetClosedEarly();
     bool wasClosedEarly(NameTable::Id name);
     void closeTop(At at, std::u16string_view closer);

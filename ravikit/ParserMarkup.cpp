@@ -44,6 +44,10 @@ Parser::At Parser::cdata(At at) {
 }
 
 Parser::At Parser::instruction(At at) {
+    if (at[2] == u'=') {
+        return junk(at, ProblemKind::BadProcessingInstruction,
+                    u"code of a server page is not WML; check the deck as the server sends it");
+    }
     if (!startsName(at + 2)) {
         return junk(at, ProblemKind::BadProcessingInstruction,
                     u"a processing instruction begins with a name, as in `<?name ...?>`");
@@ -66,7 +70,7 @@ Parser::At Parser::instruction(At at) {
                 u"the XML declaration can stand at the very start of the text only");
     } else if (close != target.end && !isBlank(*target.end)) {
         problem(ProblemKind::BadProcessingInstruction, target.end, target.end,
-                [&] { return u"a blank is missing behind the name " + quoted(name); });
+                [&] { return u"a blank is missing after the name " + quoted(name); });
     }
     characters(target.end, close);
     push(NodeKind::ProcessingInstruction, at, close + 2, target.id);

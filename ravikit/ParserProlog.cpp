@@ -107,7 +107,7 @@ Parser::At Parser::doctype(At at) {
     const std::size_t problems = m_tree.m_problems.list().size();
     if (!inForce) {
         problem(ProblemKind::BadDoctype, at, at + 9,
-                u"a DOCTYPE can stand once only, ahead of the first element");
+                u"only one DOCTYPE may stand in a text, before the root element");
     } else if (at[2] != u'D') {
         problem(ProblemKind::BadDoctype, at, at + 9, u"write `<!DOCTYPE` in capital letters");
     }
@@ -125,7 +125,7 @@ Parser::At Parser::doctypeBody(At at, bool inForce) {
     };
     At p = skipBlanks(at);
     if (p == at || !startsName(p)) {
-        return fault(p, u"behind `<!DOCTYPE` comes the name of the outermost element");
+        return fault(p, u"after `<!DOCTYPE` comes the name of the root element");
     }
     At const name = readName(p).end;
     p = skipBlanks(name);

@@ -15,7 +15,7 @@ Parser::At Parser::junkInTag(At at, Tag& tag) {
         problem(ProblemKind::BadTag, at, end, [&] {
             const std::u16string name = quoted(m_tree.name(tag.element));
             if (*at == u'/') {
-                return u"`/` in the tag of " + name + u" must stand directly ahead of its `>`";
+                return u"`/` in the tag of " + name + u" must stand directly before its `>`";
             }
             return quoted(between(at, end)) + u" cannot stand in the tag of " + name +
                    u"; an attribute is written as `name=\"value\"`";
@@ -41,7 +41,7 @@ void Parser::missingBlank(At at, Tag& tag) {
     tag.flags |= Recovered;
     if (!tag.told) {
         problem(ProblemKind::BadAttribute, at, at,
-                [&] { return u"a blank is missing ahead of " + quoted(between(at, nameEnd(at))); });
+                [&] { return u"a blank is missing before " + quoted(between(at, nameEnd(at))); });
     }
     tag.told = true;
 }

@@ -1,3 +1,4 @@
+#include "ravikit/NearMiss.h"
 #include "ravikit/ParserCore.h"
 #include "ravikit/Wording.h"
 
@@ -27,9 +28,9 @@ void Parser::topElement(Id element) {
         const std::uint32_t begin = node(element).begin;
         const std::u16string_view name = m_tree.name(element);
         problem(ProblemKind::NotWellFormed, place(begin), place(begin) + 1 + name.size(), [&] {
-            return quoted(name) + u" stands beside the outermost element " +
+            return quoted(name) + u" stands beside the root element " +
                    quoted(m_tree.name(m_tree.m_documentElement)) +
-                   u"; a text has one outermost element, which holds all others";
+                   u"; a text has one root element, which holds all others";
         });
     }
 }
@@ -82,6 +83,9 @@ void Parser::mismatchedEndTag(At at, At end, const Name& name) {
         }
         return;
     }
+    if (!atTop() && misspeltTag(at, end, word)) {
+        return;
+    }
     if (!atTop() && sameButForCase(m_tree.name(m_open.back().element), word)) {
         problem(ProblemKind::StrayEndTag, at, end, [&] {
             return quoted(m_tree.name(m_open.back().element)) + u" is closed by " +
@@ -92,11 +96,94 @@ void Parser::mismatchedEndTag(At at, At end, const Name& name) {
         return;
     }
     push(NodeKind::Junk, at, end);
-    if (!wasClosedEarly(name.id)) {
+    if (!atTop()) {
+        mark(m_open.back().element, Recovered); // what it ends may be what is missing in there
+    }
+    const bool isOfTextOutside = outsideRoot() && m_outsideEnd != nullptr;
+    if (!isOfTextOutside && !wasClosedEarly(name.id)) {
         problem(ProblemKind::StrayEndTag, at, end, [&] {
             return quotedEndTag(word) + u" ends nothing: no " + quoted(word) + u" is open here";
         });
     }
+}
+
+// An end tag that ends nothing by its name, but is meant to end the innermost open element: it is
+// misspelt, or the start tag is. False if that element's own end tag comes later.
+bool Parser::misspeltTag(At at, At end, std::u16string_view word) {
+    const Open& top = m_open.back();
+    const std::u16string_view name = m_tree.name(top.element);
+    At const next = nextEndOfLevel(end);
+    if (next != nullptr && between(next, nameEnd(next)) == name) {
+        return false;
+    }
+    NearMiss near(word);
+    near.offer(name);
+    const bool isKnown = isElementName(name);
+    if (!isKnown && (isElementName(word) || !near.best().empty())) {
+        At const begin = place(node(top.element).begin + 1);
+        problem(ProblemKind::UnclosedElement, begin, begin + name.size(), [&] {
+            return quoted(name) + u" is closed by " + quotedEndTag(word) + u"; did you mean " +
+                   quoted(word) + u"?";
+        });
+        mark(top.element, Recovered);
+    } else if (isKnown && !isElementName(word)) {
+        problem(ProblemKind::StrayEndTag, at, end, [&] {
+            return quoted(name) + u" is closed by " + quotedEndTag(word) + u"; write " +
+                   quotedEndTag(name);
+        });
+    } else {
+        return false;
+    }
+    close(end);
+    return true;
+}
+
+// The name in the next end tag that does not end what begins after `from`; none if that is not
+// found near.
+Parser::At Parser::nextEndOfLevel(At from) const {
+    constexpr std::ptrdiff_t farthest = 4000;
+    At const stop = m_end - from > farthest ? from + farthest : m_end;
+    int depth = 0;
+    for (At at = std::find(from, stop, u'<'); at != stop; at = std::find(at + 1, stop, u'<')) {
+        if (at[1] == u'/') {
+            if (depth-- == 0) {
+                return at + 2;
+            }
+        } else if (startsName(at + 1)) {
+            At const close = std::find(at, stop, u'>');
+            const bool isEmpty = close != stop && close[-1] == u'/';
+            depth += isEmpty ? 0 : 1;
+        }
+    }
+    return nullptr;
+}
+
+bool Parser::isElementName(std::u16string_view name) const {
+    const Declarations* const known = m_entities.known();
+    return known != nullptr &&
+           std::any_of(known->elements.begin(), known->elements.end(),
+                       [name](const ElementDeclaration& one) { return one.name == name; });
+}
+
+bool Parser::isDeclaredEmpty(std::u16string_view name) const {
+    const Declarations* const known = m_entities.known();
+    return known != nullptr &&
+           std::any_of(known->elements.begin(), known->elements.end(),
+                       [name](const ElementDeclaration& one) {
+                           return one.name == name &&
+                                  one.content == ElementDeclaration::Content::Empty;
+                       });
+}
+
+std::u16string Parser::howToClose(const Open& open) const {
+    const std::u16string_view name = m_tree.name(open.element);
+    if (!isDeclaredEmpty(name)) {
+        return u"write " + quotedEndTag(name);
+    }
+    const Id inside = open.element + 1;
+    const bool hasAttributes =
+        inside < m_tree.m_nodes.size() && m_tree.kind(inside) == NodeKind::Attribute;
+    return u"write `<" + std::u16string(name) + (hasAttributes ? u" .../>`" : u"/>`");
 }
 
 // Drops what was closed early in surroundings that have ended since.
@@ -126,14 +213,14 @@ bool Parser::wasClosedEarly(NameTable::Id name) {
 void Parser::closeTop(At at, std::u16string_view closer) {
     const Open& top = m_open.back();
     const std::uint32_t begin = node(top.element).begin;
-    problem(ProblemKind::UnclosedElement, place(begin), place(begin + 1 + top.nameLength), [&] {
+    problem(ProblemKind::UnclosedElement, place(begin + 1), place(begin + 1 + top.nameLength), [&] {
         const std::u16string_view name = m_tree.name(top.element);
         const std::uint32_t opened = lineOf(begin);
         const std::uint32_t closed = lineOf(offset(at));
         return quoted(name) + (opened == closed ? u"" : u" opened on line " + decimal(opened)) +
                u" is closed by " + quotedEndTag(closer) +
-               (opened == closed ? u"" : u" on line " + decimal(closed)) + u"; write " +
-               quotedEndTag(name) + u" first";
+               (opened == closed ? u"" : u" on line " + decimal(closed)) + u"; " + howToClose(top) +
+               (isDeclaredEmpty(name) ? u"" : u" first");
     });
     mark(top.element, Recovered);
     close(at);
@@ -143,7 +230,7 @@ void Parser::closeTop(At at, std::u16string_view closer) {
 Parser::At Parser::namelessEndTag(At at) {
     At const name = skipBlanks(at + 2);
     if (name != at + 2 && startsName(name)) {
-        problem(ProblemKind::BadTag, at, name, u"no blank may stand behind `</`");
+        problem(ProblemKind::BadTag, at, name, u"no blank may stand after `</`");
         return namedEndTag(at, name);
     }
     if (*name != u'>' || m_tooDeep > 0 || atTop()) {

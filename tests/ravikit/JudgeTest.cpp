@@ -44,8 +44,7 @@ TEST(Judge, SaysWhatStandsThereWhatCouldAndTheNearMiss) {
          "timer: `timer` cannot stand here in `card`; here may follow `do`, `p` or `pre`"},
         {inCard(u"<do type='a'><prev/><noop/></do>"),
          "noop: `noop` cannot stand here in `do`; nothing more may follow"},
-        {inCard(u"\n some text <p/>"), "some text: text cannot stand in `card`; `card` may hold "
-                                       "`onevent`, `timer`, `do`, `p` and `pre`"},
+        {inCard(u"\n some text <p/>"), "some text: text cannot stand in `card`; put it into a `p`"},
         {inCard(u"<p><br> </br></p>"),
          " : `br` must be empty: between its tags not even a blank may stand"},
         {u"<wml><head/><card/></wml>", "head: `head` ends here, but needs `access` or `meta`"},

@@ -35,7 +35,7 @@ TEST_F(Command, NamesEachFaultOfTheBrokenDecksAtItsPlace) {
         const char* reason;
     } faults[] = {
         {"not-well-formed.wml", ":4:32:", "&amp;"},
-        {"not-well-formed.wml", ":5:20:", "`</i>`"},
+        {"not-well-formed.wml", ":5:21:", "`</i>`"},
         {"not-well-formed.wml", ":6:8:", "quotes"},
         {"undeclared-element.wml", ":4:4:", "did you mean `card`?"},
         {"undeclared-element.wml", ":8:6:", "did you mean `p`?"},
