@@ -2,6 +2,7 @@
 
 #include "platform/FileErrors.h"
 #include "util/Failure.h"
+#include "util/Lasting.h"
 #include "util/LetterCase.h"
 
 #include <array>
@@ -15,7 +16,7 @@ namespace {
 
 /// The folder of each letter, empty where none is mounted.
 std::string& entryOf(char16_t letter) {
-    static std::array<std::string, 26> folders;
+    static auto& folders = lasting<std::array<std::string, 26>>();
     if (!isDriveLetter(letter)) {
         throw Failure(FailureCode::InvalidArgument);
     }

@@ -2,6 +2,7 @@
 
 #include "platform/RemovedNames.h"
 #include "platform/TextCodec.h"
+#include "util/Lasting.h"
 #include "util/LetterCase.h"
 
 #include <dirent.h>
@@ -73,7 +74,7 @@ constexpr int youngFor = 20;
 /// another case. Whoever uses them holds the mutex. They are not one set a thread, since a thread
 /// that has to end them keeps the library loaded.
 std::array<KnownFolder, 8>& knownFolders() {
-    static std::array<KnownFolder, 8> folders;
+    static auto& folders = lasting<std::array<KnownFolder, 8>>();
     return folders;
 }
 

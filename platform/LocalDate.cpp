@@ -1,5 +1,7 @@
 #include "platform/LocalDate.h"
 
+#include "util/Lasting.h"
+
 #include <chrono>
 #include <cstdlib>
 #include <mutex>
@@ -14,7 +16,7 @@ namespace {
 /// tzset looks at the disk each time; this does so only where `TZ` is another one.
 void followTimeZone() {
     static std::mutex mutex;
-    static auto& known = *new std::optional<std::string>;
+    static auto& known = lasting<std::optional<std::string>>();
     const char* const zone = std::getenv("TZ");
     std::string now = zone == nullptr ? std::string() : std::string(1, '=') + zone;
     const std::lock_guard lock(mutex);

@@ -1,5 +1,7 @@
 #include "platform/RemovedNames.h"
 
+#include "util/Lasting.h"
+
 #include <mutex>
 #include <set>
 
@@ -7,10 +9,9 @@ namespace tessaly {
 
 namespace {
 
-/// Whoever uses the names holds the mutex. Never destroyed: a host's last object may save or delete
-/// when everything else has ended.
+/// Whoever uses the names holds the mutex.
 std::set<std::string>& names() {
-    static auto& removed = *new std::set<std::string>;
+    static auto& removed = lasting<std::set<std::string>>();
     return removed;
 }
 

@@ -191,13 +191,10 @@ std::shared_ptr<const Dtd> Dtd::compile(const std::u16string& text, Problems& pr
     return std::shared_ptr<const Dtd>(new Dtd(std::move(tables)));
 }
 
-std::shared_ptr<const Dtd> Dtd::builtIn() {
-    static const std::shared_ptr<const Dtd> dtd = [] {
-        const std::string_view ascii = wmlDtdText;
-        Problems none;
-        return compile({ascii.begin(), ascii.end()}, none);
-    }();
-    return dtd;
+std::shared_ptr<const Dtd> Dtd::compileBuiltIn() {
+    const std::string_view ascii = wmlDtdText;
+    Problems none;
+    return compile({ascii.begin(), ascii.end()}, none);
 }
 
 const Declarations& Dtd::declarations() const {

@@ -16,8 +16,8 @@ public:
     /// declares at least one element; `problems` then says why.
     static std::shared_ptr<const Dtd> compile(const std::u16string& text, Problems& problems);
 
-    /// The WML DTD that is built into this library, compiled at first use.
-    static std::shared_ptr<const Dtd> builtIn();
+    /// The WML DTD that is built into this library, compiled at each call.
+    static std::shared_ptr<const Dtd> compileBuiltIn();
 
     ~Dtd();
     Dtd(const Dtd&) = delete;

@@ -84,7 +84,7 @@ void Session::visitFiles(const std::vector<std::string>& files, const Visit& vis
         return;
     }
     const auto dtd = tessaly::dtdOfFile(*m_files, m_decks->AppPath() + u"\\DTD\\wml.dtd");
-    const auto known = dtd ? dtd : ravikit::Dtd::builtIn();
+    const auto known = dtd ? dtd : tessaly::builtInDtd();
     ReadAhead ahead(files, known);
     for (const std::string& file : files) {
         ReadAhead::Read read;

@@ -12,4 +12,7 @@ namespace tessaly {
 /// is no such file, or if it can't be read or is no DTD.
 std::shared_ptr<const ravikit::Dtd> dtdOfFile(FileSystemObject& files, const std::u16string& path);
 
+/// The DTD of WML that the library brings along, compiled once a process.
+std::shared_ptr<const ravikit::Dtd> builtInDtd();
+
 } // namespace tessaly

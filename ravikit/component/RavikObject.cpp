@@ -52,7 +52,7 @@ private:
             m_dtd = dtdOfFile(*m_files, m_dtdPath);
         }
         if (!m_dtd) {
-            m_dtd = ravikit::Dtd::builtIn();
+            m_dtd = builtInDtd();
         }
         return m_dtd;
     }

@@ -1,6 +1,7 @@
 #include "ravikit/component/RememberedTree.h"
 
 #include "ravikit/Parser.h"
+#include "util/Lasting.h"
 
 #include <cstring>
 #include <mutex>
@@ -18,9 +19,8 @@ struct Remembered {
     std::shared_ptr<const ravikit::Tree> kept; ///< the same, if it is not too large
 };
 
-/// Never destroyed: a document may end after everything else.
 Remembered& remembered() {
-    static auto& last = *new Remembered;
+    static auto& last = lasting<Remembered>();
     return last;
 }
 

@@ -34,7 +34,7 @@ public:
         m_dtd = m_files ? dtdOfFile(*m_files, path) : nullptr;
         const bool loaded = m_dtd != nullptr;
         if (!loaded) {
-            m_dtd = ravikit::Dtd::builtIn();
+            m_dtd = builtInDtd();
         }
         return loaded;
     }
@@ -76,7 +76,7 @@ private:
     }
 
     std::shared_ptr<FileSystemObject> m_files;
-    std::shared_ptr<const ravikit::Dtd> m_dtd = ravikit::Dtd::builtIn();
+    std::shared_ptr<const ravikit::Dtd> m_dtd = builtInDtd();
     std::shared_ptr<ParseError> m_lastError;
 };
 

@@ -2,6 +2,7 @@
 #include "support/Test.h"
 
 #include "ravikit/Chars.h"
+#include "ravikit/WmlDtd.h"
 
 /// A page that was changed in one place: the deck changes there and nowhere else, and stays valid.
 namespace {
@@ -20,7 +21,7 @@ Range rangeOf(const PageElement* node, const std::u16string& deck) {
         node = node->parent;
     }
     const auto mark = ravikit::readMark(*node->attribute(ravikit::markAttribute));
-    const auto tree = ravikit::parse(deck, &ravikit::Dtd::builtIn()->declarations());
+    const auto tree = ravikit::parse(deck, &wmlDtd()->declarations());
     for (ravikit::Tree::Id id = 1; id < tree->size(); ++id) {
         if (tree->kind(id) == ravikit::NodeKind::Element && (*tree)[id].begin == mark->begin) {
             return {mark->begin, (*tree)[id].end};

@@ -2,6 +2,7 @@
 
 #include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
+#include "ravikit/WmlDtd.h"
 #include "support/File.h"
 #include "support/Test.h"
 
@@ -134,7 +135,7 @@ TEST(Dtd, TheSchemaNamesTheSameElementsAndAttributes) {
         }
     }
     AttributesOf declared;
-    const auto& declarations = Dtd::builtIn()->declarations();
+    const auto& declarations = wmlDtd()->declarations();
     for (const auto& declaration : declarations.elements) {
         declared[declaration.name];
     }

@@ -3,6 +3,7 @@
 
 #include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
+#include "ravikit/WmlDtd.h"
 #include "support/Test.h"
 #include "tests/ravikit/DeckGenerator.h"
 #include "tests/ravikit/LibXmlValidity.h"
@@ -15,7 +16,7 @@ using Lines = std::vector<std::string>;
 
 /// What stands against `deck`, each as the piece of the deck, a colon and the reason.
 Lines told(const std::u16string& deck) {
-    const auto dtd = ravikit::Dtd::builtIn();
+    const auto dtd = wmlDtd();
     const auto tree = ravikit::parse(deck, &dtd->declarations());
     Problems problems = tree->problems();
     dtd->judge(*tree, problems);
@@ -99,7 +100,7 @@ TEST(Judge, SeesWhatEntitiesStandFor) {
 }
 
 TEST(Judge, AgreesWithLibXml) {
-    DeckGenerator generator(ravikit::Dtd::builtIn()->declarations());
+    DeckGenerator generator(wmlDtd()->declarations());
     std::mt19937 random(20011); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same decks each time
     std::vector<std::uint8_t> bytes;
     int valid = 0;

@@ -1,8 +1,8 @@
 #include "ravikit/Pages.h"
 
 #include "ravikit/Chars.h"
-#include "ravikit/Dtd.h"
 #include "ravikit/Parser.h"
+#include "ravikit/WmlDtd.h"
 #include "ravikit/convert/Convert.h"
 
 #include <map>
@@ -13,7 +13,7 @@ namespace convert_test {
 namespace {
 
 const ravikit::Declarations& known() {
-    return ravikit::Dtd::builtIn()->declarations();
+    return wmlDtd()->declarations();
 }
 
 /// What a conversion made of `text`, which must have a reason if it refused, and only then.
@@ -84,7 +84,7 @@ std::string faultOf(const std::u16string& deck, bool valid) {
     const auto tree = ravikit::parse(deck, &known());
     ravikit::Problems problems = tree->problems();
     if (problems.empty() && valid) {
-        ravikit::Dtd::builtIn()->judge(*tree, problems);
+        wmlDtd()->judge(*tree, problems);
     }
     return problems.empty() ? std::string() : toUtf8(problems.list().front().reason);
 }
