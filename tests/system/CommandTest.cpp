@@ -235,4 +235,19 @@ TEST(Example, HostPrintsTheEventsOfItsProject) {
                            "OnClearErrors\nOnSetCurrentDocument\nOnClearErrors\n");
 }
 
+TEST_F(Command, TheExampleEditorKeepsTwoDecksApart) {
+    const std::string folder = temp.posix("weather");
+    const Outcome edited = support::shell(
+        "cp -r " TESSALY_SOURCE_DIR "/examples/weather " + folder + " && " TESSALY_EDITOR " " +
+        folder + "/Weather.cvp; diff -r " + TESSALY_SOURCE_DIR "/examples/weather " + folder +
+        " -x '*.cvp' | grep '^[<>]'");
+    EXPECT_EQ(
+        edited.out,
+        "Both decks were edited and saved\n"
+        "<     <p>Good day, <em>$(name:noesc)</em>.&nbsp;What would you like?</p>\n"
+        ">     <p><b>Good day</b>, <em>$(name:noesc)</em>.&nbsp;What <b>would</b> you like?</p>\n"
+        "<       Your name:\n"
+        ">       Name:\n");
+}
+
 } // namespace
