@@ -38,7 +38,8 @@ public:
     WirelessDocument(WirelessDocument&&) = delete;
     WirelessDocument& operator=(WirelessDocument&&) = delete;
 
-    /// True from the document's making until its project was loaded or it was saved.
+    /// False until colDocuments::Add sets it; then True until its project was loaded or it was
+    /// saved.
     virtual void added(bool bAdded);
     virtual bool added() const;
 
@@ -65,7 +66,9 @@ public:
     /// when the formatter is told.
     /// On its way to the plain view it first waits, without limit, for a navigation under way to
     /// end, and lets the host's messages run, which may call this document. A browser that is
-    /// replaced meanwhile is no longer heard.
+    /// replaced meanwhile is no longer heard. A host that cannot wait any longer lets
+    /// Platform::DoEvents fail: the failure comes out of this call, and the document stands in the
+    /// view that it had, with its text where it was.
     virtual void view(enumView vView);
     virtual enumView view() const;
 
@@ -96,9 +99,22 @@ public:
     virtual std::shared_ptr<RichTextControl> MuRtb() const;
     /// Takes a RichTextControl and fills it with Content; another object fails with TypeMismatch.
     /// Without a formatter the control is stored and ObjectNotSet follows.
+    ///
+    /// A document takes its text from its control whenever it is saved: it must not keep one that
+    /// shows another document. A host with one editor for several documents hands it over:
+    ///
+    ///     old->view(vMarkup);     // the page's text goes to the text control
+    ///     if (old->view() != vMarkup) return; // refused: OnParseError said why; it stays shown
+    ///     old->Refresh();         // and from there into Content
+    ///     old->MuRtb(nullptr);
+    ///     old->wbPlain(nullptr);
+    ///     next->wbPlain(browser);
+    ///     next->MuRtb(text);      // Content goes to the text control
+    ///     next->view(vPLain);     // or vMarkup
     virtual void MuRtb(const ObjectRef& rtb);
 
-    /// Takes a BrowserControl, and fails like the setter of MuRtb.
+    /// Takes a BrowserControl, and fails like the setter of MuRtb, which says how one browser
+    /// serves several documents.
     virtual void wbPlain(const ObjectRef& wb);
     virtual std::shared_ptr<BrowserControl> wbPlain() const;
 
@@ -187,10 +203,11 @@ private:
 
     void syncViews();
     bool plainToMarkup();
-    bool markupToPlain();
+    /// Both put the view `shown` back in force if the host ends the wait by a failure.
+    bool markupToPlain(std::int32_t shown);
+    void waitWhileNavigating(std::int32_t shown);
     bool isBlankMarkup();
     void wrapPlainBody();
-    void waitWhileNavigating();
 
     /// What a deck is written with; each is none if it was not to be had.
     struct DeckFile {
