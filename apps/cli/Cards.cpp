@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <array>
 #include <ostream>
 
 namespace cli {
@@ -73,11 +75,33 @@ public:
 
 private:
     static std::string whyNoCards(const Deck& deck) {
-        const auto error =
-            deck.document->isValidXML() ? nullptr : deck.document->Tolmek()->lastError();
+        const auto error = obstacle(deck);
         return error ? "no cards to show; line " + std::to_string(error->line()) + ", column " +
                            std::to_string(error->column()) + ": " + utf8(error->reason())
                      : "no cards to show";
+    }
+
+    /// The error that keeps the cards from being found; none of a valid deck.
+    static std::shared_ptr<tessaly::ParseError> obstacle(const Deck& deck) {
+        if (deck.document->isValidXML()) {
+            return nullptr;
+        }
+        std::shared_ptr<tessaly::ParseError> worst = deck.document->Tolmek()->lastError();
+        for (auto error = worst; error; error = error->next()) {
+            if (rank(*error) < rank(*worst)) {
+                worst = error;
+            }
+        }
+        return worst;
+    }
+
+    /// What is not well-formed has no cards at all; then what stands in the place of a card.
+    static int rank(const tessaly::ParseError& error) {
+        constexpr std::int32_t wellFormed = 300;
+        constexpr std::array<std::int32_t, 4> ofElements{300, 301, 303, 309};
+        const bool isOfElements =
+            std::find(ofElements.begin(), ofElements.end(), error.number()) != ofElements.end();
+        return error.number() < wellFormed ? 0 : isOfElements ? 1 : 2;
     }
 
     void print(const Deck& deck, std::size_t index, const std::vector<std::string>& ids,

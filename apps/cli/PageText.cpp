@@ -18,8 +18,8 @@ bool has(const GumboNode& node, const char* name) {
     return gumbo_get_attribute(&node.v.element.attributes, name) != nullptr;
 }
 
-bool isBlock(GumboTag tag) {
-    switch (tag) {
+bool isBlock(const GumboNode& node) {
+    switch (node.v.element.tag) {
     case GUMBO_TAG_DIV:
     case GUMBO_TAG_P:
     case GUMBO_TAG_PRE:
@@ -36,7 +36,7 @@ bool isBlock(GumboTag tag) {
     case GUMBO_TAG_LI:
         return true;
     default:
-        return false;
+        return attribute(node, "style").find("display:block") != std::string::npos;
     }
 }
 
@@ -100,7 +100,7 @@ private:
 
     void enterElement(const GumboNode& node) {
         const GumboTag tag = node.v.element.tag;
-        if (isBlock(tag)) {
+        if (isBlock(node)) {
             breakLine();
         }
         if (tag == GUMBO_TAG_PRE) {
@@ -128,7 +128,7 @@ private:
         } else if (tag == GUMBO_TAG_PRE) {
             --m_inPre;
         }
-        if (isBlock(tag)) {
+        if (isBlock(node)) {
             breakLine();
         }
     }

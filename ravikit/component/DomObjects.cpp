@@ -2,6 +2,7 @@
 
 #include "ravikit/LocationPath.h"
 #include "ravikit/Parser.h"
+#include "ravikit/Standalone.h"
 #include "ravikit/component/Objects.h"
 #include "util/Failure.h"
 
@@ -103,7 +104,7 @@ public:
         : m_source(std::move(source))
         , m_id(id) {}
 
-    std::u16string xml() override { return std::u16string(m_source->tree().source(m_id)); }
+    std::u16string xml() override { return ravikit::standaloneText(m_source->tree(), m_id); }
 
     std::shared_ptr<IXMLDOMNodeList> selectNodes(const std::u16string& pattern) override {
         return list(m_source->select(pattern, m_id));

@@ -28,6 +28,20 @@ TEST_F(Command, ShowsCardsInTheirMarkup) {
     EXPECT_TRUE(holds(markup, "$(name:noesc)"));
 }
 
+TEST_F(Command, ShowsCardsAsText) {
+    const std::string own =
+        write("own.wml",
+              "<!DOCTYPE wml PUBLIC \"-//WAPFORUM//DTD WML 1.1//EN\" \"wml_1.1.xml\" ["
+              "<!ENTITY me '<b>Bo</b> &#38;amp; &us;'><!ENTITY us '\"us\"'>]><wml><card id='a' "
+              "title='by &us;'><p>by &me;&nbsp;x <select><optgroup title='G'><optgroup "
+              "title='H'><option>a</option></optgroup></optgroup><option>b</option></select>"
+              "</p></card></wml>");
+    EXPECT_EQ(run("cards " + own).out,
+              own + "\n1/1 a\nby \"us\"\nby Bo & \"us\"\u00A0x\nG\nH\na\nb\n\n");
+    const std::string none = write("none.wml", "<wml x='1'><p>text</p></wml>");
+    EXPECT_TRUE(holds(run("cards " + none, true), "no cards to show; line 1, column 13: `p`"));
+}
+
 TEST_F(Command, NamesEachFaultOfTheBrokenDecksAtItsPlace) {
     const struct {
         const char* deck;
