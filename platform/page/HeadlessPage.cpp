@@ -80,10 +80,13 @@ public:
     void select(const Position& from, const Position& to) override {
         const Place start = placeAt(from, false);
         const Place end = placeAt(to, true);
+        const Span turned{placeAt(to, false), placeAt(from, true)};
         if (page::isInOrder(start, end)) {
             dom().select({start, end});
-        } else {
-            dom().select({placeAt(to, false), placeAt(from, true)});
+        } else if (page::isInOrder(turned.start, turned.end)) {
+            dom().select(turned);
+        } else { // one place, at the border of an element: its start and its end lie crosswise
+            dom().select({start, start});
         }
     }
 

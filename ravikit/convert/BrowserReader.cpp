@@ -34,16 +34,6 @@ std::string toUtf8(std::u16string_view text) {
     return bytes;
 }
 
-/// How many UTF-16 units `utf8` stands for.
-std::uint32_t unitsIn(std::string_view utf8) {
-    std::uint32_t units = 0;
-    for (const char byte : utf8) {
-        const auto lead = static_cast<unsigned char>(byte);
-        units += lead >= 0xF0 ? 2U : lead < 0x80 || lead >= 0xC0 ? 1U : 0U;
-    }
-    return units;
-}
-
 class BrowserReader {
 public:
     explicit BrowserReader(PageTree& page)
@@ -101,10 +91,10 @@ private:
         if (tag == PageTag::RawText || element.tag == GUMBO_TAG_TITLE ||
             element.tag == GUMBO_TAG_IFRAME || element.tag == GUMBO_TAG_NOFRAMES ||
             element.tag == GUMBO_TAG_NOEMBED) {
-            m_page.noteDropped();
+            m_page.noteDropped(name, element.start_pos.offset);
             return skipped;
         }
-        const std::uint32_t node = m_page.open(tag, name);
+        const std::uint32_t node = m_page.open(tag, name, element.start_pos.offset);
         for (unsigned i = 0; i < element.attributes.length; ++i) {
             const auto& one = *static_cast<const GumboAttribute*>(element.attributes.data[i]);
             m_page.addAttribute(kept(one.name), kept(one.value));
@@ -136,13 +126,15 @@ private:
 
 bool readAsBrowser(std::u16string_view html, PageTree& page, Problems& problems) {
     page.clear();
+    page.countBytes();
     const std::string bytes = toUtf8(html);
     try {
         const GumboGuard parsed(bytes, GUMBO_TAG_BODY, GUMBO_NAMESPACE_HTML);
         BrowserReader(page).read(parsed.root());
         return true;
     } catch (const PageTooCostly& refusal) {
-        const std::uint32_t at = unitsIn(std::string_view(bytes).substr(0, refusal.offset()));
+        const auto offset = static_cast<std::uint32_t>(refusal.offset());
+        const std::uint32_t at = page.placeOf(offset, html);
         problems.add(ProblemKind::TooDeep, at, at + 1,
                      u"too much stands open at this tag: the page cannot be read");
         return false;

@@ -60,7 +60,12 @@ std::optional<std::u16string> plainToMarkup(std::u16string_view page, bool stric
         return std::nullopt;
     }
     std::u16string markup;
-    if (!mergePage(tree, strict, known, markup, problems)) {
+    Problems refusals;
+    if (!mergePage(tree, strict, known, markup, refusals)) {
+        for (const Problem& refusal : refusals.list()) {
+            const std::uint32_t at = tree.placeOf(refusal.begin, page);
+            problems.add(refusal.kind, at, at + 1, refusal.reason);
+        }
         return std::nullopt;
     }
     return markup;

@@ -10,6 +10,16 @@
 
 namespace ravikit {
 
+namespace {
+
+/// Browsers write `b` again for a `strong`, which looks the same.
+bool isSameFormat(Element page, Element source) {
+    return page == source || (page == Element::B && source == Element::Strong) ||
+           (page == Element::I && source == Element::Em);
+}
+
+} // namespace
+
 Element formatOf(PageTag tag) {
     switch (tag) {
     case PageTag::B:
@@ -157,6 +167,9 @@ void KnownElements::matchSource(const Declarations* known) {
     for (std::size_t i = 0; i < m_elements.size(); ++i) {
         const Tree::Id id = elementAt(m_begins[i], near);
         near = id == Tree::none ? near : id;
+        if (id != Tree::none && isTurned(m_elements[i].page, id)) {
+            moveToRest(i, m_outline->element(id));
+        }
         const std::uint32_t node = m_elements[i].page;
         const bool isAroundDeck = node < m_root && m_root < m_page[node].next;
         if (id == Tree::none || isAroundDeck || !m_outline->isShown(id) || isTurned(node, id)) {
@@ -173,7 +186,30 @@ void KnownElements::matchSource(const Declarations* known) {
 bool KnownElements::isTurned(std::uint32_t pageNode, Tree::Id source) const {
     const Element element = m_outline->element(source);
     return isFormat(element) && !m_outline->isFlat(source) &&
-           formatOf(m_page[pageNode].tag) != element;
+           !isSameFormat(formatOf(m_page[pageNode].tag), element);
+}
+
+/// Of an element that lost its format in part a browser leaves a `span` with the mark, and in it
+/// new elements around what keeps the format: the first of them is what the mark means.
+void KnownElements::moveToRest(std::size_t number, Element format) {
+    KnownElement& known = m_elements[number];
+    const std::uint32_t old = known.page;
+    for (std::uint32_t child = old + 1; child < m_page[old].next; child = m_page[child].next) {
+        if (m_byNode[child] != none || !isSameFormat(formatOf(m_page[child].tag), format)) {
+            continue;
+        }
+        m_byNode[child] = std::exchange(m_byNode[old], none);
+        known.page = child;
+        for (std::size_t i = number + 1;
+             i < m_elements.size() && m_elements[i].page < m_page[old].next; ++i) {
+            const std::uint32_t node = m_elements[i].page;
+            const bool isInside = child < node && node < m_page[child].next;
+            if (m_elements[i].parent == number && !isInside) {
+                m_elements[i].parent = known.parent;
+            }
+        }
+        return;
+    }
 }
 
 /// The element of the source that begins there, or none. The search starts `from` a node, since the

@@ -65,6 +65,7 @@ private:
     void chooseAnchors();
     bool hasTextOutside() const;
     Tree::Id elementAt(std::uint32_t begin, Tree::Id from) const;
+    void moveToRest(std::size_t number, Element format);
     bool isTurned(std::uint32_t pageNode, Tree::Id source) const;
 
     const PageTree& m_page;

@@ -56,6 +56,7 @@ class LiteralReader {
 public:
     LiteralReader(std::u16string_view html, PageTree& page)
         : m_page(page)
+        , m_begin(html.data())
         , m_at(html.data())
         , m_end(html.data() + html.size()) {}
 
@@ -202,13 +203,14 @@ private:
     }
 
     bool readStartTag() {
-        ++m_at;
+        const char16_t* const tagBegin = m_at++;
         const std::u16string_view name = readName();
         const auto [tag, isVoid] = knownTag(name);
         if (tag == PageTag::NeedsHtml) {
             return false;
         }
-        const std::uint32_t node = m_page.open(tag, name);
+        const auto begin = static_cast<std::uint32_t>(tagBegin - m_begin);
+        const std::uint32_t node = m_page.open(tag, name, begin);
         if (!readAttributes()) {
             return false;
         }
@@ -310,7 +312,6 @@ private:
                 }
                 const std::size_t end = rest.find(u'>', at);
                 m_at = end == std::u16string_view::npos ? m_end : m_at + end + 1;
-                m_page.noteDropped();
                 return end != std::u16string_view::npos;
             }
         }
@@ -322,6 +323,7 @@ private:
     }
 
     PageTree& m_page;
+    const char16_t* m_begin;
     const char16_t* m_at;
     const char16_t* m_end;
     std::u16string m_decoded;

@@ -125,10 +125,27 @@ void Merger::closeUpTo(std::uint32_t node) {
     }
 }
 
+/// Whether the page shows something here that is neither text nor anything that a deck has.
+bool Merger::isLost(const PageNode& element) {
+    switch (element.tag) {
+    case PageTag::Dropped:
+    case PageTag::RawText:
+    case PageTag::Media:
+        return true;
+    case PageTag::NeedsHtml:
+        return element.text == u"svg" || element.text == u"math";
+    default:
+        return false;
+    }
+}
+
 std::uint32_t Merger::visitElement(std::uint32_t node) {
     const PageNode& element = m_page[node];
+    m_here = element.begin;
+    if (isLost(element)) {
+        drop(u'`' + std::u16string(element.text) + u'`');
+    }
     if (element.tag == PageTag::Dropped || element.tag == PageTag::RawText) {
-        drop(element.text);
         return element.tag == PageTag::Dropped ? node + 1 : element.next;
     }
     if (m_page.attribute(node, textAttribute) != nullptr && takeCaption(node)) {
@@ -278,9 +295,19 @@ void Merger::addWords(std::u16string_view text) {
     m_words.resize(range.end);
 }
 
+/// The first thing that the deck lacks, whichever of the two ways it went.
+Merger::Loss Merger::loss() const {
+    const PageNode* const unread = m_page.dropped();
+    if (unread != nullptr && (m_dropped.empty() || unread->begin < m_droppedAt)) {
+        return {u'`' + std::u16string(unread->text) + u'`', unread->begin};
+    }
+    return {m_dropped, m_droppedAt};
+}
+
 void Merger::drop(std::u16string_view what) {
     if (m_dropped.empty()) {
         m_dropped = what;
+        m_droppedAt = m_here;
     }
 }
 
@@ -293,10 +320,9 @@ bool mergePage(const PageTree& page, bool strict, const Declarations* known, std
     }
     Merger merger(page, elements);
     std::u16string merged = merger.merge();
-    if (strict && (page.hasDropped() || !merger.dropped().empty())) {
-        problems.add(ProblemKind::NotConvertible, 0, 0,
-                     u"the page holds what a deck has no place for: " +
-                         (merger.dropped().empty() ? u"a script or style" : merger.dropped()));
+    if (const Merger::Loss loss = merger.loss(); strict && !loss.what.empty()) {
+        problems.add(ProblemKind::NotConvertible, loss.begin, loss.begin,
+                     u"the page holds what a deck has no place for: " + loss.what);
         return false;
     }
     markup = std::move(merged);

@@ -21,7 +21,12 @@ public:
     std::u16string merge();
 
     /// What the page had that the deck has no place for; empty if nothing.
-    const std::u16string& dropped() const { return m_dropped; }
+    /// What of the page is not in the deck; `what` is empty if there is nothing of the kind.
+    struct Loss {
+        std::u16string what;
+        std::uint32_t begin = 0; ///< of its tag, see PageTree::placeOf; near it for a character
+    };
+    Loss loss() const;
 
 private:
     /// A known element whose content is being merged.
@@ -154,6 +159,7 @@ private:
     void writeInput(std::uint32_t node);
     std::uint32_t columnsOf(std::uint32_t table) const;
     void writeText(std::u16string_view text);
+    static bool isLost(const PageNode& element);
     void drop(std::u16string_view what);
 
     const PageTree& m_page;
@@ -173,6 +179,8 @@ private:
     std::u16string m_newText;
     std::u16string m_lineEnd;
     std::u16string m_dropped;
+    std::uint32_t m_droppedAt = 0;
+    std::uint32_t m_here = 0; ///< the tag that was visited last
 };
 
 } // namespace ravikit

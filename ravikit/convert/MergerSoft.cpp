@@ -214,6 +214,9 @@ void Merger::writePicture(std::uint32_t node) {
     const std::u16string markup =
         u"<img" + attributeText(u"alt", alt) + attributeText(u"src", src) + u"/>";
     if (src.empty() || !m_writer.canPlace(Element::Img)) {
+        if (!src.empty() || alt.empty()) {
+            drop(u"a picture");
+        }
         writeText(alt);
         return;
     }
@@ -227,12 +230,12 @@ void Merger::writeInput(std::uint32_t node) {
     const std::u16string_view value = m_page.value(node, u"value");
     const bool isPassword = sameWord(type, u"password");
     const bool isText = type.empty() || isPassword || sameWord(type, u"text");
-    if (sameWord(type, u"hidden") || sameWord(type, u"checkbox") || sameWord(type, u"radio")) {
-        drop(u"a control that a deck has no like of");
-        return;
-    }
     if (!isText || !isNmToken(name) || !m_writer.canPlace(Element::Input)) {
-        writeText(value);
+        drop(isText ? u"an `input` without a name, or where none can stand"
+                    : u"an `input` of type `" + std::u16string(type) + u'`');
+        const bool isWithoutText =
+            sameWord(type, u"hidden") || sameWord(type, u"checkbox") || sameWord(type, u"radio");
+        writeText(isWithoutText ? std::u16string_view() : value);
         return;
     }
     std::u16string markup = u"<input" + attributeText(u"name", name);

@@ -57,6 +57,7 @@ enum class PageTag : std::uint8_t {
     Quiet, ///< an empty inline element such as `wbr`
     // Not for reading.
     Dropped,  ///< `object`, `meta` and the like
+    Media,    ///< `video` and the like: shows what is not in the page's text
     RawText,  ///< `script` and `style`: what stands inside is no markup
     NeedsHtml ///< an element with parsing rules of its own
 };

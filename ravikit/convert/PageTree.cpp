@@ -1,5 +1,6 @@
 #include "ravikit/convert/PageTree.h"
 
+#include "ravikit/Chars.h"
 #include "ravikit/convert/Style.h"
 
 #include <algorithm>
@@ -23,9 +24,10 @@ std::u16string_view PageTree::value(std::uint32_t node, std::u16string_view lowe
     return found == nullptr ? std::u16string_view() : found->value;
 }
 
-std::uint32_t PageTree::open(PageTag tag, std::u16string_view name) {
+std::uint32_t PageTree::open(PageTag tag, std::u16string_view name, std::uint32_t begin) {
     m_nodes.push_back({.next = size() + 1,
                        .tag = tag,
+                       .begin = begin,
                        .firstAttribute = static_cast<std::uint32_t>(m_attributes.size()),
                        .attributes = 0,
                        .text = name});
@@ -57,10 +59,28 @@ std::u16string_view PageTree::keep(std::u16string_view text) {
     return kept;
 }
 
+std::uint32_t PageTree::placeOf(std::uint32_t begin, std::u16string_view html) const {
+    if (!m_countsBytes) {
+        return begin;
+    }
+    std::size_t at = 0;
+    for (std::uint32_t bytes = 0; bytes < begin && at < html.size();) {
+        const char32_t c = codePointAt(html, at);
+        const bool isReplaced = c == 0 || (c >= 0xD800 && c <= 0xDFFF);
+        bytes += c < 0x80 && !isReplaced    ? 1U
+                 : c < 0x800 && !isReplaced ? 2U
+                 : c < 0x10000              ? 3U
+                                            : 4U;
+        at += unitsOf(c);
+    }
+    return static_cast<std::uint32_t>(at);
+}
+
 void PageTree::clear() {
     m_nodes.clear();
     m_attributes.clear();
-    m_dropped = false;
+    m_dropped.reset();
+    m_countsBytes = false;
 }
 
 std::u16string_view shownOnPage(const PageTree& page, std::uint32_t node) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,7 @@ namespace ravikit {
 struct PageNode {
     std::uint32_t next = 0; ///< the first node behind the subtree
     PageTag tag = PageTag::None;
+    std::uint32_t begin = 0; ///< of an element, where its tag is in the HTML; see PageTree::placeOf
     std::uint32_t firstAttribute = 0;
     std::uint32_t attributes = 0;
     std::u16string_view text; ///< of a text, its characters; of an element, its name
@@ -42,15 +44,22 @@ public:
     const Attribute* attribute(std::uint32_t node, std::u16string_view lower) const;
     std::u16string_view value(std::uint32_t node, std::u16string_view lower) const;
 
-    /// Whether something was left out that a reader of the page could miss.
-    bool hasDropped() const { return m_dropped; }
+    /// What was left out first that a reader of the page could miss; null if nothing was.
+    const PageNode* dropped() const { return m_dropped ? &*m_dropped : nullptr; }
+
+    /// The offset in `html`, which the page was read from, of an element's `begin`, in units.
+    std::uint32_t placeOf(std::uint32_t begin, std::u16string_view html) const;
 
     // For the readers.
-    std::uint32_t open(PageTag tag, std::u16string_view name);
+    std::uint32_t open(PageTag tag, std::u16string_view name, std::uint32_t begin);
     void addAttribute(std::u16string_view name, std::u16string_view value);
     void addText(std::u16string_view text);
     void close(std::uint32_t node) { m_nodes[node].next = size(); }
-    void noteDropped() { m_dropped = true; }
+    void noteDropped(std::u16string_view name, std::uint32_t begin) {
+        m_dropped = m_dropped ? m_dropped : PageNode{.begin = begin, .text = name};
+    }
+    /// `begin` is counted in bytes of UTF-8 from here on.
+    void countBytes() { m_countsBytes = true; }
     /// Keeps a copy of `text` as long as the tree.
     std::u16string_view keep(std::u16string_view text);
     void clear();
@@ -67,7 +76,8 @@ private:
     std::size_t m_chunkUnits = 1 << 9; ///< of the last chunk
     char16_t* m_free = nullptr;
     std::size_t m_room = 0;
-    bool m_dropped = false;
+    std::optional<PageNode> m_dropped;
+    bool m_countsBytes = false;
 };
 
 /// The attribute that a browser shows of an element in place of a content: `alt` of a picture,
