@@ -39,8 +39,21 @@ std::u16string withoutExtension(const std::string& typed) {
     return tessaly::decodeText(isDeck(typed) ? typed.substr(0, typed.size() - 4) : typed);
 }
 
+/// A path that leads to the project's folder, as a shell completes it: the rest of it. Any other
+/// name as it was typed.
+std::string inProjectFolder(const std::string& projectFile, const std::string& typed) {
+    const fs::path path(typed);
+    const fs::path folder = fs::path(projectFile).parent_path();
+    std::error_code failed;
+    const bool leadsThere =
+        path.has_parent_path() &&
+        fs::equivalent(path.parent_path(), folder.empty() ? fs::path(".") : folder, failed);
+    return leadsThere ? path.filename().string() : typed;
+}
+
 /// What was done; empty if the name was refused, which has been told.
-std::string add(const Changing& to, const std::string& typed) {
+std::string add(const Changing& to, const std::string& argument) {
+    const std::string typed = inProjectFolder(to.file, argument);
     std::u16string name = tessaly::decodeText(typed);
     if (!exists(deckBeside(to.file, name))) {
         name = withoutExtension(typed);
@@ -53,12 +66,13 @@ std::string add(const Changing& to, const std::string& typed) {
     } else if (!to.project.addDocument(name, true)) {
         to.work.fail(deck, exists(deck) ? "cannot be read" : "is not there");
     } else {
-        return "added " + deck;
+        return "added " + shownPath(deck);
     }
     return {};
 }
 
-std::string remove(const Changing& from, const std::string& typed) {
+std::string remove(const Changing& from, const std::string& argument) {
+    const std::string typed = inProjectFolder(from.file, argument);
     auto document = from.find(tessaly::decodeText(typed));
     if (!document) {
         document = from.find(withoutExtension(typed));
@@ -68,8 +82,8 @@ std::string remove(const Changing& from, const std::string& typed) {
         return {};
     }
     from.project.removeDocument(document->Name());
-    return "removed " + utf8(document->Name()) +
-           " from the project; its file stays: " + deckBeside(from.file, document->Name());
+    return "removed " + shownPath(utf8(document->Name())) + " from the project; its file stays: " +
+           shownPath(deckBeside(from.file, document->Name()));
 }
 
 /// Changes the project by each of the names, and writes the project file. A name that is refused

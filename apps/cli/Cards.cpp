@@ -109,7 +109,7 @@ private:
         const std::string heading =
             std::to_string(index + 1) + '/' + std::to_string(ids.size()) + ' ' + ids[index];
         if (index == 0) {
-            m_printer.out() << m_printer.styled(Style::Faint, deck.file) << '\n';
+            m_printer.out() << m_printer.styled(Style::Faint, shownPath(deck.file)) << '\n';
         }
         m_printer.out() << m_printer.styled(Style::Strong, heading) << '\n'
                         << m_printer.styled(Style::Plain, text)

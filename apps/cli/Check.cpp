@@ -123,7 +123,7 @@ private:
     void place(const std::string& file, std::size_t line, std::size_t column, Style style,
                const std::string& kind, const std::string& reason) const {
         const std::string where =
-            file + ':' + std::to_string(line) + ':' + std::to_string(column) + ':';
+            shownPath(file) + ':' + std::to_string(line) + ':' + std::to_string(column) + ':';
         m_printer.out() << m_printer.styled(Style::Strong, where) << ' '
                         << m_printer.styled(style, kind) << ' '
                         << m_printer.styled(Style::Plain, reason) << '\n';
@@ -214,8 +214,9 @@ private:
     nlohmann::ordered_json m_decks = nlohmann::ordered_json::array();
 };
 
-ExitStatus run(const std::vector<std::string>& paths, bool views, Report& report) {
-    Session session;
+ExitStatus run(const std::vector<std::string>& paths, const std::string& inputName, bool views,
+               Report& report) {
+    Session session(inputName);
     report.views = views;
     session.visitDecks(paths, [&](const Deck& deck) { report.deck(deck); });
     report.end(session.unread());
@@ -227,14 +228,14 @@ ExitStatus run(const std::vector<std::string>& paths, bool views, Report& report
 
 } // namespace
 
-ExitStatus check(const std::vector<std::string>& paths, bool views, bool json,
-                 const Printer& printer) {
+ExitStatus check(const std::vector<std::string>& paths, const std::string& inputName, bool views,
+                 bool json, const Printer& printer) {
     if (json) {
         JsonReport report(printer);
-        return run(paths, views, report);
+        return run(paths, inputName, views, report);
     }
     TextReport report(printer);
-    return run(paths, views, report);
+    return run(paths, inputName, views, report);
 }
 
 } // namespace cli

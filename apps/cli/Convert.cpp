@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <ostream>
 #include <utility>
@@ -19,11 +18,6 @@ namespace cli {
 namespace fs = std::filesystem;
 
 namespace {
-
-tessaly::FileText readStandardInput() {
-    const std::string bytes{std::istreambuf_iterator<char>(std::cin), {}};
-    return tessaly::decodeFile(bytes);
-}
 
 /// What a document would hold for `text` as it was read, with its byte-order mark if it has one: a
 /// document does without, the page carries it.
@@ -36,7 +30,7 @@ std::u16string imported(tessaly::Ravik& ravik, const std::u16string& text) {
 
 void tellErrors(const std::string& file, tessaly::Tolmek& tolmek) {
     for (auto error = tolmek.lastError(); error; error = error->next()) {
-        std::cerr << harmless(file) << ':' << error->line() << ':' << error->column()
+        std::cerr << shownPath(file) << ':' << error->line() << ':' << error->column()
                   << ": error: " << harmless(utf8(error->reason())) << '\n';
     }
 }
@@ -44,7 +38,7 @@ void tellErrors(const std::string& file, tessaly::Tolmek& tolmek) {
 /// Why the text could not be written; empty if it was.
 std::string write(const std::string& out, const std::u16string& text) {
     const std::string bytes = utf8(text);
-    if (out.empty()) {
+    if (out.empty() || out == "-") {
         std::cout << bytes; // whether it arrives shows at the end
         return {};
     }
@@ -63,9 +57,9 @@ std::string write(const std::string& out, const std::u16string& text) {
 
 ExitStatus convert(Session& session, const std::string& file, bool toPlain, bool strict,
                    const std::string& out) {
-    const bool standardInput = file == "-";
+    const bool isInput = file == "-";
     std::optional<tessaly::FileText> read =
-        standardInput ? readStandardInput() : session.readFile(file);
+        isInput ? tessaly::decodeFile(readStandardInput()) : session.readFile(file);
     if (!read) {
         return session.status();
     }
@@ -79,7 +73,7 @@ ExitStatus convert(Session& session, const std::string& file, bool toPlain, bool
     const std::int32_t from = toPlain ? tessaly::kindMarkup : tessaly::kindPlain;
     const std::int32_t to = toPlain ? tessaly::kindPlain : tessaly::kindMarkup;
     if (!tolmek->convertText(from, to, text, strict)) {
-        tellErrors(standardInput ? "standard input" : file, *tolmek);
+        tellErrors(isInput ? standardInput : file, *tolmek);
         return ExitStatus::Invalid;
     }
     if (!toPlain) {

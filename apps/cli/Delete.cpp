@@ -75,7 +75,7 @@ std::string question(tessaly::clProject& project, const std::string& file,
     std::sort(own.begin(), own.end());
     std::string stayingElsewhere;
     for (const std::string& deck : decksElsewhere(project, file)) {
-        stayingElsewhere += "\nIts deck " + deck + " lies elsewhere and stays.";
+        stayingElsewhere += "\nIts deck " + shownPath(deck) + " lies elsewhere and stays.";
     }
     std::string others;
     std::size_t count = 0;
@@ -83,10 +83,10 @@ std::string question(tessaly::clProject& project, const std::string& file,
         std::error_code unknown;
         if (path != folder && !fs::is_directory(fs::symlink_status(path, unknown)) &&
             !std::binary_search(own.begin(), own.end(), path)) {
-            others += ++count <= mostShown ? "\n  " + path : "";
+            others += ++count <= mostShown ? "\n  " + shownPath(path) : "";
         }
     }
-    return "This removes the folder " + folder + " with its project file, " +
+    return "This removes the folder " + shownPath(folder) + " with its project file, " +
            counted(own.size() - 1, "deck") + " and " +
            (count == 0 ? "nothing else." : counted(count, "other file") + ":" + others) +
            (count > mostShown ? "\n  ..." : "") + stayingElsewhere + "\nRemove all that?";
@@ -113,7 +113,7 @@ void report(ProjectWork& work, const std::vector<std::string>& content, bool jso
                       << '\n';
     } else {
         for (const std::string& path : removed) {
-            printer.out() << "removed " << harmless(path) << '\n';
+            printer.out() << "removed " << shownPath(path) << '\n';
         }
     }
     for (const std::string& path : left) {

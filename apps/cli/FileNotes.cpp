@@ -10,7 +10,10 @@
 namespace cli {
 
 std::optional<std::string> bytesOf(const Deck& deck) {
-    std::optional<std::string> bytes;
+    std::optional<std::string> bytes = deck.bytes;
+    if (bytes) {
+        return bytes;
+    }
     tessaly::attempt([&] {
         // As the component found it, which may differ from the project's line in letter case.
         const auto file = tessaly::lookUpFile(tessaly::toComponentPath(deck.file));

@@ -1,13 +1,12 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/ProjectReport.h"
 
-#include "platform/PathName.h"
-
 #include <nlohmann/json.hpp>
 
 #include <array>
 #include <cmath>
 #include <ctime>
+#include <filesystem>
 #include <ostream>
 #include <utility>
 
@@ -36,11 +35,16 @@ struct Row {
     std::string value;
 };
 
+std::string folderOf(const std::string& file) {
+    const std::string folder = std::filesystem::path(file).parent_path().string();
+    return folder.empty() ? "." : folder;
+}
+
 std::vector<Row> rowsOf(tessaly::clProject& project, const std::string& file) {
     return {{"name", "Name", utf8(project.ProjectName())},
             {"description", "Description", utf8(project.description())},
             {"file", "File", file},
-            {"path", "Folder", tessaly::toPosixPath(project.ProjectPath())},
+            {"path", "Folder", folderOf(file)},
             {"owner", "Owner", utf8(project.Owner())},
             {"notes", "Notes", utf8(project.notes())},
             {"date", "Date", dateText(project.CreationDate())}};
@@ -54,9 +58,9 @@ std::string padded(std::string text, std::size_t width, bool right) {
 void printText(tessaly::clProject& project, const std::string& file, const Printer& printer) {
     for (const Row& row : rowsOf(project, file)) {
         printer.out() << printer.styled(Style::Faint, padded(row.label, 12, false))
-                      << printer.styled(Style::Plain, row.value) << '\n';
+                      << printer.styled(Style::Plain, shownPath(row.value)) << '\n';
     }
-    const std::vector<Deck> decks = Session::decksOf(project);
+    const std::vector<Deck> decks = Session::decksOf(project, file);
     printer.out() << printer.styled(Style::Faint, padded("Decks", 12, false)) << decks.size()
                   << '\n';
     std::size_t width = 0;
@@ -76,6 +80,31 @@ void printText(tessaly::clProject& project, const std::string& file, const Print
     }
 }
 
+void deckInfo(Session& session, const std::string& file, bool json, const Printer& printer) {
+    session.visitDecks({file}, [&](const Deck& deck) {
+        const bool valid = deck.document->isValidXML();
+        const std::int32_t cards = cardCount(*deck.document);
+        session.raiseStatus(valid ? ExitStatus::Fine : ExitStatus::Invalid);
+        if (json) {
+            const nlohmann::ordered_json report = {{"file", file},
+                                                   {"size", deck.document->size()},
+                                                   {"cards", cards},
+                                                   {"valid", valid}};
+            printer.out() << report.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+                          << '\n';
+            return;
+        }
+        const Row rows[] = {{"", "Deck", shownPath(file)},
+                            {"", "Size", std::to_string(deck.document->size()) + " characters"},
+                            {"", "Cards", std::to_string(cards)},
+                            {"", "Verdict", valid ? "valid" : "invalid; `tessaly check` says why"}};
+        for (const Row& row : rows) {
+            printer.out() << printer.styled(Style::Faint, padded(row.label, 12, false))
+                          << printer.styled(Style::Plain, row.value) << '\n';
+        }
+    });
+}
+
 } // namespace
 
 void printProjectJson(tessaly::clProject& project, const std::string& file,
@@ -85,7 +114,7 @@ void printProjectJson(tessaly::clProject& project, const std::string& file,
         report[row.key] = row.value;
     }
     report["decks"] = nlohmann::ordered_json::array();
-    for (const Deck& deck : Session::decksOf(project)) {
+    for (const Deck& deck : Session::decksOf(project, file)) {
         report["decks"].push_back({{"name", utf8(deck.document->Name())},
                                    {"file", deck.file},
                                    {"size", deck.document->size()},
@@ -97,12 +126,16 @@ void printProjectJson(tessaly::clProject& project, const std::string& file,
 
 ExitStatus info(const std::string& project, bool json, const Printer& printer) {
     Session session;
+    if (isDeck(project)) {
+        deckInfo(session, project, json, printer);
+        return session.status();
+    }
     const auto opened = session.openProject(project);
     if (!opened) {
         return session.status();
     }
     (json ? printProjectJson : printText)(*opened, project, printer);
-    for (const Deck& deck : Session::decksOf(*opened)) {
+    for (const Deck& deck : Session::decksOf(*opened, project)) {
         if (!deck.document->isValidXML()) {
             session.raiseStatus(ExitStatus::Invalid);
         }

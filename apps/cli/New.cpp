@@ -135,12 +135,12 @@ ExitStatus makeProject(const NewProject& wanted, const Manner& manner, const Pri
         return work.status();
     }
     if (folderIsNew) {
-        printer.out() << "made " << harmless(wanted.folder) << '\n';
+        printer.out() << "made " << shownPath(wanted.folder) << '\n';
     }
     const std::string deck = utf8(project->Documents()->Item(1)->Name()) + ".wml";
-    printer.out() << "made " << harmless(file) << '\n'
-                  << "made " << harmless((fs::path(wanted.folder) / deck).string()) << " from "
-                  << harmless(wanted.deck) << '\n';
+    printer.out() << "made " << shownPath(file) << '\n'
+                  << "made " << shownPath((fs::path(wanted.folder) / deck).string()) << " from "
+                  << shownPath(wanted.deck) << '\n';
     return work.status();
 }
 

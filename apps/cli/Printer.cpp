@@ -49,6 +49,23 @@ std::string utf8(std::u16string_view text) {
     return tessaly::encodeUtf8(text);
 }
 
+std::string shownPath(std::string_view path) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string shown;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\n' || c == '\t' || c == '\r') {
+            shown += c == '\n' ? "\\n" : c == '\t' ? "\\t" : "\\r";
+        } else if (byte < 0x20 || byte == 0x7F) {
+            shown.append("\\x") += digits[byte >> 4U];
+            shown += digits[byte & 15U];
+        } else {
+            shown += c;
+        }
+    }
+    return harmless(shown);
+}
+
 std::string harmless(std::string_view text) {
     std::u16string lines = tessaly::decodeText(text);
     std::size_t kept = 0;

@@ -37,6 +37,9 @@ private:
 /// UTF-8 for printing.
 std::string utf8(std::u16string_view text);
 
+/// A path on one line, fit for printing: control characters are written as `\n` or `\x1b`.
+std::string shownPath(std::string_view path);
+
 /// `text` (UTF-8) with control characters, save the line feed and the tab, shown as U+FFFD, and a
 /// line end of CR LF as a line feed.
 std::string harmless(std::string_view text);

@@ -73,7 +73,7 @@ bool ProjectWork::lock(const std::vector<std::string>& files) {
             return true;
         }
         if (pauses == quietPauses) {
-            std::cerr << "tessaly: " << harmless(files.front())
+            std::cerr << "tessaly: " << shownPath(files.front())
                       << ": waiting for another command to end\n";
         }
         std::this_thread::sleep_for(pause);

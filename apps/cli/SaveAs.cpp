@@ -105,12 +105,12 @@ void explain(ProjectWork& work, const std::string& file, const std::vector<std::
 void tell(tessaly::clProject& project, const std::vector<std::u16string>& before,
           const std::string& file, const Printer& printer) {
     const auto documents = project.Documents()->NewEnum();
-    printer.out() << "saved " << harmless(file) << " with " << counted(documents.size(), "deck")
+    printer.out() << "saved " << shownPath(file) << " with " << counted(documents.size(), "deck")
                   << '\n';
     for (std::size_t i = 0; i < documents.size(); ++i) {
         if (documents[i]->Name() != before[i]) {
-            printer.out() << "renamed " << harmless(utf8(before[i])) << " to "
-                          << harmless(utf8(documents[i]->Name())) << '\n';
+            printer.out() << "renamed " << shownPath(utf8(before[i])) << " to "
+                          << shownPath(utf8(documents[i]->Name())) << '\n';
         }
     }
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -64,14 +65,19 @@ std::vector<std::string> cardIds(tessaly::WirelessDocument& document) {
     return ids;
 }
 
+std::string readStandardInput() {
+    return {std::istreambuf_iterator<char>(std::cin), {}};
+}
+
 std::string installationFolder() {
     std::error_code failed;
     const fs::path command = fs::read_symlink("/proc/self/exe", failed);
     return command.parent_path().parent_path().string();
 }
 
-Session::Session()
-    : m_files(tessaly::Platform::current()->newFileSystemObject())
+Session::Session(const std::string& inputName)
+    : m_inputName(inputName.empty() ? standardInput : inputName)
+    , m_files(tessaly::Platform::current()->newFileSystemObject())
     , m_decks(newProject()) {}
 
 std::shared_ptr<tessaly::clProject> Session::newProject() {
@@ -86,7 +92,7 @@ void Session::raiseStatus(ExitStatus status) {
 
 void Session::complain(ExitStatus status, const std::string& file, const std::string& what) {
     m_unread.push_back({file, what});
-    std::cerr << "tessaly: " << harmless(file) << ": " << harmless(what) << '\n';
+    std::cerr << "tessaly: " << shownPath(file) << ": " << harmless(what) << '\n';
     raiseStatus(status);
 }
 
@@ -112,13 +118,10 @@ std::shared_ptr<tessaly::clProject> Session::openProject(const std::string& file
     return project;
 }
 
-std::vector<Deck> Session::decksOf(tessaly::clProject& project) {
-    const fs::path folder = tessaly::toPosixPath(project.ProjectPath());
+std::vector<Deck> Session::decksOf(tessaly::clProject& project, const std::string& file) {
     std::vector<Deck> decks;
     for (const auto& document : project.Documents()->NewEnum()) {
-        Deck deck{(folder / (utf8(document->Name()) + ".wml")).lexically_normal().string(),
-                  document};
-        decks.push_back(std::move(deck));
+        decks.push_back({deckBeside(file, document->Name()), document});
     }
     return decks;
 }

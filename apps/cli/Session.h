@@ -27,21 +27,24 @@ struct Note {
 struct Deck {
     std::string file; ///< as the person would name it
     std::shared_ptr<tessaly::WirelessDocument> document;
-    std::vector<Note> notes = {}; ///< about how the file was read
+    std::vector<Note> notes = {};          ///< about how the file was read
+    std::optional<std::string> bytes = {}; ///< of one that was read from standard input
 };
 
 /// The command as a host of the component: it opens what the person named, and remembers the
 /// gravest thing that happened on the way.
 class Session {
 public:
-    Session();
+    /// `inputName`: what a deck from standard input is called.
+    explicit Session(const std::string& inputName = {});
 
     /// The project in `file`, with all decks that could be loaded; none if it could not be read.
     /// What went wrong has been said on standard error.
     std::shared_ptr<tessaly::clProject> openProject(const std::string& file);
 
     /// Calls `visit` with each deck that one of `paths` stands for: a deck, the decks of a project,
-    /// or every .wml file below a folder, in the order of their names. A deck on which `visit`
+    /// or every .wml file below a folder, in the order of their names; `-` is a deck from standard
+    /// input. A deck on which `visit`
     /// fails, or that memory does not suffice for, is named, and the next ones are visited.
     void visitDecks(const std::vector<std::string>& paths,
                     const std::function<void(const Deck&)>& visit);
@@ -62,8 +65,8 @@ public:
     /// A project that knows where the command's data lies.
     static std::shared_ptr<tessaly::clProject> newProject();
 
-    /// The decks of an opened project.
-    static std::vector<Deck> decksOf(tessaly::clProject& project);
+    /// The decks of a project that was opened from `file`.
+    static std::vector<Deck> decksOf(tessaly::clProject& project, const std::string& file);
 
     /// Says on standard error what is wrong with `file`, and raises the status.
     void complain(ExitStatus status, const std::string& file, const std::string& what);
@@ -91,6 +94,9 @@ private:
     void visitProject(const std::string& file, const std::function<void(const Deck&)>& visit);
     void visitFolder(const std::string& folder, const std::function<void(const Deck&)>& visit);
 
+    void visitInput(const std::function<void(const Deck&)>& visit);
+
+    std::string m_inputName;
     std::shared_ptr<tessaly::FileSystemObject> m_files;
     std::shared_ptr<tessaly::clProject> m_decks; ///< holds one deck at a time
     std::vector<Unread> m_unread;
@@ -106,6 +112,10 @@ std::string installationFolder();
 
 /// The file of the deck `name` beside a project file, as the person would name it.
 std::string deckBeside(const std::string& projectFile, const std::u16string& name);
+
+/// What `-` is called in what is printed.
+inline constexpr char standardInput[] = "<stdin>";
+std::string readStandardInput();
 
 /// By the extension, in whatever case.
 bool isProject(const std::string& path);

@@ -74,7 +74,7 @@ void Session::tellWhyInPart(const std::string& file, tessaly::clProject& project
     } else {
         const std::string deck = deckBeside(file, names[loaded]);
         const std::string unreadable = whyUnreadable(*m_files, deck);
-        why += "its deck " + deck + ' ';
+        why += "its deck " + shownPath(deck) + ' ';
         why += !unreadable.empty() ? unreadable
                : isRepeated(names, loaded)
                    ? "is listed twice"

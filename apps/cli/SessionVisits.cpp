@@ -75,6 +75,17 @@ void Session::visitText(const std::string& file, tessaly::FileText text, const V
     visit({file, std::move(document), std::move(notes)});
 }
 
+void Session::visitInput(const Visit& visit) {
+    visitSafely(*this, m_inputName, [&] {
+        const std::string bytes = readStandardInput();
+        visitText(m_inputName, tessaly::decodeFile(bytes), [&](const Deck& read) {
+            Deck deck = read;
+            deck.bytes = bytes;
+            visit(deck);
+        });
+    });
+}
+
 void Session::visitFiles(const std::vector<std::string>& files, const Visit& visit) {
     constexpr std::size_t fewest = 4; // for which a thread is worth its making
     if (files.size() < fewest) {
@@ -104,7 +115,7 @@ void Session::visitProject(const std::string& file, const Visit& visit) {
     if (!project) {
         return;
     }
-    std::vector<Deck> decks = decksOf(*project);
+    std::vector<Deck> decks = decksOf(*project, file);
     for (Deck& deck : decks) {
         visitSafely(*this, deck.file, [&] {
             deck.notes = notesOf(deck);
@@ -144,7 +155,9 @@ void Session::visitDecks(const std::vector<std::string>& paths, const Visit& vis
 
 void Session::visitPath(const std::string& path, const Visit& visit) {
     std::error_code unknown;
-    if (fs::is_directory(path, unknown)) {
+    if (path == "-") {
+        visitInput(visit);
+    } else if (fs::is_directory(path, unknown)) {
         visitFolder(path, visit);
     } else if (isProject(path)) {
         visitProject(path, visit);

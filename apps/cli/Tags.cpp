@@ -2,9 +2,13 @@
 
 #include "platform/HeadlessRichText.h"
 #include "platform/TextCodec.h"
+#include "ravikit/NearMiss.h"
+#include "ravikit/component/DtdCache.h"
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <iostream>
 #include <map>
 #include <ostream>
 
@@ -36,6 +40,28 @@ std::map<std::string, int> tagsIn(const Deck& deck, const std::u16string& list) 
     return found.counts;
 }
 
+/// A name that WML does not know is looked for all the same, since a deck may have it.
+void warnOfUnknown(const std::u16string& list) {
+    const auto dtd = tessaly::builtInDtd();
+    const auto& elements = dtd->declarations().elements;
+    for (std::size_t at = 0; at <= list.size();) {
+        const std::size_t end = std::min(list.find(u',', at), list.size());
+        const std::u16string name = list.substr(at, end - at);
+        at = end + 1;
+        ravikit::NearMiss near(name);
+        bool isKnown = false;
+        for (const auto& element : elements) {
+            isKnown = isKnown || element.name == name;
+            near.offer(element.name);
+        }
+        if (!isKnown) {
+            std::cerr << "tessaly: `" << harmless(utf8(name)) << "` is no element of WML"
+                      << (near.best().empty() ? "" : "; did you mean `" + utf8(near.best()) + "`?")
+                      << '\n';
+        }
+    }
+}
+
 } // namespace
 
 ExitStatus tags(const std::string& list, const std::vector<std::string>& paths, bool json,
@@ -43,6 +69,7 @@ ExitStatus tags(const std::string& list, const std::vector<std::string>& paths, 
     Session session;
     nlohmann::ordered_json report = nlohmann::ordered_json::array();
     const std::u16string names = tessaly::decodeText(list);
+    warnOfUnknown(names);
     const auto look = [&](const Deck& deck) {
         if (deck.document->DOM()->xml().empty()) {
             session.complain(ExitStatus::Invalid, deck.file,
@@ -52,7 +79,7 @@ ExitStatus tags(const std::string& list, const std::vector<std::string>& paths, 
             session.raiseStatus(ExitStatus::Invalid);
             report.push_back({{"file", deck.file}, {"tag", name}, {"count", count}});
             if (!json) {
-                printer.out() << printer.styled(Style::Strong, deck.file + ": ")
+                printer.out() << printer.styled(Style::Strong, shownPath(deck.file) + ": ")
                               << printer.styled(Style::Plain, name) << ' ' << count << '\n';
             }
         }

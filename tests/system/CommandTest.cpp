@@ -106,12 +106,59 @@ TEST_F(Command, KeepsItsExitStatusesApart) {
     for (const auto& [arguments, status] : statuses) {
         EXPECT_EQ(run(arguments).status, status) << arguments;
     }
-    EXPECT_TRUE(holds(run("chek weather", true), "`chek` is no command"));
+    const std::pair<const char*, const char*> messages[] = {
+        {"chek weather", "tessaly: `chek` is no command; did you mean `check`?\n"},
+        {"check --jsn weather", "tessaly: `--jsn` is no option; did you mean `--json`?\n"},
+        {"cards x --as html", "tessaly: --as: `html` is none of `text`, `plain`, `markup`; "
+                              "`tessaly help cards` says how it is used\n"},
+        {"check", "tessaly: `PATH` is missing; `tessaly help check` says how it is used\n"},
+        {"convert x --to",
+         "tessaly: `--to` takes one value; `tessaly help convert` says how it is used\n"},
+        {"tags blink,crad weather", "tessaly: `blink` is no element of WML\n"
+                                    "tessaly: `crad` is no element of WML; did you mean `card`?\n"},
+        {"info broken/wrong-nesting.wml", "Deck        broken/wrong-nesting.wml\n"
+                                          "Size        337 characters\nCards       2\n"
+                                          "Verdict     invalid; `tessaly check` says why\n"},
+    };
+    for (const auto& [arguments, message] : messages) {
+        EXPECT_EQ(run(arguments, true).out, message);
+    }
+    EXPECT_EQ(run("help check").out, run("check --help").out);
+    EXPECT_EQ(run("-V").out, run("--version").out);
+    const Outcome narrow = run("help check", false, "COLUMNS=30 " TESSALY_COMMAND);
+    EXPECT_TRUE(holds(narrow, "\n    Decks, project files\n    (.cvp), or folders: every\n"))
+        << narrow.out;
     const std::string gone = write("gone.cvp", "Site=Gone\r\nDocument=nowhere\r\n");
     const Outcome missing = run("check " + gone, true);
     EXPECT_EQ(missing.status, 3);
     EXPECT_TRUE(holds(missing, "Error Opening Document")) << missing.out;
     EXPECT_TRUE(holds(missing, "nowhere.wml")) << missing.out;
+}
+
+TEST_F(Command, ReadsADeckFromStandardInput) {
+    const auto given = [](const std::string& arguments) {
+        return support::shell("printf '<wml><crad/></wml>' | " TESSALY_COMMAND " " + arguments +
+                              " 2>&1")
+            .out;
+    };
+    const std::string reason = ":1:7: error: `crad` is no WML element; did you mean `card`?\n";
+    EXPECT_EQ(given("check -"), "<stdin>" + reason + "1 error in 1 of 1 deck\n");
+    EXPECT_EQ(given("check - --stdin-filename a/b.wml --views"),
+              "a/b.wml" + reason +
+                  "1 error in 1 of 1 deck\n1 deck switched to the page and back, no byte lost\n");
+    EXPECT_EQ(given("convert - --to plain -o - | " TESSALY_COMMAND " convert --to markup -"),
+              "<wml><crad/></wml>");
+}
+
+TEST_F(Command, ShowsEachFileNameOnOneLine) {
+    write("a\n\x1b[1mb.wml", "<wml/");
+    EXPECT_TRUE(
+        run("check " + temp.posix()).out.starts_with(temp.posix("a\\n\\x1b[1mb.wml:1:2: error: ")));
+    const auto report = nlohmann::json::parse(run("check --json " + temp.posix() + "/./").out);
+    EXPECT_EQ(report["decks"][0]["file"], temp.posix("./a\n\x1b[1mb.wml"));
+    const auto project =
+        nlohmann::json::parse(run("info --json ./weather/../weather/Weather.cvp").out);
+    EXPECT_EQ(project["decks"][0]["file"], "./weather/../weather/index.wml");
 }
 
 TEST_F(Command, NamesWhatItCannotReadAndGoesOn) {

@@ -346,7 +346,7 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         {"add old/Old.cvp INDEX", 1, "old/INDEX.wml: is a deck of the project already"},
         {"add old/Old.cvp ../source/sport", 1, "../source/sport: holds one"},
         {"add old/Old.cvp -- -gone", 3, "old/-gone.wml: is not there"},
-        {"add old/Old.cvp -gone", 2, "NAME is required"},
+        {"add old/Old.cvp -gone", 2, "`-gone` is no option"},
         {"add broken/Broken.cvp index", 3, "its deck broken/gone.wml is missing"},
         {"remove broken/Broken.cvp index", 3, "its deck broken/gone.wml is missing"},
         {"add shut/S.cvp news", 3,
