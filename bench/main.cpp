@@ -254,7 +254,7 @@ void run() {
 
 int main(int argc, char** argv) {
     // With the repetitions mixed, a slow spell of the machine hits all measurements alike. What the
-    // user says comes behind and wins.
+    // user says comes after and wins.
     std::array<std::string, 2> ownFlags{"--benchmark_enable_random_interleaving=true",
                                         "--benchmark_min_time=0.05"};
     std::vector<char*> arguments(argv, argv + argc);

@@ -40,7 +40,7 @@ public:
 
     std::shared_ptr<PictureStore> pictures() override;
 
-    /// The loop behind DoEvents, for headless controls and for work that a host puts off.
+    /// The loop that DoEvents runs, for headless controls and for work that a host puts off.
     std::shared_ptr<MessageLoop> messageLoop() const { return m_loop; }
 
 private:

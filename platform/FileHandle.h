@@ -46,7 +46,7 @@ public:
 
     void write(std::string_view bytes);
 
-    /// Everything written goes behind what is there.
+    /// Everything written goes after what is there.
     void seekToEnd();
 
     /// Empties the file.

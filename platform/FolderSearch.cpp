@@ -27,8 +27,8 @@ struct CloseFolder {
 };
 using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
 
-/// What tells one state of a folder from another: every change of its entries moves the change
-/// time, which nobody can set back.
+/// What distinguishes one state of a folder from another: every change of its entries moves the
+/// change time, which nobody can set back.
 struct FolderState {
     dev_t device = 0;
     ino_t inode = 0;

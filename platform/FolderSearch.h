@@ -13,7 +13,7 @@ std::optional<std::string> findIgnoringCase(const std::string& folder, std::u16s
 
 /// Keeps the search fast while this process makes one entry after the other in a folder, and ends
 /// what is remembered of a removed name: to be made before the entry at `path`, a path of the
-/// system, and told once the entry is there.
+/// system, and reported once the entry is there.
 class NewEntry {
 public:
     explicit NewEntry(const std::string& path);

@@ -27,7 +27,7 @@ public:
     void SelLength(std::int32_t length) override;
 
     std::u16string SelText() override { return m_text.substr(m_start, m_length); }
-    /// Puts the selection, empty, behind what was written.
+    /// Puts the selection, empty, after what was written.
     void SelText(const std::u16string& text) override;
 
 private:

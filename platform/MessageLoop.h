@@ -10,12 +10,12 @@ namespace tessaly {
 /// thread.
 class MessageLoop {
 public:
-    /// `task` runs in the next DoEvents, behind the tasks posted before it.
+    /// `task` runs in the next DoEvents, after the tasks posted before it.
     void post(std::function<void()> task);
 
     /// Runs the tasks in order until none is left. Tasks that are posted meanwhile run too, up to
     /// 1,000 of them; the others wait for the next call, so that a task which posts itself again
-    /// cannot hold the caller for ever. A task's exception goes to the caller; the tasks behind it
+    /// cannot hold the caller for ever. A task's exception goes to the caller; the tasks after it
     /// stay.
     ///
     /// A task may call DoEvents. Such a call draws on the 1,000 of the outermost one, but runs at

@@ -32,7 +32,7 @@ std::size_t rootLength(std::u16string_view path) {
     return drive + static_cast<std::size_t>(separator);
 }
 
-/// The last component of a path, without the separators behind it; empty in a bare root.
+/// The last component of a path, without the separators after it; empty in a bare root.
 struct LastName {
     explicit LastName(std::u16string_view path)
         : root(rootLength(path))

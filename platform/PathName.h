@@ -12,7 +12,7 @@ namespace tessaly {
 // `..` are worked out from the text, and `..` at a root stays there.
 
 /// A path for the component from a path of the system, for hosts whose user types the latter. A
-/// bare file name gets `.\` ahead of it, so that it has a folder. A path that holds a `\` or is not
+/// bare file name gets `.\` before it, so that it has a folder. A path that holds a `\` or is not
 /// UTF-8 cannot be said in the component's way and fails with BadFileName.
 std::u16string toComponentPath(const std::string& posixPath);
 

@@ -8,7 +8,7 @@
 
 namespace tessaly {
 
-/// A file by its path of the system, looked at anew by each member.
+/// A file by its path of the system, looked at again by each member.
 class PosixFile : public File {
 public:
     explicit PosixFile(std::string path)

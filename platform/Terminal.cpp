@@ -22,7 +22,7 @@ void Terminal::say(std::u16string_view text) const {
 std::optional<std::u16string> Terminal::readLine() const {
     std::string line;
     for (;;) {
-        // One by one, so that what stands behind the line is left to the next reader.
+        // One by one, so that what stands after the line is left to the next reader.
         char byte = 0;
         const ssize_t count = hasLeft() ? 0 : read(m_input, &byte, 1);
         if (count < 0 && errno == EINTR) {

@@ -6,7 +6,7 @@
 
 namespace tessaly {
 
-/// The person in front of a terminal. What they are told goes to one descriptor, what they answer
+/// The person in front of a terminal. What they are shown goes to one descriptor, what they answer
 /// comes from another; both stay open as long as this object is in use.
 class Terminal {
 public:

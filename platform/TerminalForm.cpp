@@ -9,7 +9,7 @@ namespace tessaly {
 
 namespace {
 
-/// What stands ahead of a button's text where a line is otherwise taken for the text of a box.
+/// What stands before a button's text where a line is otherwise taken for the text of a box.
 constexpr char16_t buttonMark = u'/';
 
 /// "a", "a or b", "a, b or c".
@@ -77,7 +77,7 @@ const HeadlessForm::Control* TerminalForm::captionOf(const Control& box) const {
     return caption;
 }
 
-/// The visible button, enabled or not, that is next behind the box in tab order.
+/// The visible button, enabled or not, that is next after the box in tab order.
 const HeadlessForm::Control* TerminalForm::confirmationOf(const Control& box) const {
     for (const Control* control = &box; control <= &controls().back(); ++control) {
         if (control->layout.kind == FormControlKind::Button && control->visible) {

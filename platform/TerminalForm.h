@@ -7,9 +7,9 @@
 
 namespace tessaly {
 
-/// A form that is told in words. The visible labels are said; then a person chooses one of the
+/// A form that is shown in words. The visible labels are said; then a person chooses one of the
 /// visible, enabled buttons by its text, or a part of it from its start that fits no other. Where a
-/// text box is visible they type its text instead, which also presses the next button behind the
+/// text box is visible they type its text instead, which also presses the next button after the
 /// box; the other buttons are then reached by a slash and their text. What the form does not take
 /// is asked again. The end of the input closes the form.
 ///

@@ -59,7 +59,7 @@ std::size_t copyAscii(const unsigned char* from, const unsigned char* end, char1
     return static_cast<std::size_t>(at - from);
 }
 
-/// How the sequence behind a lead byte has to look: its length and the bounds of its second byte,
+/// How the sequence after a lead byte has to look: its length and the bounds of its second byte,
 /// which shut out overlong forms, surrogates and values beyond U+10FFFF.
 struct Sequence {
     std::size_t length;

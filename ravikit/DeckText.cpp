@@ -20,7 +20,7 @@ std::u16string_view lineEndOf(std::u16string_view text) {
     return text.substr(at, text.substr(at).starts_with(u"\r\n") ? 2 : 1);
 }
 
-/// What stands ahead of the root.
+/// What stands before the root.
 struct Prolog {
     bool ofDeck = false; ///< a `wml` root follows, and nothing is ahead that should not be
     bool declaration = false;
@@ -43,7 +43,7 @@ Prolog prologOf(std::u16string_view text) {
             prolog.declaration = true;
             break;
         case NodeKind::Doctype:
-            prolog.doctype = true; // behind the root too: one at a wrong place is enough
+            prolog.doctype = true; // after the root too: one at a wrong place is enough
             break;
         case NodeKind::ProcessingInstruction:
             // A declaration that does not come first: what is to be done only its author knows.

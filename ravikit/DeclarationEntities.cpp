@@ -100,7 +100,7 @@ bool DeclarationReader::appendValue(std::u16string& value, std::u16string_view s
     return true;
 }
 
-// At `at` stands "&#"; moves `at` behind the reference.
+// At `at` stands "&#"; moves `at` after the reference.
 bool DeclarationReader::characterReference(std::u16string& value, std::u16string_view source,
                                            std::size_t& at) {
     const std::size_t end = source.find(u';', at);

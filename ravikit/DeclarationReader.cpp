@@ -77,7 +77,7 @@ bool DeclarationReader::end(std::uint32_t level) {
     return true;
 }
 
-// Goes on behind a declaration that began at `begin` in the `depth`th replacement.
+// Goes on after a declaration that began at `begin` in the `depth`th replacement.
 void DeclarationReader::skipDeclaration(std::size_t depth, std::uint32_t begin) {
     m_input.leaveTo(depth);
     if (m_input.depth() == 0 && m_input.offset() == begin && !m_input.atEnd()) {

@@ -16,7 +16,7 @@ namespace ravikit {
 /// One run over the declarations of a DTD.
 ///
 /// A function that reads a part of a declaration gives false, or nothing, if it is not there as it
-/// must be; the problem is told by then. The rest of that declaration is stepped over.
+/// must be; the problem is reported by then. The rest of that declaration is stepped over.
 class DeclarationReader {
 public:
     DeclarationReader(std::u16string_view text, std::uint32_t begin, std::uint32_t end,

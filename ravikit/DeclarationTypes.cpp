@@ -50,7 +50,7 @@ bool DeclarationReader::content(ElementDeclaration& declaration) {
     return group(declaration.model, level, 1);
 }
 
-// Behind "(#PCDATA".
+// After "(#PCDATA".
 bool DeclarationReader::mixedContent(ContentParticle& model, std::uint32_t level) {
     model.kind = ContentParticle::Kind::Choice;
     model.repeat = ContentParticle::Repeat::ZeroOrMore;
@@ -72,7 +72,7 @@ bool DeclarationReader::mixedContent(ContentParticle& model, std::uint32_t level
     return fail(u"a group with `#PCDATA` and elements has the form `(#PCDATA | a | b)*`");
 }
 
-// Behind the ( of a group, which stood at `level`; reads up to what follows the ).
+// After the ( of a group, which stood at `level`; reads up to what follows the ).
 bool DeclarationReader::group(ContentParticle& group, std::uint32_t level, int depth) {
     constexpr int deepest = 128;
     if (depth > deepest) {
@@ -168,7 +168,7 @@ bool DeclarationReader::attributeType(AttributeDeclaration& declaration) {
         std::u16string_view word;
         Type type;
     };
-    // A word stands ahead of the words that begin it.
+    // A word stands before the words that begin it.
     static constexpr std::array<Word, 8> words = {{{u"CDATA", Type::CData},
                                                    {u"IDREFS", Type::IdRefs},
                                                    {u"IDREF", Type::IdRef},

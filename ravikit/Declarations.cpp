@@ -12,7 +12,7 @@ Declarations readDeclarations(std::u16string_view text, std::uint32_t begin, std
 
 namespace {
 
-/// The offset behind the next `close`, or `begin` if there is none: what a comment or a quote
+/// The offset after the next `close`, or `begin` if there is none: what a comment or a quote
 /// opens and nothing closes is stepped into.
 std::size_t behind(std::u16string_view text, std::u16string_view close, std::size_t begin) {
     const std::size_t at = text.find(close, begin);

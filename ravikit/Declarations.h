@@ -68,14 +68,14 @@ struct Declarations {
     std::map<std::u16string, EntityDeclaration> entities;
     std::vector<std::u16string> notations;
     /// If there, the names that a text most likely uses: the table of its names begins with them,
-    /// which spares each text learning them anew.
+    /// which spares each text learning them again.
     std::shared_ptr<const NameTable> names;
     /// True if there is a reference to a parameter entity. More may then be declared than stands
     /// here, so that an undeclared entity is no breach of well-formedness as such.
     bool incomplete = false;
 };
 
-/// What a document says ahead of its internal subset, and what its reader knows besides.
+/// What a document says before its internal subset, and what its reader knows besides.
 struct SubsetContext {
     bool external = false;   ///< the DOCTYPE names an external subset as well
     bool standalone = false; ///< the XML declaration says that nothing else matters

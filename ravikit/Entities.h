@@ -22,8 +22,8 @@ struct Expansion {
     std::u16string reason;
     /// The fault is in the entity's own text, not in the reference.
     bool inside = false;
-    /// The fault was told at an earlier reference.
-    bool told = false;
+    /// The fault was reported at an earlier reference.
+    bool reported = false;
 
     std::uint64_t units = 0; ///< what the reference expands to
     Entity entity;
@@ -36,7 +36,7 @@ public:
         : m_known(known)
         , m_limits(limits) {}
 
-    /// Takes what the text's own DOCTYPE declares, which goes ahead of what is known otherwise.
+    /// Takes what the text's own DOCTYPE declares, which goes before what is known otherwise.
     /// `closed`: nothing that was not read can declare any more.
     void declare(const Declarations* own, bool closed);
 

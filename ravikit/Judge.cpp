@@ -54,7 +54,7 @@ void Judge::judgeRoot(const Walk& walk) {
             near.offer(m_dtd.elements[candidate].name);
         }
         if (symbol == unknown && near.best().empty()) {
-            return; // it is another language, of which every element would be told
+            return; // it is another language, of which every element would be reported
         }
     }
     // The document is like an element in which anything can stand.

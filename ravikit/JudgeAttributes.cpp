@@ -36,7 +36,7 @@ Judge::Id Judge::attributes(const Walk& walk, Id element, const ElementRules& ru
     const Tree& tree = walk.tree;
     const Id behind = tree[element].next;
     std::uint32_t required = 0;
-    std::vector<std::u16string_view> meant; // by misspelt names: these are not told as missing
+    std::vector<std::u16string_view> meant; // by misspelt names: these are not reported as missing
     Id id = element + 1;
     for (; id < behind && tree.kind(id) == NodeKind::Attribute; id = tree[id].next) {
         const std::uint16_t name = walk.source.attribute(tree[id]);

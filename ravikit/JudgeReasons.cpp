@@ -9,7 +9,7 @@
 namespace ravikit {
 namespace {
 
-/// "`a`, `b` and `c`": `names` with `word` ahead of the last; the end of a long list is counted.
+/// "`a`, `b` and `c`": `names` with `word` before the last; the end of a long list is counted.
 std::u16string listed(const std::vector<std::u16string_view>& names, std::u16string_view word,
                       bool withText = false) {
     constexpr std::size_t most = 9;

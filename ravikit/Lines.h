@@ -19,7 +19,7 @@ class Lines {
 public:
     explicit Lines(std::u16string_view text);
 
-    /// Of the unit at `offset`, from 0; an offset behind the text counts as the text's end. The
+    /// Of the unit at `offset`, from 0; an offset after the text counts as the text's end. The
     /// units of a line end still belong to the line that they end.
     LineColumn at(std::uint32_t offset) const;
 

@@ -10,7 +10,7 @@ namespace ravikit {
 
 namespace {
 
-/// True for what location paths count as nodes: the declarations ahead of the root are none.
+/// True for what location paths count as nodes: the declarations before the root are none.
 bool isPathNode(NodeKind kind) {
     return kind != NodeKind::XmlDeclaration && kind != NodeKind::Doctype && kind != NodeKind::Junk;
 }
@@ -209,7 +209,7 @@ private:
         }
     }
 
-    /// Each predicate counts the nodes that passed the ones ahead of it.
+    /// Each predicate counts the nodes that passed the ones before it.
     bool passes(Tree::Id id) {
         std::uint32_t* count = m_counts.data() + (m_counts.size() - m_step->predicates.size());
         for (const Predicate& predicate : m_step->predicates) {

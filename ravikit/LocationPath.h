@@ -39,7 +39,7 @@ private:
     struct Step {
         enum class Axis : std::uint8_t { Child, Attribute, Self, Parent };
         Axis axis = Axis::Child;
-        bool fromDescendants = false; ///< stands behind `//`
+        bool fromDescendants = false; ///< stands after `//`
         std::u16string name;          ///< empty for `*`
         std::vector<Predicate> predicates;
     };

@@ -113,7 +113,7 @@ bool LocationPathReader::readName(std::u16string& name) {
     }
     if (at(u":")) {
         ++m_at;
-        // Two colons make an axis of the name ahead of them.
+        // Two colons make an axis of the name before them.
         if (!readNamePart()) {
             m_at = first;
             return false;

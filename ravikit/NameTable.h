@@ -21,7 +21,7 @@ struct NameKey {
     bool operator==(const NameKey&) const = default;
 };
 
-/// The names of a text, each stored once and told by a number from 0 in the order of first
+/// The names of a text, each stored once and known by a number from 0 in the order of first
 /// appearance. A view that is handed out stays good as long as the table.
 class NameTable {
 public:

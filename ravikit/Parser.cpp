@@ -184,7 +184,7 @@ Parser::At Parser::serverCode(At at) {
     return close + 2;
 }
 
-// One unit that needs a closer look, and those like it behind it.
+// One unit that needs a closer look, and those like it after it.
 Parser::At Parser::character(At at) {
     const auto isFar = [](char16_t c) { return c >= 0x8000 && c < 0xD800; };
     if (isFar(*at)) {
@@ -229,7 +229,7 @@ void Parser::outside(At begin, At end) {
     m_outsideEnd = end;
 }
 
-// The place of `close` at or behind `at`, or the end of the text.
+// The place of `close` at or after `at`, or the end of the text.
 Parser::At Parser::findClose(At at, std::u16string_view close) const {
     struct Mark {
         char16_t first;

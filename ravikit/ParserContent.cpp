@@ -31,7 +31,7 @@ inline Parser::At Parser::text(At at) {
     return at;
 }
 
-// Text that begins with a mark that is no markup. It goes on a text ahead of it, which keeps a
+// Text that begins with a mark that is no markup. It goes on a text before it, which keeps a
 // text full of such marks from filling the memory with nodes.
 Parser::At Parser::plainText(At at) {
     At const begin = at;
@@ -48,7 +48,7 @@ Parser::At Parser::plainText(At at) {
     return at;
 }
 
-// A value from behind its quote on: gives the place of the closing quote. Without one that is the
+// A value from after its quote on: gives the place of the closing quote. Without one that is the
 // place of a < that shows that the quote was forgotten, or `stop`.
 Parser::At Parser::value(At begin, At stop, char16_t quote, Id attribute) {
     At at = begin;

@@ -20,7 +20,7 @@ namespace ravikit {
 /// One run over one text, from its first unit to its last, which fills a tree. What may nest is
 /// kept on a stack of its own; the only recursion is that of entities, which has its limit.
 ///
-/// A function that reads a construct takes the place where it begins and gives the place behind
+/// A function that reads a construct takes the place where it begins and gives the place after
 /// it. The text is followed by a NUL, so that the unit at `m_end` may be looked at.
 class Parser {
 public:
@@ -60,7 +60,7 @@ private:
     struct Tag {
         Id element;
         std::uint32_t flags = 0;
-        bool told = false; ///< that there is something in it that should not be there
+        bool reported = false; ///< that there is something in it that should not be there
     };
     /// A reference as far as its form goes.
     struct Reference {
@@ -199,7 +199,7 @@ private:
         --m_nameStates[top.name].open;
         m_open.pop_back();
     }
-    /// Whether `next` may stand behind a closing quote.
+    /// Whether `next` may stand after a closing quote.
     static bool endsValue(char16_t next) { return next == u'>' || next == u'/' || isBlank(next); }
     void mark(Id id, NodeFlag flag) { node(id).flags = (node(id).flags | flag) & 0xFU; }
     static std::uint32_t recoveredIf(bool broken) { return broken ? std::uint32_t{Recovered} : 0; }
@@ -232,7 +232,7 @@ private:
     std::uint32_t m_tag = 0;
     std::uint32_t m_tooDeep = 0; // how many elements are open beyond the limit
     std::uint64_t m_expanded = 0;
-    At m_outsideEnd = nullptr; // where the last text outside the root ended that was told of
+    At m_outsideEnd = nullptr; // where the last text outside the root ended that was reported
     bool m_standalone = false;
     bool m_doctypeSeen = false;
     bool m_isRefused = false;

@@ -79,7 +79,7 @@ Parser::At Parser::xmlDeclaration(At at) {
 }
 
 // The value of the pseudo-attribute `name` if it is the one that stands at `at`, which then moves
-// behind it.
+// after it.
 std::optional<std::u16string_view> Parser::pseudoAttribute(At& at, At end,
                                                            std::u16string_view name) {
     At p = scan::skipBlanks(at, end);
@@ -118,7 +118,7 @@ Parser::At Parser::doctype(At at) {
     return end;
 }
 
-// From behind the word DOCTYPE. One that is not in force is stepped over without a word.
+// From after the word DOCTYPE. One that is not in force is stepped over without a word.
 Parser::At Parser::doctypeBody(At at, bool inForce) {
     const auto fault = [&](At where, std::u16string_view reason) {
         return inForce ? doctypeFault(where, reason) : doctypeEnd(where);
@@ -153,7 +153,7 @@ Parser::At Parser::doctypeBody(At at, bool inForce) {
     return p + 1;
 }
 
-// At SYSTEM or PUBLIC; gives the place behind, or none if it is not as it must be.
+// At SYSTEM or PUBLIC; gives the place after, or none if it is not as it must be.
 Parser::At Parser::externalId(At at) {
     At p = at + 6;
     if (*at == u'P') {
@@ -181,7 +181,7 @@ Parser::At Parser::literal(At at, bool isPublic) {
     return close + 1;
 }
 
-// At the [; gives the place behind the ], or none.
+// At the [; gives the place after the ], or none.
 Parser::At Parser::internalSubset(At at, bool inForce, bool external) {
     if (m_noSubsetEnd) {
         return nullptr;

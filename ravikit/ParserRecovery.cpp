@@ -11,7 +11,7 @@ Parser::At Parser::junkInTag(At at, Tag& tag) {
            !(*end == u'/' && end[1] == u'>')) {
         ++end;
     }
-    if (!tag.told) {
+    if (!tag.reported) {
         problem(ProblemKind::BadTag, at, end, [&] {
             const std::u16string name = quoted(m_tree.name(tag.element));
             if (*at == u'/') {
@@ -21,14 +21,14 @@ Parser::At Parser::junkInTag(At at, Tag& tag) {
                    u"; an attribute is written as `name=\"value\"`";
         });
     }
-    tag.told = true;
+    tag.reported = true;
     tag.flags |= Recovered;
     return end;
 }
 
 void Parser::unclosedTag(At at, Tag& tag) {
     tag.flags |= Recovered;
-    if (!tag.told) {
+    if (!tag.reported) {
         At const begin = place(node(tag.element).begin);
         problem(ProblemKind::BadTag, begin, at, [&] {
             return u"the tag " + quoted(u"<" + std::u16string(m_tree.name(tag.element))) +
@@ -39,11 +39,11 @@ void Parser::unclosedTag(At at, Tag& tag) {
 
 void Parser::missingBlank(At at, Tag& tag) {
     tag.flags |= Recovered;
-    if (!tag.told) {
+    if (!tag.reported) {
         problem(ProblemKind::BadAttribute, at, at,
                 [&] { return u"a blank is missing before " + quoted(between(at, nameEnd(at))); });
     }
-    tag.told = true;
+    tag.reported = true;
 }
 
 void Parser::duplicateAttribute(Id attribute, Tag& tag) {
@@ -58,19 +58,19 @@ void Parser::duplicateAttribute(Id attribute, Tag& tag) {
 
 Parser::At Parser::attributeWithoutValue(At end, Id attribute, Tag& tag) {
     mark(attribute, Recovered);
-    if (!tag.told) {
+    if (!tag.reported) {
         problem(ProblemKind::BadAttribute, place(node(attribute).begin), end, [&] {
             const std::u16string name(m_tree.name(attribute));
             return u"attribute " + quoted(name) + u" has no value; write " +
                    quoted(name + u"=\"...\"");
         });
     }
-    tag.told = true;
+    tag.reported = true;
     tag.flags |= Recovered;
     return end;
 }
 
-// From behind the = and its blanks.
+// From after the = and its blanks.
 Parser::At Parser::valueWithoutQuotes(At at, Id attribute, Tag& tag) {
     At end = at;
     while (end != m_end && !isBlank(*end) && *end != u'>' && *end != u'<' &&
@@ -78,7 +78,7 @@ Parser::At Parser::valueWithoutQuotes(At at, Id attribute, Tag& tag) {
         ++end;
     }
     mark(attribute, Recovered);
-    if (!tag.told) {
+    if (!tag.reported) {
         problem(ProblemKind::BadAttribute, place(node(attribute).begin), end, [&] {
             const std::u16string name(m_tree.name(attribute));
             return u"the value of " + quoted(name) + u" must stand in quotes: write " +
@@ -99,7 +99,7 @@ Parser::At Parser::unusualValueEnd(At begin, At stop, Id attribute, Tag& tag,
 }
 
 // The quote at `closing` may open the next value rather than close this one, as in
-// <a href="one title="two">. Then this value ends ahead of that attribute's name, which is the
+// <a href="one title="two">. Then this value ends before that attribute's name, which is the
 // place given; none if the quote closes.
 Parser::At Parser::quoteForgotten(At begin, At closing) const {
     constexpr std::ptrdiff_t longestName = 64;
@@ -145,12 +145,12 @@ Parser::At Parser::valueWithoutEnd(At begin, At end, Id attribute, Tag& tag, std
     end = value(begin, end, noQuote, attribute);
     mark(attribute, Recovered);
     tag.flags |= Recovered;
-    if (!tag.told) {
+    if (!tag.reported) {
         problem(ProblemKind::BadAttribute, place(node(attribute).begin), end, [&] {
             return u"the value of " + quoted(m_tree.name(attribute)) + u" has no closing quote";
         });
     }
-    tag.told = true;
+    tag.reported = true;
     return end;
 }
 

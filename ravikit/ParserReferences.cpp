@@ -83,8 +83,8 @@ void Parser::expand(At at, const Reference& reference, bool inValue) {
     }
     Expansion& expansion = inValue ? m_entities.inValue(name) : m_entities.inContent(name);
     if (!expansion.reason.empty()) {
-        // A fault in the entity's text is told once; one in the reference each time.
-        if (!expansion.inside || !expansion.told) {
+        // A fault in the entity's text is reported once; one in the reference each time.
+        if (!expansion.inside || !expansion.reported) {
             problem(expansion.kind, at, reference.end, [&] {
                 return expansion.inside && m_kind == Kind::Document
                            ? u"the text of the entity " + quoted(name) + u" cannot be used: " +
@@ -92,7 +92,7 @@ void Parser::expand(At at, const Reference& reference, bool inValue) {
                            : expansion.reason;
             });
         }
-        expansion.told = m_kind == Kind::Document;
+        expansion.reported = m_kind == Kind::Document;
         return;
     }
     m_expanded += expansion.units;

@@ -193,7 +193,7 @@ void Parser::forgetClosedEarly() {
     }
 }
 
-// Whether an end tag of this name was already told of as missing where it should have stood.
+// Whether an end tag of this name was already reported as missing where it should have stood.
 bool Parser::wasClosedEarly(NameTable::Id name) {
     forgetClosedEarly();
     constexpr std::ptrdiff_t farthest = 8;
@@ -245,7 +245,7 @@ Parser::At Parser::namelessEndTag(At at) {
     return name + 1;
 }
 
-// From behind the name in an end tag.
+// From after the name in an end tag.
 Parser::At Parser::endOfEndTag(At at, At nameEnd) {
     At end = skipBlanks(nameEnd);
     if (*end == u'>') {

@@ -25,7 +25,7 @@ void Problems::truncate(std::size_t size) {
 }
 
 void Problems::sort() {
-    // The one that closes the list stands at the place of an error behind which nothing was listed,
+    // The one that closes the list stands at the place of an error after which nothing was listed,
     // which need not be the last place.
     const auto behind = full() ? m_list.end() - 1 : m_list.end();
     std::stable_sort(m_list.begin(), behind,

@@ -50,7 +50,7 @@ enum class ProblemKind : std::uint16_t {
     NotConvertible = 400,
 };
 
-/// One thing that is wrong with a text: offsets in UTF-16 units from 0, `end` behind the last.
+/// One thing that is wrong with a text: offsets in UTF-16 units from 0, `end` after the last.
 struct Problem {
     ProblemKind kind = ProblemKind::NotWellFormed;
     std::uint32_t begin = 0;
@@ -58,7 +58,7 @@ struct Problem {
     std::u16string reason;
 };
 
-/// Problems in the order in which they were found. Behind `limit` of them one TooManyProblems
+/// Problems in the order in which they were found. After `limit` of them one TooManyProblems
 /// closes the list, so that hostile text costs bounded memory.
 class Problems {
 public:

@@ -8,7 +8,7 @@
 namespace ravikit {
 
 /// The code point that `digits` name, which stand between `&#` and `;`: decimal, or hexadecimal
-/// behind an `x`. None if they are no number of that kind; a number beyond Unicode comes back as
+/// after an `x`. None if they are no number of that kind; a number beyond Unicode comes back as
 /// 0x110000, which is no Char.
 std::optional<char32_t> characterNumber(std::u16string_view digits);
 

@@ -5,7 +5,7 @@
 
 namespace ravikit {
 
-/// The next of the tokens that spaces separate in `rest`, which then holds what is behind it;
+/// The next of the tokens that spaces separate in `rest`, which then holds what is after it;
 /// empty if there is none. Of the blanks only the space counts: in an attribute's value the others
 /// are spaces by now, unless they were written as character references.
 inline std::u16string_view nextToken(std::u16string_view& rest) {

@@ -40,7 +40,7 @@ std::uint32_t Tree::startTagEnd(Id id) const {
          next = m_nodes[next].next) {
         at = m_nodes[next].end;
     }
-    // Behind the last attribute a tag that recovery had to mend may hold anything but these two.
+    // After the last attribute a tag that recovery had to fix may hold anything but these two.
     while (at < element.end && m_text[at] != u'>' && m_text[at] != u'<') {
         ++at;
     }
@@ -55,7 +55,7 @@ std::uint32_t Tree::endTagBegin(Id id) const {
     if (!has(id, Recovered)) {
         return static_cast<std::uint32_t>(m_text.rfind(u'<', element.end - 1));
     }
-    // There may be no end tag: the end of the content tells.
+    // There may be no end tag: the end of the content says.
     std::uint32_t contentEnd = startTagEnd(id);
     for (Id at = firstContent(id); at < element.next; at = m_nodes[at].next) {
         contentEnd = m_nodes[at].end;

@@ -39,10 +39,10 @@ enum NodeFlag : std::uint8_t {
 };
 
 /// A node of the tree. The nodes stand in document order, an element's attributes first, then its
-/// content; `next` is the index of the first node behind the subtree.
+/// content; `next` is the index of the first node after the subtree.
 struct Node {
     std::uint32_t begin;    ///< offset of the first unit, from 0
-    std::uint32_t end;      ///< offset behind the last unit
+    std::uint32_t end;      ///< offset after the last unit
     std::uint32_t next;     ///< index of the first node that is not inside this one
     std::uint32_t kind : 4; ///< NodeKind
     std::uint32_t flags : 4;

@@ -51,7 +51,7 @@ std::string inProjectFolder(const std::string& projectFile, const std::string& t
     return leadsThere ? path.filename().string() : typed;
 }
 
-/// What was done; empty if the name was refused, which has been told.
+/// What was done; empty if the name was refused, which has been reported.
 std::string add(const Changing& to, const std::string& argument) {
     const std::string typed = inProjectFolder(to.file, argument);
     std::u16string name = tessaly::decodeText(typed);

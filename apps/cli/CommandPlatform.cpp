@@ -33,7 +33,7 @@ CommandPlatform::CommandPlatform(std::optional<OnConflict> answer, std::shared_p
 std::u16string CommandPlatform::spoken(std::u16string text) const {
     for (const std::u16string& folder : m_folders) {
         for (std::size_t at = text.find(folder); at != text.npos; at = text.find(folder, at + 1)) {
-            // With the separator behind it.
+            // With the separator after it.
             const std::size_t end = std::min(at + folder.size() + 1, text.size());
             std::replace(text.begin() + static_cast<std::ptrdiff_t>(at),
                          text.begin() + static_cast<std::ptrdiff_t>(end), u'\\', u'/');

@@ -44,7 +44,7 @@ public:
     const std::optional<Obstacle>& obstacle() const { return m_obstacle; }
     void stopAtLastAsked(const std::string& why);
 
-    /// True once the component has told that no name was settled for a deck.
+    /// True once the component has reported that no name was settled for a deck.
     bool hasGivenUp() const { return m_givenUp; }
 
     std::shared_ptr<tessaly::FileSystemObject> newFileSystemObject() override;

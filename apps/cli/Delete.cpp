@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Where the content of `folder` can be told also when `folder`, which may be a link, is gone.
+/// Where the content of `folder` can be named also when `folder`, which may be a link, is gone.
 std::string lastingPath(const std::string& folder) {
     std::error_code failed;
     const bool isLink = fs::is_symlink(fs::symlink_status(folder, failed));
@@ -27,7 +27,7 @@ std::string lastingPath(const std::string& folder) {
     return target.empty() ? folder : target;
 }
 
-/// Everything below `folder`, links inside not followed, and the folder itself behind it.
+/// Everything below `folder`, links inside not followed, and the folder itself after it.
 std::vector<std::string> contentOf(const std::string& folder) {
     std::vector<std::string> paths;
     std::error_code failed;

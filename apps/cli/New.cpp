@@ -87,7 +87,7 @@ bool settleProjectFile(ProjectWork& work, const NewProject& wanted, Paths& paths
     return false;
 }
 
-/// False if no project was made, which has been told.
+/// False if no project was made, which has been reported.
 bool create(ProjectWork& work, const NewProject& wanted, Paths& paths) {
     bool made = false;
     const std::string file = fileOf(wanted, paths.name);

@@ -32,29 +32,30 @@ public:
         m_session.complain(ExitStatus::Unreadable, file, why);
     }
 
-    /// The full path for the component; nothing for one that it cannot say, which has been told.
+    /// The full path for the component; nothing for one that it cannot say, which has been
+    /// reported.
     std::optional<std::u16string> fullPath(const std::string& file);
 
     /// Waits until no other command changes anything in the folders of `files`, and keeps them to
     /// this one as long as it lives: what is read from now on stays true. A folder that is not
     /// there yet is waited for at its parent; one that cannot be locked is not waited for. False
-    /// if the person gave up waiting, which has been told.
+    /// if the person gave up waiting, which has been reported.
     bool lock(const std::vector<std::string>& files);
 
     /// The project in `file`. None if it could not be read or is none. One that could not be opened
     /// in full comes with what was loaded only where `inPart`; nothing may be saved from it. All
-    /// that has been told.
+    /// that has been reported.
     std::shared_ptr<tessaly::clProject> open(const std::string& file, bool inPart = false);
 
     /// True if the project file holds what `project` has, to its last line. Otherwise that has been
-    /// told: Save itself says nothing.
+    /// reported: Save itself says nothing.
     bool isOnDisk(tessaly::clProject& project, const std::string& file);
 
 private:
     bool tryLock(const std::string& folder);
     std::shared_ptr<CommandPlatform> m_platform;
     std::vector<tessaly::FolderLock> m_locks;
-    Session m_session; // behind the platform, which it uses
+    Session m_session; // after the platform, which it uses
 };
 
 inline constexpr char leadsOut[] =

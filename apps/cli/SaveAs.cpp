@@ -24,7 +24,7 @@ std::string named(const std::string& wished, const std::u16string& path) {
 }
 
 /// A deck that is read from elsewhere has no name beside the new project file. False if there is
-/// one, and told.
+/// one, and reported.
 bool lieInFolder(ProjectWork& work, const std::string& project,
                  const std::vector<std::u16string>& decks) {
     for (const std::u16string& deck : decks) {
@@ -36,7 +36,7 @@ bool lieInFolder(ProjectWork& work, const std::string& project,
 }
 
 /// An answer given beforehand may have an end to it from the start: then nothing is begun. False
-/// if so, and told.
+/// if so, and reported.
 bool canSettle(ProjectWork& work, const std::string& file,
                const std::vector<std::u16string>& decks) {
     const OnConflict answer = work.platform().onConflict();

@@ -23,7 +23,7 @@ namespace {
 
 using Visit = std::function<void(const Deck&)>;
 
-/// Calls `visit`; a failure is told.
+/// Calls `visit`; a failure is reported.
 void visitSafely(Session& session, const std::string& file, const std::function<void()>& visit) {
     if (const auto failed = tessaly::attempt(visit)) {
         session.complain(ExitStatus::Unreadable, file, reasonOf(*failed));
@@ -122,7 +122,7 @@ void Session::visitProject(const std::string& file, const Visit& visit) {
             visit(deck);
         });
     }
-    // The component stops at the first deck that it cannot load, which has been told.
+    // The component stops at the first deck that it cannot load, which has been reported.
     const std::vector<std::u16string> names = listed(file);
     for (std::size_t i = decks.size() + 1; i < names.size(); ++i) {
         visitDeck(deckBeside(file, names[i]), visit);

@@ -84,6 +84,7 @@ int complain(const std::string& what, const std::string& command, const std::str
 std::string suggestion(const std::string& word, const std::vector<std::string>& names) {
     const std::u16string written = tessaly::decodeText(word);
     std::vector<std::u16string> offered;
+    offered.reserve(names.size());
     for (const std::string& name : names) {
         offered.push_back(tessaly::decodeText(name));
     }

@@ -61,7 +61,7 @@ int ended(int status) {
         return static_cast<int>(ExitStatus::Unreadable);
     }
     const int signal = cli::Interrupt::signal();
-    return status != 0 && signal != 0 ? 128 + signal : status; // as a shell tells it
+    return status != 0 && signal != 0 ? 128 + signal : status; // as a shell reports it
 }
 
 int run(int argc, char** argv) {
@@ -92,7 +92,7 @@ int run(int argc, char** argv) {
         ->required();
     check->add_option("--stdin-filename", options.inputName, "What - is called in what is printed");
     check->add_flag("--views", options.views,
-                    "Take each deck to the page and back, and tell what did not survive");
+                    "Take each deck to the page and back, and report what did not survive");
     addJson(check, options);
 
     CLI::App* cards = app.add_subcommand("cards", "Walk the cards of decks");

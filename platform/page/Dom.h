@@ -48,7 +48,7 @@ public:
     /// Puts the children of `element` where it stands, and removes it.
     void unwrap(Node& element);
 
-    /// Cuts `text` at `offset` and returns the second part, which takes the places behind.
+    /// Cuts `text` at `offset` and returns the second part, which takes the places after.
     Node& split(Node& text, std::size_t offset);
 
     /// A number that changes whenever nodes come, go or move.

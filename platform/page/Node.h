@@ -49,7 +49,7 @@ const std::u16string* findAttribute(const Node& element, std::u16string_view nam
 void writeAttribute(Node& element, std::u16string_view name, std::u16string_view value);
 void dropAttribute(Node& element, std::u16string_view name);
 
-/// The node behind `node` in document order, inside `root` alone; null at the end.
+/// The node after `node` in document order, inside `root` alone; null at the end.
 Node* following(const Node& node, const Node* root = nullptr);
 
 /// The same, leaving out what stands inside `node`.

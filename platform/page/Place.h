@@ -6,13 +6,13 @@
 
 namespace tessaly::page {
 
-/// A point in a page. It is told by the node beside it and not by a number of children, so that
+/// A point in a page. It is given by the node beside it and not by a number of children, so that
 /// it stays right while nodes come, go and move elsewhere, and costs nothing to keep.
 struct Place {
     enum class Kind : std::uint8_t {
-        InText,  ///< inside the text `node`, behind `offset` units of it
+        InText,  ///< inside the text `node`, after `offset` units of it
         Before,  ///< in front of `node`
-        AtEndOf, ///< behind the last child of the element `node`
+        AtEndOf, ///< after the last child of the element `node`
     };
 
     Kind kind = Kind::AtEndOf;
@@ -31,7 +31,7 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
-/// Two places, the first not behind the second.
+/// Two places, the first not after the second.
 struct Span {
     Place start;
     Place end;
@@ -39,7 +39,7 @@ struct Span {
     bool operator==(const Span&) const = default;
 };
 
-/// The first node in document order that begins at `place` or behind it; null at the page's end.
+/// The first node in document order that begins at `place` or after it; null at the page's end.
 Node* nodeFrom(const Place& place);
 
 /// True if `a` stands in front of `b`, or both are the same place.

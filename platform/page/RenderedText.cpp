@@ -195,7 +195,7 @@ struct Limits {
     const Node* goal = nullptr;
 };
 
-/// The node behind `at` inside `root`, having left the elements that end in between.
+/// The node after `at` inside `root`, having left the elements that end in between.
 const Node* stepPast(Renderer& renderer, const Node* at, const Node* root) {
     while (at->next == nullptr) {
         at = at->parent;

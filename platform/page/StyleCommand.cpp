@@ -101,7 +101,7 @@ void joinWithNeighbours(Dom& dom, Node& element) {
 /// Children of one element side by side that are to be wrapped together.
 struct Run {
     Node* first = nullptr;
-    /// The last that holds text: what stands behind it is left outside.
+    /// The last that holds text: what stands after it is left outside.
     Node* last = nullptr;
 };
 

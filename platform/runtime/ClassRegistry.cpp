@@ -118,7 +118,7 @@ std::optional<RegisteredClass> ClassRegistry::find(std::string_view name) const 
     if (!entry) {
         throw runtimeFailure(FailureCode::InvalidFileFormat,
                              "Line " + std::to_string(lastNumber) +
-                                 " does not tell identifier and library of " + std::string(name) +
+                                 " lacks the identifier or the library of " + std::string(name) +
                                  " in the class registry",
                              m_file);
     }

@@ -14,7 +14,7 @@ namespace tessaly {
 class FileReplacement {
 public:
     /// Fails where `file` could not be written in place either, and where its folder takes no new
-    /// file: FileHandle tells how.
+    /// file: FileHandle says how.
     explicit FileReplacement(const std::string& file);
     ~FileReplacement();
     FileReplacement(const FileReplacement&) = delete;

@@ -18,7 +18,7 @@ using ravikit::NodeSet;
 using ravikit::Tree;
 using NodesRef = std::shared_ptr<const NodeSet>;
 
-/// A tree with the answers that were given about the whole of it: a host asks for the cards anew
+/// A tree with the answers that were given about the whole of it: a host asks for the cards again
 /// at every step from card to card.
 class Source {
 public:
@@ -96,7 +96,7 @@ private:
 };
 
 /// What a document and every other node have in common. `Interface` is the one that it stands
-/// behind.
+/// after.
 template <class Interface>
 class DomNode : public Interface {
 public:

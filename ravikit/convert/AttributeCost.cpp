@@ -74,7 +74,7 @@ private:
 
 std::optional<std::size_t> costlyTag(std::string_view html, std::size_t allowed) {
     // Whether a < begins a tag or stands in a script, a comment or a value depends on all that is
-    // ahead of it, so that each is taken for one. Where they overlap often, that is no page either.
+    // before it, so that each is taken for one. Where they overlap often, that is no page either.
     std::size_t steps = 0;
     for (std::size_t at = 0; (at = html.find('<', at)) != html.npos; ++at) {
         const std::size_t name = at + (at + 1 < html.size() && html[at + 1] == '/' ? 2 : 1);

@@ -55,7 +55,7 @@ public:
             const auto& child = *static_cast<const GumboNode*>(children.data[top.child++]);
             if (child.type == GUMBO_NODE_ELEMENT || child.type == GUMBO_NODE_TEMPLATE) {
                 if (const auto node = openElement(child.v.element); node != skipped) {
-                    // In MathML and the like a `br` may hold what belongs behind it.
+                    // In MathML and the like a `br` may hold what belongs after it.
                     const bool holds = !m_isVoid;
                     if (!holds) {
                         m_page.close(node);

@@ -61,7 +61,7 @@ constexpr char16_t counterpart(Way way, char16_t unit) {
 }
 
 #if defined(__SSE2__)
-/// Writes the counterparts of sixteen units to `to` and gives the number of those ahead of the
+/// Writes the counterparts of sixteen units to `to` and gives the number of those before the
 /// first that has none.
 template <Way way>
 std::ptrdiff_t exchangeMany(const char16_t* at, char16_t* to) {

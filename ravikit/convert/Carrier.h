@@ -34,7 +34,7 @@ struct Mark {
     static std::uint64_t digestOf(std::uint64_t hash) { return hash >> (64 - 6 * digestLetters); }
 };
 
-/// Appends a mark attribute for an element whose digest isn't known yet, a blank ahead of it, and
+/// Appends a mark attribute for an element whose digest isn't known yet, a blank before it, and
 /// gives the place for the digest.
 std::size_t appendMark(std::u16string& page, std::uint64_t deck, std::uint32_t begin);
 void setDigest(std::u16string& page, std::size_t place, std::uint64_t digest);

@@ -9,7 +9,7 @@
 #include <string_view>
 
 /// The two forms of a deck: its markup, and the HTML page of the plain view. docs/conversion.md
-/// tells how nothing is lost between them.
+/// says how nothing is lost between them.
 namespace ravikit {
 
 /// `text`, a deck or a single card, as the inside of an HTML page. `known` are the entities that

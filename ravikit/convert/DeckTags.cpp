@@ -38,7 +38,7 @@ std::size_t plainUnits(std::u16string_view text) {
     return static_cast<std::size_t>(scan::find(text.data(), end, CharacterStop()) - text.data());
 }
 
-/// The line end and the blanks that `at` stands behind, if there is nothing else on its line.
+/// The line end and the blanks that `at` stands after, if there is nothing else on its line.
 std::u16string_view indentBefore(std::u16string_view text, std::size_t at) {
     std::size_t begin = at;
     while (begin > 0 && (text[begin - 1] == u' ' || text[begin - 1] == u'\t')) {

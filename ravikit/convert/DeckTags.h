@@ -37,7 +37,7 @@ struct Opening {
 std::u16string startTag(const Tree* tree, const Opening& opening, bool isCopy, bool keepsSlash);
 std::u16string endTag(const Tree* tree, const Opening& opening);
 
-/// The line end and blanks ahead of a child of `id`: as its first child that begins a line has
+/// The line end and blanks before a child of `id`: as its first child that begins a line has
 /// them, or else one step deeper than the element itself; empty if its children stand side by side.
 std::u16string childIndentation(const Tree& tree, Tree::Id id);
 

@@ -106,7 +106,7 @@ void DeckWriter::breakParagraph(Paragraph next) {
     if (block.opening.element != Element::P) {
         block.wantsBreak = block.hasText && holdsLines(block.opening.element);
     } else if (block.hasText) {
-        ++block.instance; // the next text opens it anew
+        ++block.instance; // the next text opens it again
         block.hasText = false;
     }
 }

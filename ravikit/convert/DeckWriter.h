@@ -11,7 +11,7 @@
 
 namespace ravikit {
 
-/// Writes a deck anew, so that what was valid stays so. Its caller opens and closes elements as the
+/// Writes a deck, so that what was valid stays so. Its caller opens and closes elements as the
 /// page nests them; which of them really stand open around a text is decided when the text comes.
 /// What WML doesn't let in where it is asked for is closed around it, put outside of it or left
 /// out, and what a text needs around it is added.

@@ -170,7 +170,7 @@ Opening DeckWriter::nextParagraph(Paragraph& paragraph) {
     return opening;
 }
 
-/// The line end and blanks ahead of a child of the innermost deck or card of the first `index`.
+/// The line end and blanks before a child of the innermost deck or card of the first `index`.
 std::u16string DeckWriter::indentation(const Chain& chain, std::size_t index) const {
     for (std::size_t i = index; i-- > 0;) {
         if (chain[i].element == Element::Card || chain[i].element == Element::Wml) {
@@ -181,7 +181,7 @@ std::u16string DeckWriter::indentation(const Chain& chain, std::size_t index) co
     return {};
 }
 
-/// The line end and blanks ahead of a child of what is to be opened: nothing if the source has its
+/// The line end and blanks before a child of what is to be opened: nothing if the source has its
 /// elements side by side.
 std::u16string DeckWriter::indentInside(const Opening& opening) const {
     if (opening.element != Element::Wml && opening.element != Element::Card) {

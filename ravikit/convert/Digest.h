@@ -12,7 +12,7 @@ namespace ravikit {
 /// Digests of the elements of a page, computed over its parse while it is walked in order: an
 /// element's covers its tag, its alignment and styling as far as they count, its text and the
 /// digests of its children. Blanks count as one, and not at all at the edge of a block; inside
-/// `pre` each counts, but for line ends right behind the tag. In how many pieces a text comes makes
+/// `pre` each counts, but for line ends right after the tag. In how many pieces a text comes makes
 /// no difference.
 class Digest {
 public:

@@ -129,7 +129,7 @@ private:
         m_gap.unseen.resize(m_unseenAhead);
     }
 
-    /// Where something was removed, the blanks ahead of it go and those behind it stay.
+    /// Where something was removed, the blanks before it go and those after it stay.
     void dropDoubledBlanks() {
         if (m_removed == none) {
             return;
@@ -175,7 +175,7 @@ private:
         return m_gap.atoms[i].glued || (i + 1 < m_gap.atoms.size() && m_gap.atoms[i + 1].glued);
     }
 
-    /// HTML has no line end right behind the tag.
+    /// HTML has no line end right after the tag.
     std::vector<bool> leadingLineEnds() const {
         std::vector<bool> hidden(m_gap.atoms.size());
         for (std::size_t i = 0;

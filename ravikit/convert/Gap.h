@@ -27,7 +27,7 @@ struct SourceAtom {
 
 /// What stands in the source and isn't seen: a comment, a `timer`, blanks at the edge of a block.
 struct Unseen {
-    std::size_t before = 0; ///< stands ahead of this atom
+    std::size_t before = 0; ///< stands before this atom
     std::uint32_t begin = 0;
     std::uint32_t end = 0;
     bool isBlank = false;

@@ -75,14 +75,14 @@ void GumboGuard::measureDepth() {
     }
     // The block may be a string or a table of pointers of the same size. Pointers are larger than
     // the number of a kind, and the parser keeps no zeros in strings: one that begins like a number
-    // is of one unit, with nothing but zeros behind it.
+    // is of one unit, with nothing but zeros after it.
     std::underlying_type_t<GumboNodeType> kind = 0;
     std::memcpy(&kind, m_newest, sizeof kind);
     const bool isText = kind == GUMBO_NODE_TEXT || kind == GUMBO_NODE_WHITESPACE;
     if (kind != GUMBO_NODE_ELEMENT && !isText) {
         return;
     }
-    // An element that a text is ahead of comes into being before that text does, and has no place.
+    // An element that a text is before comes into being before that text does, and has no place.
     const auto& node = *static_cast<const GumboNode*>(m_newest);
     if (node.parent == nullptr) {
         return;

@@ -257,7 +257,7 @@ void KnownElements::findParents() {
 
 /// Of those that name the same element of the source one is it and the others are copies. What is
 /// unchanged is written as a whole, with all that is in it, so that of two such the outer one in
-/// the source goes ahead, then the first on the page; behind them all comes what has changed.
+/// the source goes first, then the first on the page; after them all comes what has changed.
 void KnownElements::choose() {
     std::vector<std::uint32_t> whole(m_elements.size(),
                                      none); // the outermost unchanged around each

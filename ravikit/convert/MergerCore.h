@@ -13,7 +13,7 @@
 namespace ravikit {
 
 /// Walks a page in order and writes the deck that it shows. What the source knows is copied from
-/// there; what lies between is compared with the source's gap and, where it differs, written anew.
+/// there; what lies between is compared with the source's gap and, where it differs, written new.
 class Merger {
 public:
     Merger(const PageTree& page, const KnownElements& known);

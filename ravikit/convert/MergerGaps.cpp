@@ -88,7 +88,7 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     const bool isBegin = m_frames.back().lastAnchor == Tree::none;
     if (isSomewhere && onlyUnseen && isBegin && !m_frames.back().isParagraph &&
         (!m_items.empty() || !isLast)) {
-        // What a card begins with, such as a timer, stays ahead of all.
+        // What a card begins with, such as a timer, stays before all.
         writeUnseen(0, false);
     }
     writeItems(shared);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 /// Writing what the page has in a gap: what agrees with the source as the source has it, the rest
-/// anew.
+/// again.
 namespace ravikit {
 
 /// Whether the element that the gap is in is itself written, so that what belongs in it can be.

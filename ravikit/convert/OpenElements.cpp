@@ -40,7 +40,7 @@ Standing added(Element element, const Standing& in, std::size_t addedFor) {
             .addedFor = static_cast<std::uint32_t>(addedFor)};
 }
 
-/// Behind the innermost element that isn't loose.
+/// After the innermost element that isn't loose.
 std::size_t behindFixed(const Chain& chain) {
     std::size_t at = chain.size();
     while (at > 0 && chain[at - 1].isLoose) {

@@ -52,8 +52,8 @@ public:
         bool isEmptied = false;      ///< what it held may stand outside of it
         bool hasText = false;        ///< text in it is to be kept apart from what follows
         bool wantsBreak = false;     ///< before the next text
-        std::u16string indent = {};  ///< of a deck or card, ahead of its children
-        std::u16string waiting = {}; ///< what isn't seen and comes behind its start tag
+        std::u16string indent = {};  ///< of a deck or card, before its children
+        std::u16string waiting = {}; ///< what isn't seen and comes after its start tag
         Paragraph around = {};       ///< of a structure: the one that it may need
         Chain outer = {};            ///< the chain without it, unless it is only on top of that
         bool isOnTop = false;

@@ -14,7 +14,7 @@ namespace ravikit {
 
 /// A text or an element of a page. The nodes stand in document order.
 struct PageNode {
-    std::uint32_t next = 0; ///< the first node behind the subtree
+    std::uint32_t next = 0; ///< the first node after the subtree
     PageTag tag = PageTag::None;
     std::uint32_t begin = 0; ///< of an element, where its tag is in the HTML; see PageTree::placeOf
     std::uint32_t firstAttribute = 0;

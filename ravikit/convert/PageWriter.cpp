@@ -64,7 +64,7 @@ private:
     static constexpr std::size_t none = std::u16string::npos;
 
     struct Frame {
-        Tree::Id next; ///< the node behind it
+        Tree::Id next; ///< the node after it
         std::u16string_view endTag;
         std::size_t mark = none; ///< where its digest goes
         Element element = Element::Unknown;

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-/// The value of `encoding` in an XML declaration, which ends ahead of its mark.
+/// The value of `encoding` in an XML declaration, which ends before its mark.
 std::optional<TextRange> encodingIn(std::u16string_view declaration) {
     for (std::size_t at = 0;;) {
         at = declaration.find_first_of(u"\"'", at);

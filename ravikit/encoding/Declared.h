@@ -11,14 +11,14 @@ namespace ravikit {
 inline constexpr char16_t byteOrderMark = 0xFEFF;
 inline constexpr std::string_view utf8Mark = "\xEF\xBB\xBF"; ///< the same in UTF-8
 
-/// Offsets in a text, `end` behind the last unit.
+/// Offsets in a text, `end` after the last unit.
 struct TextRange {
     std::size_t begin;
     std::size_t end;
 };
 
 /// Where in `text` the value of `encoding` stands that its XML declaration gives. The declaration
-/// need not be right in any other way; a byte-order mark may stand ahead of it.
+/// need not be right in any other way; a byte-order mark may stand before it.
 std::optional<TextRange> declaredEncoding(std::u16string_view text);
 
 /// That value; empty if there is none.

@@ -27,12 +27,12 @@ std::u16string cannotBeRead(std::u16string_view name) {
 std::optional<std::string> bytesOf(std::u16string_view text) {
     std::string bytes(text.size(), '\0');
     std::transform(text.begin(), text.end(), bytes.begin(), byteOf);
-    const bool isWhole = std::all_of(text.begin(), text.end(),
-                                     [](char16_t c) { return c < 0x80 || isRawByte(c); });
+    const bool isWhole =
+        std::all_of(text.begin(), text.end(), [](char16_t c) { return c < 0x80 || isRawByte(c); });
     return isWhole ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
-/// What is told of `bytes` that are not in the encoding `name`, or have not been read in it.
+/// What is reported of `bytes` that are not in the encoding `name`, or have not been read in it.
 std::u16string reasonFor(std::u16string_view text, const std::string& bytes, bool isMarked,
                          const std::u16string& name) {
     std::size_t good = 0;
@@ -56,7 +56,7 @@ std::u16string reasonFor(std::u16string_view text, const std::string& bytes, boo
 std::optional<Problem> unknownEncoding(std::u16string_view text) {
     const auto declared = declaredEncoding(text);
     const std::u16string_view name = declaredName(text);
-    // What is no name at all is told where the rest of the declaration is looked at.
+    // What is no name at all is reported where the rest of the declaration is looked at.
     if (!declared || !isEncodingName(name) || isKnownEncoding(name)) {
         return std::nullopt;
     }
@@ -72,14 +72,14 @@ std::optional<Problem> undecodedBytes(std::u16string_view text) {
     }
     const std::u16string name(marked.empty() ? std::u16string(declaredName(text))
                                              : std::u16string(marked.begin(), marked.end()));
-    const TextRange place = declaredEncoding(text).value_or(
-        marked.empty() ? TextRange{raw, raw + 1} : TextRange{0, 0});
+    const TextRange place =
+        declaredEncoding(text).value_or(marked.empty() ? TextRange{raw, raw + 1} : TextRange{0, 0});
     if (name.empty()) {
         return problemAt(place, u"the text holds bytes in an encoding that it does not name");
     }
     const auto bytes = bytesOf(text);
-    return problemAt(place, bytes ? reasonFor(text, *bytes, !marked.empty(), name)
-                                  : cannotBeRead(name));
+    return problemAt(place,
+                     bytes ? reasonFor(text, *bytes, !marked.empty(), name) : cannotBeRead(name));
 }
 
 } // namespace ravikit

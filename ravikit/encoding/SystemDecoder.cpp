@@ -24,7 +24,7 @@ public:
     Converter(Converter&&) = delete;
     Converter& operator=(Converter&&) = delete;
 
-    // iconv_open tells a failure by the handle that is all ones.
+    // iconv_open reports a failure by the handle that is all ones.
     bool isGood() const { return reinterpret_cast<std::intptr_t>(m_handle) != -1; }
 
     /// Appends the text of `bytes`, and gives how many of them could be decoded.

@@ -63,7 +63,7 @@ public:
     /// Switches the view. If the text cannot be converted, OnParseError is raised and the document
     /// stays in the view that it had; one that had none yet stands in the markup view. No value is
     /// refused: one that is no view hides both controls. A value beyond 16 bits fails with Overflow
-    /// when the formatter is told.
+    /// when the formatter gets it.
     /// On its way to the plain view it first waits, without limit, for a navigation under way to
     /// end, and lets the host's messages run, which may call this document. A browser that is
     /// replaced meanwhile is no longer heard. A host that cannot wait any longer lets
@@ -150,20 +150,20 @@ public:
 
     /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
     /// of the text in the controls, and keeps that as Content. True if all of it was written. The
-    /// user is told where permission is denied or the disk is not ready; no failure reaches the
+    /// user hears where permission is denied or the disk is not ready; no failure reaches the
     /// caller. isDirty, added and Name stay as they are.
     virtual bool Save(const std::u16string& strDocFullPath);
 
     /// Like Save, but a path that is taken is first settled with the user. False too if the user
-    /// gave no other name: the user is told that the document is not saved, and it is dirty then,
-    /// without an event. NewName tells what name it got.
+    /// gave no other name: the user hears that the document is not saved, and it is dirty then,
+    /// without an event. NewName says what name it got.
     virtual bool SaveAs(const std::u16string& strFullDocPath);
 
     /// Judges Content and raises OnClearErrors or OnParseError.
     virtual void checkValidity();
 
     /// Shows the DOM's text again in the rich-text control and, in the plain view or with no view
-    /// yet, in the browser, waiting as `view` does; the DOM is then parsed anew and Content takes
+    /// yet, in the browser, waiting as `view` does; the DOM is then parsed again and Content takes
     /// the text over. A text that is refused raises OnParseError, and the view stays. The display
     /// gets the DOM. Nothing happens while isValidXML is False.
     virtual void reloadViewfromDOM();
@@ -218,7 +218,7 @@ private:
     /// Brings the text up to date and writes it to the file `path`. `file` keeps what it used.
     void writeDeck(Steps& step, const std::u16string& path, DeckFile& file);
 
-    /// The page in the browser control, and its body, fetched anew for each use: a navigation
+    /// The page in the browser control, and its body, fetched again for each use: a navigation
     /// replaces both.
     std::shared_ptr<HTMLDocument> page() const;
     std::shared_ptr<IHTMLElement> body() const;

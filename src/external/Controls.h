@@ -35,7 +35,7 @@ public:
     virtual void SelText(const std::u16string& text) = 0;
 };
 
-/// What a browser control tells of its navigations.
+/// What a browser control reports of its navigations.
 class BrowserControlEvents {
 public:
     virtual ~BrowserControlEvents() = default;

@@ -32,7 +32,7 @@ struct ProjectRecord {
 /// and `..`, would lead to a file elsewhere: that is read, but neither written nor deleted.
 bool isBaseName(std::u16string_view name);
 
-/// `line` split at each `=`: the first two pieces, without trimming. What stands behind a second
+/// `line` split at each `=`: the first two pieces, without trimming. What stands after a second
 /// `=` is lost. No record for a line without `=`.
 std::optional<ProjectRecord> splitRecord(std::u16string_view line);
 

@@ -138,7 +138,7 @@ bool clProject::addDocument(const std::u16string& strName, const Value& bTellApp
     const auto alive = keepAlive();
     const std::u16string path = mvarProjectPath + u"\\" + strName + u".wml";
     bool result = false;
-    // Runs a step; a failure makes the result False, and a missing file is told to the user.
+    // Runs a step; a failure makes the result False, and a missing file is shown to the user.
     const auto step = [&](auto&& action) {
         const std::optional<Failure> failure = attempt(action);
         if (!failure) {

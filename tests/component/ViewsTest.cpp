@@ -52,7 +52,7 @@ const Log looksForDiv{"innerHTML", "innerText", "innerText", "getElementsByTagNa
 const Log looksForDivAroundPictures{"innerHTML", "innerText", "innerText", "innerHTML",
                                     "getElementsByTagName div"};
 
-/// What a document holds ahead of a switch.
+/// What a document holds before a switch.
 struct Before {
     enumView view;
     std::u16string markup = deck;

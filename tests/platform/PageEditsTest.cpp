@@ -157,7 +157,7 @@ TEST(PageEdits, PasteReplacesTheSelectedLettersAlone) {
     }
 }
 
-// The nodes that edits leave behind do not pile up.
+// The nodes that edits leave over do not pile up.
 TEST(PageEdits, FreeWhatNothingHolds) {
     const auto dom = std::make_shared<Dom>();
     dom->root(parsePage(*dom, u""));

@@ -275,7 +275,7 @@ TEST_F(ProjectCommand, OverwritesNoFileThatDiffersInCaseAlone) {
     EXPECT_EQ(read("new/new.cvp") + read("new/Index.wml"), "takentaken");
 }
 
-/// Ctrl-C may come at any moment: here behind the first deck, and at the latest at the question
+/// Ctrl-C may come at any moment: here after the first deck, and at the latest at the question
 /// about the last one.
 TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
     std::vector<std::string> decks;

@@ -47,7 +47,7 @@ public:
     TerminalSession(TerminalSession&&) = delete;
     TerminalSession& operator=(TerminalSession&&) = delete;
 
-    /// Waits until `text` is shown behind what was last waited for. False if it never is.
+    /// Waits until `text` is shown after what was last waited for. False if it never is.
     bool sees(const std::string& text) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         for (;;) {
