@@ -3,6 +3,7 @@
 #include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/Digest.h"
 #include "ravikit/convert/Hash.h"
+#include "ravikit/convert/PageShapes.h"
 #include "ravikit/convert/Style.h"
 
 #include <algorithm>
@@ -178,6 +179,7 @@ void KnownElements::matchSource(const Declarations* known) {
             m_elements[i].source = id;
         }
     }
+    dissolveWrappers();
     choose();
     chooseAnchors();
 }
@@ -253,6 +255,45 @@ void KnownElements::findParents() {
             open.push_back(id);
         }
     }
+}
+
+bool KnownElements::holdsBlocksOnly(std::uint32_t pageNode) const {
+    for (std::uint32_t at = pageNode + 1; at < m_page[pageNode].next; at = m_page[at].next) {
+        const bool isRoom = m_page.attribute(at, roomAttribute) != nullptr;
+        const bool isBlank = m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty();
+        if (!isRoom && !isBlank && (!isBlockTag(m_page[at].tag) || m_page[at].tag == PageTag::Br)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// A block in which the same block stands, whole or changed, was pasted into.
+void KnownElements::dissolveWrappers() {
+    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+        const Tree::Id source = m_elements[i].source;
+        const Element kind = source == Tree::none ? Element::Unknown : m_outline->element(source);
+        if (kind != Element::Card && kind != Element::P && kind != Element::Pre) {
+            continue;
+        }
+        std::uint32_t above = i;
+        do {
+            above = m_elements[above].parent;
+        } while (m_elements[above].parent != above && m_elements[above].source != source);
+        KnownElement& outer = m_elements[above];
+        if (above != i && outer.source == source && outer.page != m_root &&
+            holdsBlocksOnly(outer.page)) {
+            outer.source = Tree::none;
+            m_byNode[outer.page] = none;
+            m_wrappers.push_back(outer.page);
+            for (std::uint32_t in = above + 1;
+                 in < m_elements.size() && m_elements[in].page < m_page[outer.page].next; ++in) {
+                m_elements[in].parent =
+                    m_elements[in].parent == above ? outer.parent : m_elements[in].parent;
+            }
+        }
+    }
+    std::sort(m_wrappers.begin(), m_wrappers.end());
 }
 
 /// Of those that name the same element of the source one is it and the others are copies. What is

@@ -4,6 +4,7 @@
 #include "ravikit/convert/Elements.h"
 #include "ravikit/convert/PageTree.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,6 +52,11 @@ public:
         const std::uint32_t number = m_byNode.empty() ? none : m_byNode[pageNode];
         return number == none ? nullptr : &m_elements[number];
     }
+    /// Whether `pageNode` is a block that a browser pasted its own copy, or itself, into: no more
+    /// than what is in it.
+    bool isWrapper(std::uint32_t pageNode) const {
+        return std::binary_search(m_wrappers.begin(), m_wrappers.end(), pageNode);
+    }
     std::uint32_t rootNode() const { return m_root; }
     Tree::Id anchor(std::uint32_t index) const { return m_anchors[index]; }
     Tree::Id parentOf(Tree::Id source) const { return m_parents[source]; }
@@ -60,6 +66,8 @@ private:
     void readMarks();
     void matchSource(const Declarations* known);
     void findParents();
+    bool holdsBlocksOnly(std::uint32_t pageNode) const;
+    void dissolveWrappers();
     void choose();
     void chooseInside(const std::vector<std::uint32_t>& whole);
     void chooseAnchors();
@@ -77,6 +85,7 @@ private:
     std::vector<std::uint32_t> m_begins; ///< of each known element, in the source
     std::vector<KnownElement> m_elements;
     std::vector<std::uint32_t> m_byNode;
+    std::vector<std::uint32_t> m_wrappers; ///< nodes of the page, in order
     std::vector<Tree::Id> m_parents;
     std::vector<Tree::Id> m_anchors;
 };

@@ -158,6 +158,10 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
     if (isRoom(node)) {
         return element.next;
     }
+    if (m_known.isWrapper(node)) {
+        m_open.push_back({.next = element.next});
+        return node + 1;
+    }
     if (element.tag == PageTag::Br) {
         m_items.push_back({.unit = breakAtom});
         return element.next;
@@ -180,19 +184,24 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
     return node + 1;
 }
 
-/// Whether `node` is there for the author's caret alone, and nobody typed in it.
+/// Whether `node` is there for the author's caret alone, and nobody typed in it; also a paragraph
+/// that a browser put around such a one.
 bool Merger::isRoom(std::uint32_t node) const {
-    if (m_page.attribute(node, roomAttribute) == nullptr) {
+    bool isRoom = m_page.attribute(node, roomAttribute) != nullptr;
+    if (!isRoom && m_page[node].tag != PageTag::P) {
         return false;
     }
     for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        const bool isInner =
+            m_page[at].tag == PageTag::Img && m_page.attribute(at, roomAttribute) != nullptr;
         const bool isFiller = m_page[at].tag == PageTag::Br ||
                               (m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty());
-        if (!isFiller) {
+        if (!isFiller && !isInner) {
             return false;
         }
+        isRoom = isRoom || isInner;
     }
-    return true;
+    return isRoom;
 }
 
 /// Enters a block that is one of the lines of its paragraph: what ends the line before is a break.

@@ -20,7 +20,6 @@ public:
 
     std::u16string merge();
 
-    /// What the page had that the deck has no place for; empty if nothing.
     /// What of the page is not in the deck; `what` is empty if there is nothing of the kind.
     struct Loss {
         std::u16string what;
@@ -46,6 +45,7 @@ private:
         std::uint32_t lastPart = 0;
         Gap gap = {};
         std::size_t usedAtoms = 0;
+        std::size_t copiedAtoms = 0; ///< up to where the source was copied last
         std::size_t usedUnseen = 0;
         std::size_t notedUnseen = 0; ///< of those, looked at for the task of a link
     };
@@ -131,6 +131,7 @@ private:
     void writeItems(const std::vector<SharedRun>& shared);
     void writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
                              const std::vector<SharedRun>& shared, std::size_t& next);
+    void leadLine(std::size_t item, std::size_t number, const std::vector<SharedRun>& shared);
     void writeLine(LineText& line);
     void addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
                          std::size_t nextAtom, LineText& line);
@@ -140,6 +141,7 @@ private:
     bool canCopy(std::size_t atom, std::size_t count) const;
     bool isSplitOff() const;
     std::size_t copyEnd(std::size_t begin, std::size_t end) const;
+    bool isJoined(std::size_t atom) const;
     void addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line);
     void noteTask();
     void writeTaskInside(std::size_t next);
@@ -173,6 +175,7 @@ private:
     std::vector<Range> m_ranges; ///< of the items that are words
     std::u16string m_words;      ///< with each blank as one space
     std::vector<List> m_lists;
+    bool m_isInLine = false;      ///< of what is written in a gap, something stands in this line
     std::uint32_t m_exact = 0;    ///< open elements of the source in which each blank counts
     std::uint32_t m_newExact = 0; ///< and such that only the page has
     std::u16string m_buffer;

@@ -49,7 +49,7 @@ GapPlace Merger::placeOfGap() const {
 void Merger::openGap() {
     Frame& frame = m_frames.back();
     frame.isGapOpen = true;
-    frame.usedAtoms = frame.usedUnseen = frame.notedUnseen = 0;
+    frame.usedAtoms = frame.copiedAtoms = frame.usedUnseen = frame.notedUnseen = 0;
     frame.gap.clear();
     if (frame.known == nullptr) {
         return;
@@ -74,8 +74,9 @@ void Merger::flush(bool isLast, bool beforeBlock) {
         openGap();
     }
     GapPlace place = placeOfGap();
-    place.edgeBefore = isFirst ? place.edgeBefore : m_frames.back().isAfterBlock;
-    place.edgeAfter = isLast ? place.edgeAfter : beforeBlock;
+    // In a place for elements only, what is inline makes a line of text.
+    place.edgeBefore = isFirst ? place.edgeBefore || place.noBlanks : m_frames.back().isAfterBlock;
+    place.edgeAfter = isLast ? place.edgeAfter || place.noBlanks : beforeBlock;
     m_frames.back().isAfterBlock = beforeBlock;
     dropFillers(place);
     normaliseItems(place);
@@ -91,7 +92,9 @@ void Merger::flush(bool isLast, bool beforeBlock) {
         // What a card begins with, such as a timer, stays before all.
         writeUnseen(0, false);
     }
+    m_isInLine = !place.edgeBefore;
     writeItems(shared);
+    m_isInLine = m_isInLine && !place.edgeAfter;
     m_items.clear();
     m_ranges.clear();
     m_words.clear();
@@ -170,11 +173,11 @@ void Merger::normaliseItems(const GapPlace& place) {
     const auto isEdge = [](const Item& item) {
         return item.kind == Item::Kind::Character ? item.unit == breakAtom : item.isBlock;
     };
-    const bool none =
-        place.noBlanks && std::none_of(m_items.begin(), m_items.end(), [&](const Item& item) {
-            return item.kind == Item::Kind::Character && !isBlankItem(item);
-        });
-    bool edge = place.edgeAfter || place.noBlanks;
+    const bool none = place.noBlanks && (place.edgeBefore || place.edgeAfter) &&
+                      std::none_of(m_items.begin(), m_items.end(), [&](const Item& item) {
+                          return item.kind == Item::Kind::Character && !isBlankItem(item);
+                      });
+    bool edge = place.edgeAfter;
     for (std::size_t i = m_items.size(); i-- > 0;) {
         if (isBlankItem(m_items[i])) {
             m_items[i].isDropped = edge || none;
@@ -184,7 +187,7 @@ void Merger::normaliseItems(const GapPlace& place) {
             edge = isEdge(m_items[i]);
         }
     }
-    edge = place.edgeBefore || place.noBlanks;
+    edge = place.edgeBefore;
     std::size_t kept = 0;
     for (const Item& item : m_items) {
         const bool blank = isBlankItem(item);

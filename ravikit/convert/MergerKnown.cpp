@@ -26,13 +26,18 @@ std::u16string collapsed(std::u16string_view text) {
 } // namespace
 
 std::uint32_t Merger::visitKnown(const KnownElement& known) {
+    const Element element = m_known.outline().element(known.source);
+    const bool isParagraph = element == Element::P || element == Element::Pre;
+    const bool isHollow = known.isCopy && m_page[known.page].next == known.page + 1;
+    if (isParagraph && (isHollow || isRoom(known.page))) {
+        return m_page[known.page].next; // a browser left it, with nothing to be seen
+    }
     flush(known.isAnchor, !known.isAnchor && isBlockSource(known.source));
     Frame& frame = m_frames.back();
     if (known.isAnchor) {
         frame.lastAnchor = known.source;
         ++frame.nextAnchor;
     }
-    const Element element = m_known.outline().element(known.source);
     // A changed copy of a box with text in it is what was split off it.
     const bool isReplaced = m_page[known.page].next == known.page + 1;
     const bool isWhole = isBox(element) && (!known.isCopy || isReplaced);
@@ -193,7 +198,8 @@ std::uint32_t Merger::captionOf(const KnownElement& known) const {
     const std::u16string_view name = shownAttribute(m_known.outline().element(known.source));
     for (std::uint32_t node = known.page + 1;
          !isLabelled && !name.empty() && node < m_page[known.page].next;
-         node = m_page[node].tag == PageTag::H2 ? node + 1 : m_page[node].next) {
+         node = m_page[node].tag == PageTag::H2 || m_known.isWrapper(node) ? node + 1
+                                                                           : m_page[node].next) {
         if (m_page[node].tag != PageTag::None && m_page.value(node, textAttribute) == name) {
             return node;
         }

@@ -32,8 +32,12 @@ void Merger::writeItems(const std::vector<SharedRun>& shared) {
             continue;
         }
         const Item item = m_items[i++];
+        m_isInLine = !item.isBlock && (m_isInLine || item.kind == Item::Kind::Words);
         switch (item.kind) {
         case Item::Kind::Enter:
+            if (!item.isBlock && !m_isInLine) {
+                leadLine(i, number, shared);
+            }
             openSoft(item.node);
             break;
         case Item::Kind::Leave:
@@ -50,6 +54,32 @@ void Merger::writeItems(const std::vector<SharedRun>& shared) {
         default:
             break;
         }
+    }
+}
+
+/// Writes what isn't seen before the first character of a line, the item from `item` on with this
+/// number, so that it stands before the formats around that character.
+void Merger::leadLine(std::size_t item, std::size_t number, const std::vector<SharedRun>& shared) {
+    while (item < m_items.size() && m_items[item].kind == Item::Kind::Enter &&
+           !m_items[item].isBlock) {
+        ++item;
+    }
+    const bool isText = item < m_items.size() && m_items[item].kind == Item::Kind::Character &&
+                        m_items[item].unit != breakAtom;
+    if (!isText || m_frames.back().known == nullptr || placeOfGap().noBlanks) {
+        return;
+    }
+    std::size_t atom = 0;
+    for (const SharedRun& run : shared) {
+        if (run.after > number) {
+            break;
+        }
+        atom = run.before + std::min(number - run.after, run.length);
+    }
+    if (canCopy(atom, 0)) {
+        LineText line;
+        addUnseenUpTo(atom, true, line);
+        writeLine(line);
     }
 }
 
@@ -93,12 +123,14 @@ void Merger::writeCharacterItems(std::size_t firstItem, std::size_t behind, std:
             addUnseenForNew(itemOf(at), itemOf(begin), atom, nextAtom, line);
             addNew(itemOf(at), itemOf(begin), line);
             at = begin;
+            m_isInLine = m_items[itemOf(at) - 1].unit != breakAtom;
             continue;
         }
         const SharedRun& run = shared[next];
         const std::size_t end = std::min(run.after + run.length, limit);
         addRun(itemOf(at), itemOf(end), run.before + (at - run.after), line);
         at = end;
+        m_isInLine = m_items[itemOf(at) - 1].unit != breakAtom;
     }
     writeLine(line);
 }
@@ -133,7 +165,8 @@ void Merger::addUnseenForNew(std::size_t firstItem, std::size_t behind, std::siz
                                                    ? m_items[firstItem - 1].unit == breakAtom
                                                    : m_items[firstItem - 1].isBlock);
     const bool endsInWord = isWordAt(nextAtom) && isWordUnit(m_items[behind - 1].unit);
-    if (isWordAt(atom) || (beginsLine && !atoms.empty()) || (endsInWord && nextAtom > atom)) {
+    if (isWordAt(atom) || (beginsLine && (!atoms.empty() || placeOfGap().edgeBefore)) ||
+        (endsInWord && nextAtom > atom)) {
         addUnseenUpTo(atom, true, line);
     }
     if (endsInWord && nextAtom > atom) {
@@ -150,6 +183,17 @@ bool Merger::canCopy(std::size_t atom, std::size_t count) const {
     const bool hasBreak = std::any_of(from, from + static_cast<std::ptrdiff_t>(count),
                                       [](const SourceAtom& one) { return one.unit == breakAtom; });
     return (!hasElement || ownsElements(true)) && (!hasBreak || m_writer.takesBreaks(isBare()));
+}
+
+/// Whether the source has a line break before `atom` that the page has no more, so that what comes
+/// there goes on the line of what was written before.
+bool Merger::isJoined(std::size_t atom) const {
+    const Frame& frame = m_frames.back();
+    const auto atoms = frame.gap.atoms.begin();
+    return m_isInLine &&
+           std::any_of(atoms + static_cast<std::ptrdiff_t>(std::min(frame.copiedAtoms, atom)),
+                       atoms + static_cast<std::ptrdiff_t>(atom),
+                       [](const SourceAtom& one) { return one.unit == breakAtom; });
 }
 
 /// Whether the element that the gap is in was split off another, which has what isn't seen.
@@ -200,6 +244,7 @@ void Merger::addRun(std::size_t firstItem, std::size_t behind, std::size_t atom,
             ++next; // those inside came along
         }
         begin = stop;
+        m_frames.back().copiedAtoms = stop;
     }
     addNew(firstItem + (end - atom), behind, line);
 }
@@ -247,10 +292,11 @@ void Merger::writeCharacters(std::u16string_view text, bool bare) {
 }
 
 /// Adds what isn't seen before `atom` and was not written yet; of blanks only those right before
-/// it, or before something else that comes along.
+/// it, or before something else that comes along. Where lines were joined a blank would show.
 void Merger::addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line) {
     Frame& frame = m_frames.back();
     const bool isSplit = isSplitOff();
+    const bool isJoined = this->isJoined(atom);
     const std::vector<Unseen>& unseen = frame.gap.unseen;
     std::size_t end = frame.usedUnseen;
     while (end < unseen.size() && unseen[end].before <= atom) {
@@ -267,7 +313,8 @@ void Merger::addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line
         if (one.isElement && !ownsElements(false)) {
             continue;
         }
-        const bool kept = one.isBlank ? one.before == atom || (leads && !isSplit) : !isSplit;
+        const bool kept =
+            one.isBlank ? !isJoined && (one.before == atom || (leads && !isSplit)) : !isSplit;
         if (kept) {
             line.copy(m_tree->text().substr(one.begin, one.end - one.begin), one.section,
                       one.endSection);

@@ -43,19 +43,20 @@ std::uint32_t cssSize(std::u16string_view value) {
     if (sameWord(value, u"medium")) {
         return NormalSize;
     }
-    // Of the sizes in numbers those count that no one can take for plain text.
+    // Of the sizes in numbers those count that no one can take for plain text: from 19 pixels on,
+    // which is what browsers make of `big`, and up to the 13 of `small`.
     const int number = leadingNumber(value);
     if (number < 0) {
         return 0;
     }
-    const int inPoints = holds(value, u"pt")   ? number
-                         : holds(value, u"px") ? number * 3 / 4
-                         : holds(value, u"%")  ? number * 12 / 100
-                                               : 12;
-    if (inPoints >= 15) {
+    const int quarterPoints = holds(value, u"pt")   ? number * 4
+                              : holds(value, u"px") ? number * 3
+                              : holds(value, u"%")  ? number * 48 / 100
+                                                    : 48;
+    if (quarterPoints >= 57) {
         return Larger;
     }
-    return inPoints > 0 && inPoints <= 9 ? Smaller : Plain;
+    return quarterPoints > 0 && quarterPoints <= 39 ? Smaller : Plain;
 }
 
 std::uint32_t propertyEffect(std::u16string_view name, std::u16string_view value) {

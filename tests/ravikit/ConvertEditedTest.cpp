@@ -381,10 +381,22 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
     const Case cases[] = {
         // The first line end of a pre is not the browser's.
         {u"<pre>\n a <i>b</i></pre>", u"\n\n a ", u"<b>\n a </b>",
-         u"<pre><b>\n a </b><i>b</i></pre>"},
+         u"<pre>\n<b> a </b><i>b</i></pre>"},
         // The normal size, in all that a size holds.
         {u"<p>a <big>b</big> c</p>", u">b</big>", u"><font size=\"3\">b</font></big>",
          u"<p>a b c</p>"},
+        {u"<p>a <big>b</big> c</p>", u"a ", u"<span style=\"font-size: 19.2px\">a</span> ",
+         u"<p><big>a</big> <big>b</big> c</p>"},
+        // A line break taken out: no blank of the source shows in its place.
+        {u"<p>\n  one<br/>\n  two</p>", u"one<br>\n  ", u"one", u"<p>\n  onetwo</p>"},
+        {u"<p><b>a</b><br/>\n  <i>b</i></p>", u"</b><br>\n  ", u"</b>", u"<p><b>a</b><i>b</i></p>"},
+        // A format at the begin of a line stands after what leads the line.
+        {u"<p>a<br/>\n  b c</p>", u"  b", u"  <b>b</b>", u"<p>a<br/>\n  <b>b</b> c</p>"},
+        // A copy of a paragraph that came with its room, or empty, or in itself.
+        {u"<p>a</p>", u"</p>",
+         u"</p><p data-mark=MARK></p><p data-mark=MARK><img data-room=\"\"></p>", u"<p>a</p>"},
+        {u"<pre>a</pre>", u"a</pre>", u"<p>b</p><pre data-mark=MARK>a</pre></pre>",
+         u"<p>b</p><pre>a</pre>"},
     };
     for (const Case& each : cases) {
         const std::u16string around = u"<wml><card>" + each.deck + u"</card></wml>";
@@ -392,8 +404,9 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
         std::u16string to = each.to;
         const std::size_t at = page.find(each.from);
         ASSERT_NE(at, page.npos) << toUtf8(page);
-        if (const std::size_t mark = to.find(u"MARK"); mark != to.npos) {
-            to.replace(mark, 4, page.substr(page.rfind(u"data-mark=", at) + 10, 16));
+        for (std::size_t mark = to.find(u"MARK"); mark != to.npos; mark = to.find(u"MARK")) {
+            const std::size_t quote = page.rfind(u"data-mark=", at) + 10;
+            to.replace(mark, 4, page.substr(quote, page.find(u'"', quote + 1) + 1 - quote));
         }
         page.replace(at, each.from.size(), to);
         EXPECT_EQ(toUtf8(markupOf(page)), toUtf8(u"<wml><card>" + each.changed + u"</card></wml>"))
