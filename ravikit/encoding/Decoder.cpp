@@ -18,12 +18,14 @@ struct Wider {
     const char* encoding;
 };
 constexpr std::array widerEncodings{
-    Wider{u"shift_jis", "CP932"},  Wider{u"shift-jis", "CP932"},      Wider{u"sjis", "CP932"},
-    Wider{u"x-sjis", "CP932"},     Wider{u"ms_kanji", "CP932"},       Wider{u"euc-jp", "EUC-JP-MS"},
-    Wider{u"x-euc-jp", "EUC-JP-MS"}, Wider{u"gb2312", "GB18030"},     Wider{u"gb_2312-80", "GB18030"},
-    Wider{u"gbk", "GB18030"},      Wider{u"x-gbk", "GB18030"},        Wider{u"euc-cn", "GB18030"},
-    Wider{u"euc-kr", "CP949"},     Wider{u"ks_c_5601-1987", "CP949"}, Wider{u"big5", "BIG5-HKSCS"},
-    Wider{u"x-x-big5", "BIG5-HKSCS"}};
+    Wider{u"shift_jis", "CP932"},    Wider{u"shift-jis", "CP932"},
+    Wider{u"sjis", "CP932"},         Wider{u"x-sjis", "CP932"},
+    Wider{u"ms_kanji", "CP932"},     Wider{u"euc-jp", "EUC-JP-MS"},
+    Wider{u"x-euc-jp", "EUC-JP-MS"}, Wider{u"gb2312", "GB18030"},
+    Wider{u"gb_2312-80", "GB18030"}, Wider{u"gbk", "GB18030"},
+    Wider{u"x-gbk", "GB18030"},      Wider{u"euc-cn", "GB18030"},
+    Wider{u"euc-kr", "CP949"},       Wider{u"ks_c_5601-1987", "CP949"},
+    Wider{u"big5", "BIG5-HKSCS"},    Wider{u"x-x-big5", "BIG5-HKSCS"}};
 
 /// The system's names for what `name` may mean, the best first.
 std::vector<std::string> meaningsOf(std::u16string_view name) {
