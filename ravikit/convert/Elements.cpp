@@ -300,12 +300,13 @@ void Outline::markIrregular() {
 
 /// The same of the choice around it, and of all that is open in that.
 void Outline::markChoiceIrregular() {
-    for (auto open = m_open.rbegin(); open != m_open.rend(); ++open) {
-        const bool isPart = open->element == Element::Option || open->element == Element::Optgroup;
-        if (!isPart && open->element != Element::Select) {
+    for (std::size_t i = m_open.size(); i-- > 0;) {
+        const Open& open = m_open[i];
+        const bool isPart = open.element == Element::Option || open.element == Element::Optgroup;
+        if (!isPart && open.element != Element::Select) {
             break;
         }
-        m_flags[open->id] |= Irregular;
+        m_flags[open.id] |= Irregular;
     }
 }
 

@@ -12,6 +12,9 @@ inline constexpr char32_t breakAtom = 0x110000; ///< a `br`
 inline constexpr char32_t removedAtom =
     0x110001; ///< where elements stood that the page has no more
 
+/// Where a paragraph begins that the page has joined to the one before it.
+inline constexpr char32_t jointAtom = 0x110002;
+
 /// Added to a blank of the page that counts as it is.
 inline constexpr char32_t exactBlank = 0x110010;
 

@@ -5,6 +5,7 @@
 #include "ravikit/convert/PageTree.h"
 
 #include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -57,7 +58,14 @@ public:
     bool isWrapper(std::uint32_t pageNode) const {
         return std::binary_search(m_wrappers.begin(), m_wrappers.end(), pageNode);
     }
+    const std::vector<KnownElement>& elements() const { return m_elements; }
     std::uint32_t rootNode() const { return m_root; }
+    /// The paragraphs directly after `paragraph` in the source that the page has no more, in order:
+    /// what is left of them was joined to it.
+    std::vector<Tree::Id> joinedTo(Tree::Id paragraph) const {
+        const auto joined = m_joined.find(paragraph);
+        return joined == m_joined.end() ? std::vector<Tree::Id>() : joined->second;
+    }
     Tree::Id anchor(std::uint32_t index) const { return m_anchors[index]; }
     Tree::Id parentOf(Tree::Id source) const { return m_parents[source]; }
 
@@ -69,6 +77,7 @@ private:
     bool holdsBlocksOnly(std::uint32_t pageNode) const;
     void dissolveWrappers();
     void choose();
+    void joinParagraphs();
     void chooseInside(const std::vector<std::uint32_t>& whole);
     void chooseAnchors();
     bool hasTextOutside() const;
@@ -86,6 +95,7 @@ private:
     std::vector<KnownElement> m_elements;
     std::vector<std::uint32_t> m_byNode;
     std::vector<std::uint32_t> m_wrappers; ///< nodes of the page, in order
+    std::map<Tree::Id, std::vector<Tree::Id>> m_joined;
     std::vector<Tree::Id> m_parents;
     std::vector<Tree::Id> m_anchors;
 };

@@ -36,7 +36,28 @@ Merger::Merger(const PageTree& page, const KnownElements& known)
     , m_known(known)
     , m_tree(known.tree())
     , m_writer(known.tree(), lineEndOf(known.tree()))
-    , m_lineEnd(lineEndOf(known.tree())) {}
+    , m_lineEnd(lineEndOf(known.tree())) {
+    countPieces();
+}
+
+void Merger::countPieces() {
+    for (const KnownElement& known : m_known.elements()) {
+        if (known.isCopy && !known.isUnchanged && known.source != Tree::none && !isHollow(known)) {
+            ++m_pieces[known.source].left;
+        }
+    }
+}
+
+void Merger::endPiece(const Frame& frame) {
+    if (frame.known == nullptr) {
+        return;
+    }
+    const auto pieces = m_pieces.find(frame.known->source);
+    if (pieces != m_pieces.end()) {
+        pieces->second.left -= frame.known->isCopy ? 1U : 0U;
+        pieces->second.cut = frame.copiedTo;
+    }
+}
 
 /// About as much as the deck will be: its source, or else what the page shows.
 std::size_t Merger::expectedUnits() const {
@@ -110,6 +131,7 @@ void Merger::closeUpTo(std::uint32_t node) {
         flush(true);
         const Frame frame = std::move(m_frames.back());
         m_frames.pop_back();
+        endPiece(frame);
         m_exact -= frame.exact ? 1 : 0;
         if (frame.isParagraph) {
             if (m_writer.paragraphsWritten() == frame.lastPart) {

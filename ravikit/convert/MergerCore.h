@@ -6,6 +6,7 @@
 #include "ravikit/convert/LineText.h"
 #include "ravikit/convert/TextDiff.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,8 +47,10 @@ private:
         Gap gap = {};
         std::size_t usedAtoms = 0;
         std::size_t copiedAtoms = 0; ///< up to where the source was copied last
+        std::uint32_t copiedTo = 0;  ///< and up to which offset
+        bool isEnding = false;       ///< nothing but what isn't seen is still to come
         std::size_t usedUnseen = 0;
-        std::size_t notedUnseen = 0; ///< of those, looked at for the task of a link
+        bool hasTask = false; ///< the task of a link was written that the writer has not heard of
     };
     /// An element of the page that the source doesn't know.
     struct Soft {
@@ -87,7 +90,16 @@ private:
         std::uint32_t count = 0;
     };
 
+    /// A paragraph of the source that stands in several pieces on the page.
+    struct Pieces {
+        std::uint32_t left = 0;      ///< copies that are still to come
+        std::uint32_t cut = noneYet; ///< where in the source the piece before ended
+    };
+    static constexpr std::uint32_t noneYet = 0xFFFFFFFF;
+
     // The walk.
+    void countPieces();
+    void endPiece(const Frame& frame);
     std::size_t expectedUnits() const;
     void closeUpTo(std::uint32_t node);
     std::uint32_t visitElement(std::uint32_t node);
@@ -120,6 +132,7 @@ private:
     /// `beforeBlock`: what follows is a block that the source has elsewhere.
     void flush(bool isLast, bool beforeBlock = false);
     void openGap();
+    void readPart(Tree::Id part, bool isFirst, bool isLast);
     bool ownsElements(bool amongText) const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
@@ -139,7 +152,8 @@ private:
     void addNew(std::size_t firstItem, std::size_t behind, LineText& line);
     void writeCharacters(std::u16string_view text, bool bare);
     bool canCopy(std::size_t atom, std::size_t count) const;
-    bool isSplitOff() const;
+    bool isHollow(const KnownElement& known) const;
+    bool belongsHere(const Unseen& one) const;
     std::size_t copyEnd(std::size_t begin, std::size_t end) const;
     bool isJoined(std::size_t atom) const;
     void addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line);
@@ -175,6 +189,7 @@ private:
     std::vector<Range> m_ranges; ///< of the items that are words
     std::u16string m_words;      ///< with each blank as one space
     std::vector<List> m_lists;
+    std::map<Tree::Id, Pieces> m_pieces; ///< of the paragraphs that have copies
     bool m_isInLine = false;      ///< of what is written in a gap, something stands in this line
     std::uint32_t m_exact = 0;    ///< open elements of the source in which each blank counts
     std::uint32_t m_newExact = 0; ///< and such that only the page has

@@ -49,20 +49,51 @@ GapPlace Merger::placeOfGap() const {
 void Merger::openGap() {
     Frame& frame = m_frames.back();
     frame.isGapOpen = true;
-    frame.usedAtoms = frame.copiedAtoms = frame.usedUnseen = frame.notedUnseen = 0;
+    frame.usedAtoms = frame.copiedAtoms = frame.usedUnseen = 0;
     frame.gap.clear();
     if (frame.known == nullptr) {
         return;
     }
-    const Tree& tree = *m_tree;
     const Tree::Id id = frame.known->source;
     if (m_known.outline().isFlat(id)) {
         return; // its elements are not on the page one by one
     }
-    const Tree::Id first =
-        frame.lastAnchor == Tree::none ? tree.firstContent(id) : tree[frame.lastAnchor].next;
-    const Tree::Id behind = endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : tree[id].next;
-    readGap(tree, m_known.outline(), first, behind, placeOfGap(), frame.gap);
+    std::vector<Tree::Id> parts{id};
+    const std::vector<Tree::Id> joined = m_known.joinedTo(id);
+    parts.insert(parts.end(), joined.begin(), joined.end());
+    const auto partOf = [&](Tree::Id anchor) {
+        const auto after = std::upper_bound(parts.begin(), parts.end(), anchor);
+        return static_cast<std::size_t>(after - parts.begin()) - 1;
+    };
+    const std::size_t first = frame.lastAnchor == Tree::none ? 0 : partOf(frame.lastAnchor);
+    const std::size_t last =
+        endsAtAnchor() ? partOf(m_known.anchor(frame.nextAnchor)) : parts.size() - 1;
+    for (std::size_t part = first; part <= last; ++part) {
+        readPart(parts[part], part == first, part == last);
+    }
+}
+
+/// Reads what of the gap stands in `part`, the element or a paragraph that was joined to it.
+void Merger::readPart(Tree::Id part, bool isFirst, bool isLast) {
+    Frame& frame = m_frames.back();
+    const Tree& tree = *m_tree;
+    GapPlace place = placeOfGap();
+    place.edgeBefore = place.edgeBefore || !isFirst;
+    place.edgeAfter = place.edgeAfter || !isLast;
+    const bool isFromAnchor = isFirst && frame.lastAnchor != Tree::none;
+    const Tree::Id first = isFromAnchor ? tree[frame.lastAnchor].next : tree.firstContent(part);
+    const Tree::Id behind =
+        isLast && endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : tree[part].next;
+    Gap gap;
+    readGap(tree, m_known.outline(), first, behind, place, gap);
+    if (!isFirst) {
+        frame.gap.atoms.push_back({jointAtom});
+    }
+    for (Unseen& one : gap.unseen) {
+        one.before += frame.gap.atoms.size();
+    }
+    frame.gap.atoms.insert(frame.gap.atoms.end(), gap.atoms.begin(), gap.atoms.end());
+    frame.gap.unseen.insert(frame.gap.unseen.end(), gap.unseen.begin(), gap.unseen.end());
 }
 
 void Merger::flush(bool isLast, bool beforeBlock) {
@@ -83,7 +114,7 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     const std::vector<SharedRun> shared = compare(isFirst, isLast);
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     const bool onlyUnseen = std::all_of(atoms.begin(), atoms.end(), [](const SourceAtom& atom) {
-        return atom.unit == removedAtom;
+        return atom.unit == removedAtom || atom.unit == jointAtom;
     });
     const bool isSomewhere = m_frames.back().known != nullptr;
     const bool isBegin = m_frames.back().lastAnchor == Tree::none;
@@ -100,6 +131,7 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     m_words.clear();
     if (isLast) {
         if (isSomewhere) {
+            m_frames.back().isEnding = !endsAtAnchor();
             writeUnseen(m_frames.back().gap.atoms.size(), true);
         }
         m_frames.back().isGapOpen = false;

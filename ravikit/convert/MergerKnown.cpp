@@ -25,17 +25,24 @@ std::u16string collapsed(std::u16string_view text) {
 
 } // namespace
 
-std::uint32_t Merger::visitKnown(const KnownElement& known) {
+/// Whether `known` is a paragraph that a browser left with nothing in it to be seen.
+bool Merger::isHollow(const KnownElement& known) const {
     const Element element = m_known.outline().element(known.source);
     const bool isParagraph = element == Element::P || element == Element::Pre;
-    const bool isHollow = known.isCopy && m_page[known.page].next == known.page + 1;
-    if (isParagraph && (isHollow || isRoom(known.page))) {
-        return m_page[known.page].next; // a browser left it, with nothing to be seen
+    const bool isEmptyCopy = known.isCopy && m_page[known.page].next == known.page + 1;
+    return isParagraph && (isEmptyCopy || isRoom(known.page));
+}
+
+std::uint32_t Merger::visitKnown(const KnownElement& known) {
+    const Element element = m_known.outline().element(known.source);
+    if (isHollow(known)) {
+        return m_page[known.page].next;
     }
     flush(known.isAnchor, !known.isAnchor && isBlockSource(known.source));
     Frame& frame = m_frames.back();
     if (known.isAnchor) {
         frame.lastAnchor = known.source;
+        frame.copiedTo = (*m_tree)[known.source].end;
         ++frame.nextAnchor;
     }
     // A changed copy of a box with text in it is what was split off it.
@@ -89,6 +96,7 @@ bool Merger::writeBox(const KnownElement& known) {
 void Merger::enterKnown(const KnownElement& known) {
     const Element element = m_known.outline().element(known.source);
     Frame frame{.known = &known, .nextAnchor = known.firstAnchor};
+    frame.copiedTo = m_tree->startTagEnd(known.source);
     frame.exact = element == Element::Pre;
     frame.hasBlockLines = element == Element::P && m_page[known.page].tag == PageTag::P &&
                           alignOfLines(known.page).has_value();

@@ -1,6 +1,7 @@
 #include "ravikit/convert/MergerCore.h"
 
 #include <algorithm>
+#include <utility>
 
 /// Writing what the page has in a gap: what agrees with the source as the source has it, the rest
 /// again.
@@ -192,22 +193,45 @@ bool Merger::isJoined(std::size_t atom) const {
     const auto atoms = frame.gap.atoms.begin();
     return m_isInLine &&
            std::any_of(atoms + static_cast<std::ptrdiff_t>(std::min(frame.copiedAtoms, atom)),
-                       atoms + static_cast<std::ptrdiff_t>(atom),
-                       [](const SourceAtom& one) { return one.unit == breakAtom; });
+                       atoms + static_cast<std::ptrdiff_t>(atom), [](const SourceAtom& one) {
+                           return one.unit == breakAtom || one.unit == jointAtom;
+                       });
 }
 
-/// Whether the element that the gap is in was split off another, which has what isn't seen.
-bool Merger::isSplitOff() const {
-    const KnownElement* const known = m_frames.back().known;
-    return known != nullptr && known->isCopy && !known->isUnchanged;
+/// Whether what isn't seen goes with the piece of its paragraph that is being written: of several
+/// the one that has the words before it, and the last has all that is left.
+bool Merger::belongsHere(const Unseen& one) const {
+    const Frame& frame = m_frames.back();
+    if (frame.known == nullptr || frame.known->isUnchanged) {
+        return true;
+    }
+    // A paragraph of which no word is left went with all that it held.
+    const auto atoms = frame.gap.atoms.begin();
+    const bool isGone = frame.isEnding && one.before > frame.copiedAtoms &&
+                        std::any_of(atoms + static_cast<std::ptrdiff_t>(frame.copiedAtoms),
+                                    atoms + static_cast<std::ptrdiff_t>(one.before),
+                                    [](const SourceAtom& atom) { return atom.unit == jointAtom; });
+    if (isGone) {
+        return false;
+    }
+    const auto pieces = m_pieces.find(frame.known->source);
+    if (pieces == m_pieces.end()) {
+        return !frame.known->isCopy;
+    }
+    const bool isAfterCut = !frame.known->isCopy || one.begin >= pieces->second.cut;
+    const bool isLastPiece = pieces->second.left == (frame.known->isCopy ? 1U : 0U);
+    return isAfterCut && (isLastPiece || !frame.isEnding || one.begin <= frame.copiedTo);
 }
 
 /// Up to where, at most `end`, the source of the atoms from `begin` on can be copied in one piece.
 std::size_t Merger::copyEnd(std::size_t begin, std::size_t end) const {
     const Frame& frame = m_frames.back();
-    for (std::size_t i = frame.usedUnseen; isSplitOff() && i < frame.gap.unseen.size(); ++i) {
+    for (std::size_t i = frame.usedUnseen; i < frame.gap.unseen.size(); ++i) {
         const Unseen& one = frame.gap.unseen[i];
-        if (!one.isBlank && one.before > begin) {
+        if (one.before >= end) {
+            break;
+        }
+        if (!one.isBlank && one.before > begin && !belongsHere(one)) {
             return std::min(one.before, end);
         }
     }
@@ -240,11 +264,12 @@ void Merger::addRun(std::size_t firstItem, std::size_t behind, std::size_t atom,
                   last.endSection);
         std::size_t& next = m_frames.back().usedUnseen;
         const std::vector<Unseen>& unseen = m_frames.back().gap.unseen;
-        while (next < unseen.size() && unseen[next].before < stop) {
-            ++next; // those inside came along
+        for (; next < unseen.size() && unseen[next].before < stop; ++next) {
+            m_frames.back().hasTask |= unseen[next].isElement; // those inside came along
         }
         begin = stop;
         m_frames.back().copiedAtoms = stop;
+        m_frames.back().copiedTo = last.end;
     }
     addNew(firstItem + (end - atom), behind, line);
 }
@@ -295,7 +320,6 @@ void Merger::writeCharacters(std::u16string_view text, bool bare) {
 /// it, or before something else that comes along. Where lines were joined a blank would show.
 void Merger::addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line) {
     Frame& frame = m_frames.back();
-    const bool isSplit = isSplitOff();
     const bool isJoined = this->isJoined(atom);
     const std::vector<Unseen>& unseen = frame.gap.unseen;
     std::size_t end = frame.usedUnseen;
@@ -314,7 +338,12 @@ void Merger::addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line
             continue;
         }
         const bool kept =
-            one.isBlank ? !isJoined && (one.before == atom || (leads && !isSplit)) : !isSplit;
+            one.isBlank ? !isJoined && (one.before == atom || (leads && belongsHere(unseen[next])))
+                        : belongsHere(one);
+        frame.hasTask = frame.hasTask || (kept && one.isElement);
+        if (kept && !one.isBlank) {
+            frame.copiedTo = std::max(frame.copiedTo, one.end);
+        }
         if (kept) {
             line.copy(m_tree->text().substr(one.begin, one.end - one.begin), one.section,
                       one.endSection);
@@ -337,11 +366,8 @@ void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
 
 /// Lets the writer know if what was written last brought the task of a link with it.
 void Merger::noteTask() {
-    Frame& frame = m_frames.back();
-    for (; frame.notedUnseen < frame.usedUnseen; ++frame.notedUnseen) {
-        if (frame.gap.unseen[frame.notedUnseen].isElement) {
-            m_writer.noteTask();
-        }
+    if (std::exchange(m_frames.back().hasTask, false)) {
+        m_writer.noteTask();
     }
 }
 

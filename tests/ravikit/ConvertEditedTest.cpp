@@ -392,6 +392,9 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
         {u"<p><b>a</b><br/>\n  <i>b</i></p>", u"</b><br>\n  ", u"</b>", u"<p><b>a</b><i>b</i></p>"},
         // A format at the begin of a line stands after what leads the line.
         {u"<p>a<br/>\n  b c</p>", u"  b", u"  <b>b</b>", u"<p>a<br/>\n  <b>b</b> c</p>"},
+        // What isn't seen goes with the words before it when a paragraph is split.
+        {u"<p>a<!--1--> b<!--2--> c</p>", u"a b c", u"a</p><p data-mark=MARK>b c",
+         u"<p>a<!--1--></p><p>b<!--2--> c</p>"},
         // A copy of a paragraph that came with its room, or empty, or in itself.
         {u"<p>a</p>", u"</p>",
          u"</p><p data-mark=MARK></p><p data-mark=MARK><img data-room=\"\"></p>", u"<p>a</p>"},
@@ -412,6 +415,22 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
         EXPECT_EQ(toUtf8(markupOf(page)), toUtf8(u"<wml><card>" + each.changed + u"</card></wml>"))
             << toUtf8(page);
     }
+}
+
+/// A paragraph joined to the one before keeps its letters and what isn't seen in it; one that went
+/// takes it along.
+TEST(ConvertEdited, JoinedParagraphs) {
+    const std::u16string first = u"<wml><card><p>a <i>c</i><!--1--></p>";
+    const std::u16string deck = first + u"\n  <p>\n    8&#xB0;<!--2--> <b>d</b> e</p></card></wml>";
+    const std::u16string page = plainOf(deck);
+    const std::size_t end = page.find(u"</p><p");
+    std::u16string joined = page;
+    joined.erase(end, page.find(u'8', page.find(u'>', end + 5)) - end);
+    EXPECT_EQ(toUtf8(markupOf(joined)),
+              "<wml><card><p>a <i>c</i><!--1-->8&#xB0;<!--2--> <b>d</b> e</p></card></wml>");
+    std::u16string shorter = page;
+    shorter.erase(end, page.find(u"</p>", end + 1) - end).insert(end, u"f");
+    EXPECT_EQ(toUtf8(markupOf(shorter)), "<wml><card><p>a <i>c</i><!--1-->f</p></card></wml>");
 }
 
 } // namespace
