@@ -2,14 +2,14 @@
 
 #include "bench/Measure.h"
 
-#include "platform/HeadlessBrowser.h"
-#include "platform/HeadlessRichText.h"
-#include "platform/TextCodec.h"
+#include "platform/controls/HeadlessBrowser.h"
+#include "platform/controls/HeadlessRichText.h"
+#include "platform/files/TextCodec.h"
 #include "platform/page/HeadlessPage.h"
-#include "ravikit/Parser.h"
 #include "ravikit/component/DtdCache.h"
 #include "ravikit/component/Objects.h"
 #include "ravikit/convert/Convert.h"
+#include "ravikit/xml/Parser.h"
 #include "tessaly.h"
 
 #include <algorithm>

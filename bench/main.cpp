@@ -10,9 +10,9 @@
 #include "bench/Peers.h"
 #include "bench/Results.h"
 
-#include "ravikit/Parser.h"
 #include "ravikit/component/DomObjects.h"
 #include "ravikit/component/Objects.h"
+#include "ravikit/xml/Parser.h"
 #include "tessaly.h"
 
 #include <benchmark/benchmark.h>

@@ -3,8 +3,8 @@
 //
 //   fuzz_wellformed -dict=fuzz/xml.dict CORPUS fuzz/corpus/deck
 
-#include "ravikit/Chars.h"
-#include "ravikit/Parser.h"
+#include "ravikit/text/Chars.h"
+#include "ravikit/xml/Parser.h"
 #include "tests/ravikit/LibXml.h"
 #include "tests/ravikit/Tiling.h"
 #include "tests/support/Iconv.h"

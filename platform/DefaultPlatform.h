@@ -1,8 +1,8 @@
 #pragma once
 
 #include "external/Platform.h"
-#include "platform/MessageLoop.h"
-#include "platform/TerminalDialogs.h"
+#include "platform/controls/MessageLoop.h"
+#include "platform/terminal/TerminalDialogs.h"
 
 #include <memory>
 

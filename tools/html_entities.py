@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Writes ravikit/HtmlEntities.h: the entities of HTML 4 that authors of decks know, and their
+"""Writes ravikit/xml/HtmlEntities.h: the entities of HTML 4 that authors of decks know, and their
 characters, from Python's html.entities."""
 
 import html.entities
 import pathlib
 
-OUT = pathlib.Path(__file__).resolve().parent.parent / "ravikit/HtmlEntities.h"
+OUT = pathlib.Path(__file__).resolve().parent.parent / "ravikit/xml/HtmlEntities.h"
 
 HEAD = """#pragma once
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/cli/Session.h"
+#include "apps/cli/session/Session.h"
 
 #include <string>
 #include <vector>

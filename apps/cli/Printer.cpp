@@ -1,7 +1,7 @@
 #include "apps/cli/Printer.h"
 
-#include "platform/TerminalText.h"
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
+#include "platform/terminal/TerminalText.h"
 
 #include <algorithm>
 #include <ostream>

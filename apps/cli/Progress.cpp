@@ -1,6 +1,6 @@
 #include "apps/cli/Progress.h"
 
-#include "platform/TerminalText.h"
+#include "platform/terminal/TerminalText.h"
 
 #include <unistd.h>
 

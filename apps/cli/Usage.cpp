@@ -1,9 +1,9 @@
 #include "apps/cli/Usage.h"
 
-#include "apps/cli/Session.h"
+#include "apps/cli/session/Session.h"
 
-#include "platform/TextCodec.h"
-#include "ravikit/NearMiss.h"
+#include "platform/files/TextCodec.h"
+#include "ravikit/text/NearMiss.h"
 
 #include <sys/ioctl.h>
 #include <unistd.h>

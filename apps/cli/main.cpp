@@ -1,8 +1,8 @@
 #include "apps/cli/Commands.h"
 #include "apps/cli/Interrupt.h"
 #include "apps/cli/ProjectOptions.h"
-#include "apps/cli/Registration.h"
 #include "apps/cli/Usage.h"
+#include "apps/cli/commands/Registration.h"
 
 #include <unistd.h>
 

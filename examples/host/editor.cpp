@@ -1,9 +1,9 @@
 // One editor for all decks of a project: it edits a deck in the plain view and another one in the
 // markup view, and saves both. A host with a screen lends its own controls in the same way.
 
-#include "platform/HeadlessBrowser.h"
-#include "platform/HeadlessRichText.h"
-#include "platform/PathName.h"
+#include "platform/controls/HeadlessBrowser.h"
+#include "platform/controls/HeadlessRichText.h"
+#include "platform/files/PathName.h"
 #include "platform/page/HeadlessPage.h"
 #include "tessaly.h"
 

@@ -1,10 +1,10 @@
 #include "platform/page/HeadlessPage.h"
 
-#include "platform/page/FindText.h"
 #include "platform/page/PageElement.h"
-#include "platform/page/PageParser.h"
-#include "platform/page/PageSelection.h"
-#include "platform/page/StyleCommand.h"
+#include "platform/page/dom/FindText.h"
+#include "platform/page/dom/PageParser.h"
+#include "platform/page/editing/PageSelection.h"
+#include "platform/page/editing/StyleCommand.h"
 #include "util/Failure.h"
 #include "util/LetterCase.h"
 

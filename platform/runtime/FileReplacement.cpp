@@ -1,7 +1,7 @@
 #include "platform/runtime/FileReplacement.h"
 
-#include "platform/FileErrors.h"
-#include "platform/FolderSearch.h"
+#include "platform/files/FileErrors.h"
+#include "platform/files/FolderSearch.h"
 #include "util/Attempt.h"
 
 #include <sys/stat.h>

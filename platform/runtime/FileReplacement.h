@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/FileHandle.h"
+#include "platform/files/FileHandle.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "platform/runtime/FolderLock.h"
 
-#include "platform/FileErrors.h"
+#include "platform/files/FileErrors.h"
 
 #include <fcntl.h>
 #include <sys/file.h>

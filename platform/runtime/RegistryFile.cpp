@@ -1,7 +1,7 @@
 #include "platform/runtime/RegistryFile.h"
 
-#include "platform/FileErrors.h"
-#include "platform/FileHandle.h"
+#include "platform/files/FileErrors.h"
+#include "platform/files/FileHandle.h"
 #include "platform/runtime/FileReplacement.h"
 #include "platform/runtime/RuntimeFailure.h"
 #include "util/Attempt.h"

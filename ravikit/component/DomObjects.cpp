@@ -1,9 +1,9 @@
 #include "ravikit/component/DomObjects.h"
 
-#include "ravikit/LocationPath.h"
-#include "ravikit/Parser.h"
-#include "ravikit/Standalone.h"
 #include "ravikit/component/Objects.h"
+#include "ravikit/path/LocationPath.h"
+#include "ravikit/xml/Parser.h"
+#include "ravikit/xml/Standalone.h"
 #include "util/Failure.h"
 
 #include <map>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "external/FileSystemObject.h"
-#include "ravikit/Dtd.h"
+#include "ravikit/validity/Dtd.h"
 
 #include <memory>
 #include <string>

@@ -1,9 +1,9 @@
-#include "ravikit/DeckText.h"
 #include "ravikit/component/DomObjects.h"
 #include "ravikit/component/DtdCache.h"
 #include "ravikit/component/Kinds.h"
 #include "ravikit/component/Objects.h"
 #include "ravikit/component/RememberedTree.h"
+#include "ravikit/deck/DeckText.h"
 
 #include <utility>
 

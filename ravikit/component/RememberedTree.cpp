@@ -1,6 +1,6 @@
 #include "ravikit/component/RememberedTree.h"
 
-#include "ravikit/Parser.h"
+#include "ravikit/xml/Parser.h"
 #include "util/Lasting.h"
 
 #include <cstring>

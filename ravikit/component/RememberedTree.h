@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ravikit/Dtd.h"
-#include "ravikit/Tree.h"
+#include "ravikit/validity/Dtd.h"
+#include "ravikit/xml/Tree.h"
 
 #include <memory>
 #include <string>

@@ -1,10 +1,10 @@
 #include "ravikit/convert/Convert.h"
 
-#include "ravikit/Parser.h"
-#include "ravikit/Wording.h"
 #include "ravikit/convert/Merger.h"
-#include "ravikit/convert/PageTree.h"
-#include "ravikit/convert/PageWriter.h"
+#include "ravikit/convert/page/PageWriter.h"
+#include "ravikit/html/PageTree.h"
+#include "ravikit/text/Wording.h"
+#include "ravikit/xml/Parser.h"
 
 #include <algorithm>
 

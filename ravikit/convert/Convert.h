@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ravikit/Declarations.h"
-#include "ravikit/Problem.h"
-#include "ravikit/Tree.h"
+#include "ravikit/text/Problem.h"
+#include "ravikit/xml/Tree.h"
+#include "ravikit/xml/declarations/Declarations.h"
 
 #include <optional>
 #include <string>

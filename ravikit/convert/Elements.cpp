@@ -1,6 +1,6 @@
 #include "ravikit/convert/Elements.h"
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 #include <array>

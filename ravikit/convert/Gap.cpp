@@ -1,6 +1,6 @@
 #include "ravikit/convert/Gap.h"
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 
 namespace ravikit {
 

@@ -1,10 +1,10 @@
 #include "ravikit/convert/KnownElements.h"
 
-#include "ravikit/convert/Carrier.h"
-#include "ravikit/convert/Digest.h"
-#include "ravikit/convert/Hash.h"
-#include "ravikit/convert/PageShapes.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/convert/page/Digest.h"
+#include "ravikit/convert/page/Hash.h"
+#include "ravikit/convert/page/PageShapes.h"
+#include "ravikit/html/Style.h"
 
 #include <algorithm>
 #include <utility>

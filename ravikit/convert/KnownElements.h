@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ravikit/Parser.h"
 #include "ravikit/convert/Elements.h"
-#include "ravikit/convert/PageTree.h"
+#include "ravikit/html/PageTree.h"
+#include "ravikit/xml/Parser.h"
 
 #include <algorithm>
 #include <map>

@@ -1,10 +1,10 @@
 #include "ravikit/convert/Merger.h"
 
-#include "ravikit/Chars.h"
-#include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/MergerCore.h"
-#include "ravikit/convert/PageShapes.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/convert/page/PageShapes.h"
+#include "ravikit/html/Style.h"
+#include "ravikit/text/Chars.h"
 
 namespace ravikit {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "ravikit/convert/DeckWriter.h"
 #include "ravikit/convert/Gap.h"
 #include "ravikit/convert/KnownElements.h"
-#include "ravikit/convert/LineText.h"
 #include "ravikit/convert/TextDiff.h"
+#include "ravikit/convert/writing/DeckWriter.h"
+#include "ravikit/convert/writing/LineText.h"
 
 #include <map>
 #include <optional>

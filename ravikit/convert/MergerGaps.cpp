@@ -1,5 +1,5 @@
-#include "ravikit/Chars.h"
 #include "ravikit/convert/MergerCore.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
-#include "ravikit/Chars.h"
-#include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/MergerCore.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/html/Style.h"
+#include "ravikit/text/Chars.h"
 
 namespace ravikit {
 

@@ -1,6 +1,6 @@
-#include "ravikit/Chars.h"
 #include "ravikit/convert/MergerCore.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/html/Style.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 

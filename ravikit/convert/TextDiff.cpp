@@ -1,7 +1,7 @@
 #include "ravikit/convert/TextDiff.h"
 
-#include "ravikit/Chars.h"
 #include "ravikit/convert/Gap.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 #include <cstdint>

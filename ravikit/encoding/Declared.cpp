@@ -1,8 +1,8 @@
 #include "ravikit/encoding/Declared.h"
 
-#include "ravikit/Chars.h"
 #include "ravikit/encoding/RawBytes.h"
 #include "ravikit/encoding/SystemDecoder.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 #include <array>

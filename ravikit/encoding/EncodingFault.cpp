@@ -1,11 +1,11 @@
 #include "ravikit/encoding/EncodingFault.h"
 
-#include "ravikit/Lines.h"
-#include "ravikit/Wording.h"
 #include "ravikit/encoding/Declared.h"
 #include "ravikit/encoding/Decoder.h"
 #include "ravikit/encoding/RawBytes.h"
 #include "ravikit/encoding/SystemDecoder.h"
+#include "ravikit/text/Lines.h"
+#include "ravikit/text/Wording.h"
 
 #include <algorithm>
 #include <string>

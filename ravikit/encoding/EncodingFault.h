@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Problem.h"
+#include "ravikit/text/Problem.h"
 
 #include <optional>
 #include <string_view>

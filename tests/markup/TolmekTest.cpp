@@ -1,5 +1,5 @@
-#include "ravikit/Problem.h"
 #include "ravikit/component/Objects.h"
+#include "ravikit/text/Problem.h"
 #include "support/Test.h"
 
 namespace {

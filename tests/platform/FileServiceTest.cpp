@@ -1,6 +1,6 @@
-#include "platform/Drives.h"
-#include "platform/FolderSearch.h"
-#include "platform/PosixFileSystem.h"
+#include "platform/files/Drives.h"
+#include "platform/files/FolderSearch.h"
+#include "platform/files/PosixFileSystem.h"
 #include "support/Test.h"
 #include "tests/platform/TempFolder.h"
 

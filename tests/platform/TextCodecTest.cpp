@@ -1,5 +1,5 @@
-#include "platform/TextCodec.h"
-#include "platform/FileText.h"
+#include "platform/files/TextCodec.h"
+#include "platform/files/FileText.h"
 #include "support/Test.h"
 #include "tests/support/Iconv.h"
 

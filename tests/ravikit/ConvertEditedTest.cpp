@@ -1,8 +1,8 @@
 #include "ravikit/ConvertSupport.h"
 #include "support/Test.h"
 
-#include "ravikit/Chars.h"
 #include "ravikit/WmlDtd.h"
+#include "ravikit/text/Chars.h"
 
 /// A page that was changed in one place: the deck changes there and nowhere else, and stays valid.
 namespace {

@@ -1,8 +1,8 @@
 #include "ravikit/ConvertSupport.h"
 #include "support/Test.h"
 
-#include "ravikit/LocationPath.h"
 #include "ravikit/WmlDtd.h"
+#include "ravikit/path/LocationPath.h"
 
 /// The decks beside this file are the test of all that reads decks: they must go on to hold every
 /// element and attribute of WML, and what real decks do that a simple reader gets wrong.

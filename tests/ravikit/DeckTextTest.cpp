@@ -1,8 +1,8 @@
 // Decks on their way in and out.
 
-#include "ravikit/DeckText.h"
+#include "ravikit/deck/DeckText.h"
 #include "ravikit/Pages.h"
-#include "ravikit/Parser.h"
+#include "ravikit/xml/Parser.h"
 #include "support/Test.h"
 
 namespace {

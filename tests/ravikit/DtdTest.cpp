@@ -1,8 +1,8 @@
 // Content models as tables, and the files that ship beside the command.
 
-#include "ravikit/Dtd.h"
-#include "ravikit/Parser.h"
+#include "ravikit/validity/Dtd.h"
 #include "ravikit/WmlDtd.h"
+#include "ravikit/xml/Parser.h"
 #include "support/File.h"
 #include "support/Test.h"
 

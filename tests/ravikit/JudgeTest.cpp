@@ -1,9 +1,9 @@
 // Judging by the WML DTD: what is told of a fault, what is not told twice, and libxml2's verdict on
 // the same decks.
 
-#include "ravikit/Dtd.h"
-#include "ravikit/Parser.h"
 #include "ravikit/WmlDtd.h"
+#include "ravikit/validity/Dtd.h"
+#include "ravikit/xml/Parser.h"
 #include "support/Test.h"
 #include "tests/ravikit/DeckGenerator.h"
 #include "tests/ravikit/LibXmlValidity.h"

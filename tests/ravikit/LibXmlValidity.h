@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ravikit/Parser.h"
 #include "ravikit/WmlDtd.h"
+#include "ravikit/xml/Parser.h"
 #include "tests/ravikit/LibXml.h"
 
 #include <libxml/valid.h>

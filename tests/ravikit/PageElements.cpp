@@ -1,6 +1,6 @@
 #include "ravikit/PageElements.h"
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 #include "support/Iconv.h"
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "ravikit/Pages.h"
 
-#include "ravikit/Chars.h"
-#include "ravikit/Parser.h"
 #include "ravikit/WmlDtd.h"
 #include "ravikit/convert/Convert.h"
+#include "ravikit/text/Chars.h"
+#include "ravikit/xml/Parser.h"
 
 #include <map>
 #include <stdexcept>

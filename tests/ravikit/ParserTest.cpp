@@ -1,9 +1,9 @@
 // What the parser makes of broken text: one good problem for one mistake, at its place, and a tree
 // that still holds all of the text.
 
-#include "ravikit/Parser.h"
-#include "ravikit/Declarations.h"
-#include "ravikit/Lines.h"
+#include "ravikit/xml/Parser.h"
+#include "ravikit/text/Lines.h"
+#include "ravikit/xml/declarations/Declarations.h"
 #include "support/Test.h"
 #include "tests/ravikit/Tiling.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Dtd.h"
+#include "ravikit/validity/Dtd.h"
 
 /// The library's own DTD, compiled once.
 inline const std::shared_ptr<const ravikit::Dtd>& wmlDtd() {
