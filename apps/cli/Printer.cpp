@@ -3,7 +3,10 @@
 #include "platform/files/TextCodec.h"
 #include "platform/terminal/TerminalText.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <ostream>
 
 namespace cli {
@@ -44,6 +47,12 @@ std::size_t cells(std::u16string_view text) {
 }
 
 } // namespace
+
+bool isSmartTerminal(int descriptor) {
+    const char* const kind = std::getenv("TERM");
+    const std::string_view name = kind == nullptr ? "" : kind;
+    return isatty(descriptor) == 1 && !name.empty() && name != "dumb";
+}
 
 std::string utf8(std::u16string_view text) {
     return tessaly::encodeUtf8(text);

@@ -34,6 +34,9 @@ private:
     bool m_colours;
 };
 
+/// Whether `descriptor` is a terminal that obeys control sequences, by what `TERM` says.
+bool isSmartTerminal(int descriptor);
+
 /// UTF-8 for printing.
 std::string utf8(std::u16string_view text);
 

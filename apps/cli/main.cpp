@@ -33,16 +33,12 @@ struct Options {
     bool views = false;
 };
 
-bool wantsColours(const std::string& color, bool terminal) {
+bool wantsColours(const std::string& color) {
     if (color != "auto") {
         return color == "always";
     }
-    const auto set = [](const char* name) {
-        const char* const value = std::getenv(name);
-        return std::string(value == nullptr ? "" : value);
-    };
-    const std::string kind = set("TERM");
-    return terminal && set("NO_COLOR").empty() && !kind.empty() && kind != "dumb";
+    const char* const noColor = std::getenv("NO_COLOR");
+    return cli::isSmartTerminal(STDOUT_FILENO) && (noColor == nullptr || *noColor == '\0');
 }
 
 CardForm formOf(const std::string& name) {
@@ -142,7 +138,7 @@ int run(int argc, char** argv) {
         return cli::printHelp(app, options.topic);
     }
     const bool terminal = isatty(STDOUT_FILENO) == 1;
-    const bool colours = wantsColours(options.color, terminal);
+    const bool colours = wantsColours(options.color);
     const cli::Printer printer(std::cout, terminal || options.color == "always", colours);
     ExitStatus status = ExitStatus::Fine;
     if (const auto changed = runProjectCommand(printer)) {

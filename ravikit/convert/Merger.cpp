@@ -55,7 +55,8 @@ void Merger::endPiece(const Frame& frame) {
     const auto pieces = m_pieces.find(frame.known->source);
     if (pieces != m_pieces.end()) {
         pieces->second.left -= frame.known->isCopy ? 1U : 0U;
-        pieces->second.cut = frame.copiedTo;
+        pieces->second.cut =
+            frame.known->isCopy ? std::max(pieces->second.cut, frame.copiedTo) : frame.copiedTo;
     }
 }
 

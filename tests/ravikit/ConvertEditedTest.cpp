@@ -393,8 +393,9 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
         // A format at the begin of a line stands after what leads the line.
         {u"<p>a<br/>\n  b c</p>", u"  b", u"  <b>b</b>", u"<p>a<br/>\n  <b>b</b> c</p>"},
         // What isn't seen goes with the words before it when a paragraph is split.
-        {u"<p>a<!--1--> b<!--2--> c</p>", u"a b c", u"a</p><p data-mark=MARK>b c",
-         u"<p>a<!--1--></p><p>b<!--2--> c</p>"},
+        {u"<p>a<!--1--> b<!--2--> c</p>", u"a b c",
+         u"a</p><p data-mark=MARK><br></p><p data-mark=MARK>b c",
+         u"<p>a<!--1--></p><p></p><p>b<!--2--> c</p>"},
         // A copy of a paragraph that came with its room, or empty, or in itself.
         {u"<p>a</p>", u"</p>",
          u"</p><p data-mark=MARK></p><p data-mark=MARK><img data-room=\"\"></p>", u"<p>a</p>"},
