@@ -262,6 +262,9 @@ bool Merger::isPart(std::uint32_t node) {
         m_known.outline().element(frame.known->source) != Element::P) {
         return false;
     }
+    if ((pageEffects(m_page, node) & AlignBits) != frame.align) {
+        return false;
+    }
     std::uint32_t number = 0;
     for (const char16_t c : part->value.substr(0, 9)) {
         number = c >= u'0' && c <= u'9' ? number * 10 + (c - u'0') : number;

@@ -44,6 +44,7 @@ private:
         bool hasBlockLines = false; ///< a browser wrote each of its lines as a block
         std::uint32_t linesEntered = 0;
         std::uint32_t lastPart = 0;
+        std::uint32_t align = 0; ///< of a paragraph, as the page shows it
         Gap gap = {};
         std::size_t usedAtoms = 0;
         std::size_t copiedAtoms = 0; ///< up to where the source was copied last
@@ -117,7 +118,7 @@ private:
     bool writeWhole(const KnownElement& known);
     bool writeBox(const KnownElement& known);
     void enterKnown(const KnownElement& known);
-    AttributeChanges alignChange(const KnownElement& known) const;
+    AttributeChanges alignChange(const KnownElement& known, std::uint32_t align) const;
     AttributeChanges captionChange(const KnownElement& known, std::uint32_t caption) const;
     std::uint32_t captionOf(const KnownElement& known) const;
     std::optional<std::uint32_t> alignOfLines(std::uint32_t paragraph) const;

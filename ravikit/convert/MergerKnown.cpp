@@ -98,12 +98,13 @@ void Merger::enterKnown(const KnownElement& known) {
     Frame frame{.known = &known, .nextAnchor = known.firstAnchor};
     frame.copiedTo = m_tree->startTagEnd(known.source);
     frame.exact = element == Element::Pre;
+    frame.align = element == Element::P ? alignOnPage(known) : 0;
     frame.hasBlockLines = element == Element::P && m_page[known.page].tag == PageTag::P &&
                           alignOfLines(known.page).has_value();
     frame.caption = captionOf(known);
     frame.isCaptioned = m_page[known.page].tag == PageTag::Optgroup;
-    AttributeChanges changes =
-        element == Element::P ? alignChange(known) : captionChange(known, frame.caption);
+    AttributeChanges changes = element == Element::P ? alignChange(known, frame.align)
+                                                     : captionChange(known, frame.caption);
     Opening opening{.element = element,
                     .source = known.source,
                     .isCopy = known.isCopy,
@@ -169,8 +170,8 @@ bool Merger::holdsBlock(std::uint32_t node) const {
     return false;
 }
 
-/// The alignment that the page shows of a paragraph, from its parts if it is in several: the first
-/// that differs from the source's is the one that the author chose.
+/// The alignment that the page shows of a paragraph. One in several parts has that of all of them,
+/// or else keeps its own: the parts that differ become paragraphs of their own.
 std::uint32_t Merger::alignOnPage(const KnownElement& known) const {
     if (m_page[known.page].tag == PageTag::P) {
         const auto lines = alignOfLines(known.page);
@@ -178,22 +179,23 @@ std::uint32_t Merger::alignOnPage(const KnownElement& known) const {
     }
     const Tree::Id attribute = m_tree->attribute(known.source, u"align");
     const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));
+    std::optional<std::uint32_t> common;
     for (std::uint32_t node = known.page + 1; node < m_page[known.page].next;
          node = m_page[node].next) {
         if (m_page[node].tag == PageTag::P && m_page.attribute(node, partAttribute) != nullptr) {
             const std::uint32_t align = pageEffects(m_page, node) & AlignBits;
-            if (align != own) {
-                return align;
+            if (common.value_or(align) != align) {
+                return own;
             }
+            common = align;
         }
     }
-    return own;
+    return common.value_or(own);
 }
 
-AttributeChanges Merger::alignChange(const KnownElement& known) const {
+AttributeChanges Merger::alignChange(const KnownElement& known, std::uint32_t align) const {
     const Tree::Id attribute = m_tree->attribute(known.source, u"align");
     const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));
-    const std::uint32_t align = alignOnPage(known);
     if (align == own) {
         return {};
     }

@@ -396,6 +396,10 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
         {u"<p>a<!--1--> b<!--2--> c</p>", u"a b c",
          u"a</p><p data-mark=MARK><br></p><p data-mark=MARK>b c",
          u"<p>a<!--1--></p><p></p><p>b<!--2--> c</p>"},
+        // A part of a paragraph that is aligned in its own way.
+        {u"<p>a<fieldset>f</fieldset>b</p>", u"<p data-part=\"2\"",
+         u"<p data-part=\"2\" align=\"right\"",
+         u"<p>a<fieldset>f</fieldset></p><p align=\"right\">b</p>"},
         // A copy of a paragraph that came with its room, or empty, or in itself.
         {u"<p>a</p>", u"</p>",
          u"</p><p data-mark=MARK></p><p data-mark=MARK><img data-room=\"\"></p>", u"<p>a</p>"},
