@@ -8,7 +8,6 @@
 namespace {
 
 using ravikit::exportDeck;
-using ravikit::importDeck;
 using namespace std::string_literals;
 
 const std::u16string declaration = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>";

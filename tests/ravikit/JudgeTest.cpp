@@ -16,7 +16,7 @@ using Lines = std::vector<std::string>;
 
 /// What stands against `deck`, each as the piece of the deck, a colon and the reason.
 Lines told(const std::u16string& deck) {
-    const auto dtd = wmlDtd();
+    const auto& dtd = wmlDtd();
     const auto tree = ravikit::parse(deck, &dtd->declarations());
     Problems problems = tree->problems();
     dtd->judge(*tree, problems);
