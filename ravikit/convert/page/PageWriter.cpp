@@ -314,7 +314,8 @@ private:
     }
 
     /// What an author can click into where there is nothing.
-    void fillEmpty(const Frame& frame) {
+    void fillEmpty() {
+        const Frame& frame = m_open.back(); // until a part is opened
         if (frame.isCard && !frame.hasContent) {
             m_page += emptyRoom;
             m_digest.open(PageTag::P, 0);
@@ -407,8 +408,8 @@ private:
     }
 
     void close() {
+        fillEmpty();
         const Frame& frame = m_open.back();
-        fillEmpty(frame);
         if (frame.hasBody) {
             m_digest.close();
             m_page += u"</tbody>";
