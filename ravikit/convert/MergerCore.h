@@ -62,6 +62,7 @@ private:
         std::u16string_view label = {}; ///< of a group of options: text, if it comes to nothing
     };
     struct Open {
+        std::uint32_t node = 0;
         std::uint32_t next = 0;
         bool isFrame = false;
         bool isSoft = false;
@@ -120,6 +121,7 @@ private:
     bool writeWhole(const KnownElement& known);
     bool writeBox(const KnownElement& known);
     void enterKnown(const KnownElement& known);
+    void alignCard(const KnownElement& known);
     AttributeChanges alignChange(const KnownElement& known, std::uint32_t align) const;
     AttributeChanges captionChange(const KnownElement& known, std::uint32_t caption) const;
     std::uint32_t captionOf(const KnownElement& known) const;
@@ -139,7 +141,8 @@ private:
     bool ownsElements(bool amongText) const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
-    void dropFillers(const GapPlace& place);
+    bool endsBlock() const;
+    void dropFillers(const GapPlace& place, bool isAtEnd);
     void normaliseItems(const GapPlace& place);
     std::vector<SharedRun> compare(bool isFirst, bool isLast) const;
     bool trimEnd(const Item& words, bool isAtEdge);
