@@ -119,8 +119,8 @@ void Merger::closeUpTo(std::uint32_t node) {
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
         m_newExact -= open.isExact ? 1U : 0U;
-        if (open.isLine && m_items.size() > 1 && m_items.back().unit == breakAtom &&
-            m_items[m_items.size() - 2].unit != breakAtom) {
+        if (open.isLine && !m_items.empty() && m_items.back().unit == breakAtom &&
+            !m_items.back().isBegin) {
             m_items.pop_back(); // it lets a caret be there, and ends no line
         }
         if (open.isPart) {
@@ -242,7 +242,7 @@ bool Merger::enterLine(std::uint32_t node) {
         return false;
     }
     if (m_frames.back().linesEntered++ > 0) {
-        m_items.push_back({.unit = breakAtom});
+        m_items.push_back({.isBegin = true, .unit = breakAtom});
     }
     m_open.push_back({.node = node, .next = m_page[node].next, .isLine = true});
     return true;

@@ -79,7 +79,7 @@ private:
         Kind kind = Kind::Character;
         bool isBlock = false;
         bool isDropped = false; ///< a blank that doesn't count
-        bool isBegin = false;   ///< of an edge: a line begins
+        bool isBegin = false;   ///< of an edge or a break: a line of the page begins
         char32_t unit = 0;      ///< as in SourceAtom
         std::uint32_t node = 0; ///< of Enter; of Words, the number of their range
     };
@@ -151,6 +151,10 @@ private:
     void writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
                              const std::vector<SharedRun>& shared, std::size_t& next);
     void leadLine(std::size_t item, std::size_t number, const std::vector<SharedRun>& shared);
+    std::size_t joinedTo(const std::vector<SharedRun>& shared, std::size_t run, std::size_t number,
+                         std::size_t firstItem, std::size_t limit) const;
+    bool hasTrivia(std::size_t first, std::size_t last) const;
+    std::size_t wordBegin(std::size_t first, std::size_t end) const;
     void writeLine(LineText& line);
     void addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
                          std::size_t nextAtom, LineText& line);
