@@ -1,0 +1,144 @@
+"""The classes of edits: where each is made, what is done, and what may change in the source.
+
+`tags` names the elements whose tags may come and go: "b" both, "+p" only come, "-p" only go,
+"card@title" a start tag that changes in this attribute alone, "*" any. `text` says what the page's
+text must be afterwards: "typed", what was selected replaced by what was typed; "same"; "moved", the
+same characters elsewhere; "any".
+"""
+
+from dataclasses import dataclass
+
+
+@dataclass(frozen=True)
+class Edit:
+    name: str
+    place: str
+    steps: tuple
+    tags: str = ""
+    text: str = "typed"
+    removes: bool = False  # what is selected may hold things that are not seen
+    copies: bool = False
+
+    @property
+    def typed(self):
+        return [step[1:] for step in self.steps if step.startswith("=")]
+
+
+FORMATS = "b i u em strong big small"
+ALIGNED = "p@align br +p"
+LINKS = "+a +anchor +go +prev +refresh +setvar +postfield +noop"
+
+TYPING = [
+    Edit("type-middle", "wordMiddle", ("=Zq",)),
+    Edit("type-word-start", "wordStart", ("=Zq",)),
+    Edit("type-word-end", "wordEnd", ("=Zq",)),
+    Edit("type-words", "wordEnd", ("= Zq wy",)),
+    Edit("type-line-start", "lineStart", ("=Zq",)),
+    Edit("type-line-start-words", "lineStart", ("=Zq ",)),
+    Edit("type-line-end", "lineEnd", ("=Zq",)),
+    Edit("type-line-end-words", "lineEnd", ("= Zq wy",)),
+    Edit("type-before-inline", "beforeInline", ("=Zq",)),
+    Edit("type-after-inline", "afterInline", ("=Zq",)),
+    Edit("type-in-link", "linkMiddle", ("=Zq",)),
+    Edit("type-in-cell", "cellMiddle", ("=Zq",)),
+    Edit("type-in-pre", "preMiddle", ("=Zq",)),
+    Edit("type-in-title", "titleMiddle", ("=Zq",), "card@title table@title fieldset@title"),
+    Edit("type-in-label", "labelMiddle", ("=Zq",), "do@label"),
+    Edit("type-in-empty-paragraph", "emptyParagraph", ("=Zq",), "p"),
+    Edit("type-in-empty-card", "emptyCard", ("=Zq",), "card +p"),
+    Edit("type-signs", "wordEnd", ("= Zq<&>\"'ж€",)),
+    Edit("type-by-mouse", "word", ("Click", "=Zq"), text="any"),
+    Edit("two-words", "firstOfWords", ("=Zq", "@lastOfWords", "=Wk"), text="any"),
+    Edit("replace-word", "word", ("DoubleClick", "=Zq")),
+    Edit("replace-word-dragged", "word", ("Drag", "=Zq")),
+    Edit("replace-line", "line", ("=Zq",), "*", removes=True),
+]
+
+DELETING = [
+    Edit("backspace-letter", "wordEnd", ("Backspace",), text="any"),
+    Edit("delete-letter", "wordStart", ("Delete",), text="any"),
+    Edit("backspace-word", "wordEnd", ("Ctrl+Backspace",), text="any"),
+    Edit("delete-word", "word", ("Delete",)),
+    Edit("delete-format", "format", ("Delete",), "-b -i -u -em -strong -big -small", removes=True),
+    Edit("delete-link", "link", ("Delete",), "*", removes=True),
+    Edit("delete-field", "field", ("Delete",), "*", text="any", removes=True),
+    Edit("backspace-field", "afterField", ("Backspace",), "*", text="any", removes=True),
+    Edit("delete-cell", "cell", ("Delete",), "*", removes=True),
+    Edit("delete-pre-word", "preWord", ("Delete",)),
+    Edit("delete-paragraph", "paragraph", ("Delete",), "*", removes=True),
+    Edit("delete-first-paragraph", "firstParagraph", ("Delete", "Backspace"), "*", text="any", removes=True),
+    Edit("delete-title", "title", ("Delete",), "card@title table@title fieldset@title"),
+    Edit("retype-title", "title", ("=Zq",), "card@title table@title fieldset@title"),
+    Edit("delete-label", "label", ("Delete",), "do@label", text="any"),
+    Edit("retype-label", "label", ("=Zq",), "do@label"),
+    Edit("delete-lines", "twoLines", ("Delete",), "*", removes=True),
+    Edit("delete-paragraphs", "twoParagraphs", ("Delete",), "*", removes=True),
+    Edit("delete-cards", "twoCards", ("Delete",), "*", text="any", removes=True),
+    Edit("delete-all-type", "body", ("Ctrl+A", "=Zq"), "*", text="any", removes=True),
+]
+
+STRUCTURE = [
+    Edit("backspace-join", "join", ("Backspace",), "-p +br", text="same"),
+    Edit("delete-join", "joinAhead", ("Delete",), "-p +br", text="same"),
+    Edit("backspace-after-box", "afterBox", ("Backspace",), "-p card@title do@label", text="any"),
+    Edit("delete-before-box", "beforeBox", ("Delete",), "-p *", text="any", removes=True),
+    Edit("backspace-break", "afterBreak", ("Backspace",), "-br", text="same"),
+    Edit("enter-middle", "wordMiddle", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
+    Edit("enter-start", "lineStart", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
+    Edit("enter-end-type", "paragraphEnd", ("Enter", "=Zq"), f"+p +br {FORMATS} {LINKS}"),
+    Edit("enter-twice-type", "paragraphEnd", ("Enter", "Enter", "=Zq"), f"+p +br {FORMATS} {LINKS}"),
+    Edit("enter-in-title", "titleMiddle", ("Enter",), "card@title table@title fieldset@title +p", text="same"),
+    Edit("enter-in-label", "labelMiddle", ("Enter",), "do@label", text="same"),
+    Edit("enter-in-cell", "cellMiddle", ("Enter", "=Zq"), f"+br {FORMATS} {LINKS}"),
+    Edit("enter-in-pre", "preMiddle", ("Enter",), "+br", text="same"),
+    Edit("enter-in-link", "linkMiddle", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
+    Edit("break-middle", "wordMiddle", ("Shift+Enter",), "+br", text="same"),
+    Edit("break-end-type", "lineEnd", ("Shift+Enter", "=Zq"), "+br"),
+]
+
+FORMATTING = [
+    Edit("bold-word", "word", ("Ctrl+B",), "b +a +anchor", text="same"),
+    Edit("italic-word", "word", ("Ctrl+I",), "i +a +anchor", text="same"),
+    Edit("underline-word", "word", ("Ctrl+U",), "u +a +anchor", text="same"),
+    Edit("bold-twice", "word", ("Ctrl+B", "Ctrl+B"), "", text="same"),
+    Edit("bold-part-of-bold", "formatPart", ("Ctrl+B",), "b strong", text="same"),
+    Edit("bold-part-of-link", "linkPart", ("Ctrl+B",), f"b {LINKS}", text="same"),
+    Edit("bold-link", "link", ("Ctrl+B",), "b", text="same"),
+    Edit("bold-line", "line", ("Ctrl+B",), f"b strong {LINKS}", text="same"),
+    Edit("bold-paragraphs", "twoParagraphs", ("Ctrl+B",), f"b strong {LINKS}", text="same"),
+    Edit("bold-cell", "cellWord", ("Ctrl+B",), f"b {LINKS}", text="same"),
+    Edit("bold-then-type", "wordEnd", ("Ctrl+B", "=Zq"), "b strong"),
+    Edit("big-word", "word", ("#const t = getSelection().toString(); document.execCommand("
+                              "'insertHTML', false, `<big>${t}</big>`)",), f"big {FORMATS} {LINKS}", text="same"),
+    Edit("normal-font", "format", ("!fontSize 3",), FORMATS, text="same"),
+    Edit("remove-format", "format", ("!removeFormat",), FORMATS, text="same"),
+    Edit("all-bold", "body", ("Ctrl+A", "Ctrl+B"), f"b strong {LINKS}", text="same"),
+]
+
+ALIGN = "#let p = getSelection().anchorNode; p = (p.closest ? p : p.parentNode).closest('p');" \
+        " if (p) p.setAttribute('align', 'right')"
+ALIGNING = [
+    Edit("align-by-attribute", "paragraph", (ALIGN,), "p@align", text="same"),
+    Edit("center-one-line", "oneLine", ("!justifyCenter",), "p@align", text="same"),
+    Edit("center-several-lines", "severalLines", ("!justifyCenter",), ALIGNED, text="same"),
+    Edit("right-several-lines", "severalLines", ("!justifyRight",), ALIGNED, text="same"),
+    Edit("center-line-of-several", "line", ("!justifyCenter",), "p br", text="same"),
+    Edit("center-paragraphs", "twoParagraphs", ("!justifyCenter",), ALIGNED, text="same"),
+    Edit("center-and-left", "oneLine", ("!justifyCenter", "!justifyLeft"), "p@align", text="same"),
+]
+
+CLIPBOARD = [
+    Edit("cut-paste-paragraph", "paragraph", ("Ctrl+X", "Ctrl+V"), f"p {FORMATS} {LINKS}", text="same"),
+    Edit("move-paragraph", "paragraph", ("Ctrl+X", "@lastParagraphEnd", "Ctrl+V"), "*", text="moved", removes=True),
+    Edit("cut-paste-word", "word", ("Ctrl+X", "Ctrl+V"), text="same"),
+    Edit("copy-paste-word", "word", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), f"+p {FORMATS} {LINKS}", text="any", copies=True),
+    Edit("copy-paste-link", "link", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), f"+p {FORMATS} {LINKS}", text="any", copies=True),
+    Edit("cut-paste-link", "link", ("Ctrl+X", "Ctrl+V"), "", text="same"),
+    Edit("cut-paste-field", "field", ("Ctrl+X", "Ctrl+V"), "", text="same"),
+    Edit("copy-paste-field", "field", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), "*", text="any", copies=True),
+    Edit("paste-lines", "wordEnd", ("!insertText  Zq\nWk",), "+p +br", text="any"),
+    Edit("paste-html", "wordEnd", ("!insertHTML <b>Zq</b> <i>wy</i>",), "+b +i", text="any"),
+    Edit("copy-paste-all", "body", ("Ctrl+A", "Ctrl+C", "Ctrl+V"), "", text="same"),
+]
+
+EDITS = [*TYPING, *DELETING, *STRUCTURE, *FORMATTING, *ALIGNING, *CLIPBOARD]
