@@ -2,7 +2,6 @@
 
 import pathlib
 import tempfile
-import urllib.parse
 
 from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
@@ -12,7 +11,18 @@ from selenium.webdriver.common.keys import Keys
 ARGUMENTS = ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
              "--disable-background-networking", "--disable-component-update", "--disable-sync",
              "--disable-dev-shm-usage", "--window-size=1200,1000"]
-EMPTY = "<!DOCTYPE html><meta charset=utf-8><body contenteditable></body>"
+# Each edit gets a frame of its own: what was done in the last one cannot be undone there.
+NEW_FRAME = """
+document.body.style.margin = 0;
+document.body.replaceChildren(document.createElement('iframe'));
+const frame = document.body.firstChild;
+frame.style = 'border:0;width:100%;height:960px';
+const page = frame.contentDocument;
+page.open();
+page.write('<!DOCTYPE html><meta charset=utf-8><body contenteditable></body>');
+page.close();
+frame.contentWindow.eval(arguments[0]);
+"""
 SCRIPT = pathlib.Path(__file__).with_name("page.js").read_text(encoding="utf-8")
 KEYS = {"Ctrl": Keys.CONTROL, "Shift": Keys.SHIFT, "Enter": Keys.ENTER, "Home": Keys.HOME,
         "End": Keys.END, "Backspace": Keys.BACKSPACE, "Delete": Keys.DELETE, "Left": Keys.LEFT,
@@ -33,32 +43,32 @@ class Browser:
             options.add_argument(argument)
         self.driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
         self.selected = None
+        self.driver.get("data:text/html;charset=utf-8,<!DOCTYPE html>")
 
     def close(self):
         self.driver.quit()
         self.folder.cleanup()
 
     def ask(self, script, *arguments):
-        return self.driver.execute_script(f"return {script}", *arguments)
+        """What an expression gives in the page."""
+        return self.driver.execute_script(f"with (frames[0]) return {script}", *arguments)
 
-    def renew(self):
-        """A document without the undo steps of the last one."""
-        self.driver.get("data:text/html;charset=utf-8," + urllib.parse.quote(EMPTY))
-        self.driver.execute_script(SCRIPT)
+    def open(self, html):
+        """Shows a page in a new document, without the undo steps of the last one. What it shows, and
+        its HTML as the browser writes it."""
+        return self.driver.execute_script(NEW_FRAME + "return frame.contentWindow.suite.open(arguments[1])",
+                                          SCRIPT, html)
 
-    def load(self, html):
-        return self.ask("suite.load(arguments[0])", html)
-
-    def show(self, html=None):
-        """What the page shows, or what `html` would show in its place."""
-        return self.ask("suite.show(false)") if html is None else self.load(html)
-
-    def html(self):
-        return self.ask("suite.html()")
+    def state(self):
+        """What the page shows, its HTML, and how many inputs there were since it was opened."""
+        return self.ask("suite.state()")
 
     def select(self, place, index):
         self.selected = self.ask("suite.select(arguments[0], arguments[1])", place, index)
         return self.selected
+
+    def count(self, place):
+        return self.ask("suite.count(arguments[0])", place)
 
     def play(self, step, index):
         if step.startswith("="):
@@ -69,7 +79,7 @@ class Browser:
             name, _, value = step[1:].partition(" ")
             self.ask("document.execCommand(arguments[0], false, arguments[1])", name, value)
         elif step.startswith("#"):
-            self.driver.execute_script(step[1:])
+            self.ask("eval(arguments[0])", step[1:])
         elif step in ("Click", "DoubleClick", "Drag"):
             self.point(step)
         else:
@@ -100,11 +110,12 @@ class Browser:
                 pointer.click()
         chain.perform()
 
-    def undo(self, original):
-        """The page after as many undo keys as there were inputs; `original` ends it earlier."""
-        steps = min(self.ask("suite.inputs"), MOST_UNDONE)
-        for _ in range(steps):
+    def undo(self, original, inputs):
+        """The HTML after as many undo keys as there were inputs; `original` ends it earlier."""
+        html = None
+        for _ in range(min(inputs, MOST_UNDONE)):
             self.press("Ctrl+Z")
-            if self.html() == original:
+            html = self.ask("suite.html()")
+            if html == original:
                 break
-        return self.html()
+        return html

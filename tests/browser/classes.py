@@ -17,14 +17,18 @@ class Edit:
     tags: str = ""
     text: str = "typed"
     removes: bool = False  # what is selected may hold things that are not seen
-    copies: bool = False
+    copies: bool = False   # what was selected is there twice
+    loose: str = ""
 
     @property
     def typed(self):
-        return [step[1:] for step in self.steps if step.startswith("=")]
+        """What must be in the result once."""
+        return [step[1:] for step in self.steps if step.startswith("=") and self.text != "same"]
 
 
 FORMATS = "b i u em strong big small"
+NO_FORMATS = "-b -i -u -em -strong -big -small"
+CAPTIONS = "card@title table@title fieldset@title"
 ALIGNED = "p@align br +p"
 LINKS = "+a +anchor +go +prev +refresh +setvar +postfield +noop"
 
@@ -42,53 +46,54 @@ TYPING = [
     Edit("type-in-link", "linkMiddle", ("=Zq",)),
     Edit("type-in-cell", "cellMiddle", ("=Zq",)),
     Edit("type-in-pre", "preMiddle", ("=Zq",)),
-    Edit("type-in-title", "titleMiddle", ("=Zq",), "card@title table@title fieldset@title"),
+    Edit("type-in-title", "titleMiddle", ("=Zq",), CAPTIONS),
     Edit("type-in-label", "labelMiddle", ("=Zq",), "do@label"),
     Edit("type-in-empty-paragraph", "emptyParagraph", ("=Zq",), "p"),
     Edit("type-in-empty-card", "emptyCard", ("=Zq",), "card +p"),
     Edit("type-signs", "wordEnd", ("= Zq<&>\"'ж€",)),
     Edit("type-by-mouse", "word", ("Click", "=Zq"), text="any"),
+    Edit("type-and-erase", "wordMiddle", ("=Z", "Backspace"), text="same"),
     Edit("two-words", "firstOfWords", ("=Zq", "@lastOfWords", "=Wk"), text="any"),
-    Edit("replace-word", "word", ("DoubleClick", "=Zq")),
-    Edit("replace-word-dragged", "word", ("Drag", "=Zq")),
-    Edit("replace-line", "line", ("=Zq",), "*", removes=True),
+    Edit("replace-word", "word", ("DoubleClick", "=Zq"), FORMATS),
+    Edit("replace-word-dragged", "word", ("Drag", "=Zq"), FORMATS),
+    Edit("replace-line", "line", ("=Zq",), "-*", removes=True),
 ]
 
 DELETING = [
     Edit("backspace-letter", "wordEnd", ("Backspace",), text="any"),
     Edit("delete-letter", "wordStart", ("Delete",), text="any"),
-    Edit("backspace-word", "wordEnd", ("Ctrl+Backspace",), text="any"),
-    Edit("delete-word", "word", ("Delete",)),
-    Edit("delete-format", "format", ("Delete",), "-b -i -u -em -strong -big -small", removes=True),
-    Edit("delete-link", "link", ("Delete",), "*", removes=True),
-    Edit("delete-field", "field", ("Delete",), "*", text="any", removes=True),
-    Edit("backspace-field", "afterField", ("Backspace",), "*", text="any", removes=True),
-    Edit("delete-cell", "cell", ("Delete",), "*", removes=True),
+    Edit("backspace-word", "wordEnd", ("Ctrl+Backspace",), f"{NO_FORMATS} -a -anchor", text="any", removes=True),
+    Edit("delete-word", "word", ("Delete",), f"{NO_FORMATS} -a -anchor", removes=True),
+    Edit("delete-format", "format", ("Delete",), "-*", removes=True),
+    Edit("delete-link", "link", ("Delete",), "-*", removes=True),
+    Edit("delete-field", "field", ("Delete",), "-*", text="any", removes=True),
+    Edit("backspace-field", "afterField", ("Backspace",), "-*", text="any", removes=True),
+    Edit("delete-cell", "cell", ("Delete",), "-*", removes=True),
     Edit("delete-pre-word", "preWord", ("Delete",)),
-    Edit("delete-paragraph", "paragraph", ("Delete",), "*", removes=True),
-    Edit("delete-first-paragraph", "firstParagraph", ("Delete", "Backspace"), "*", text="any", removes=True),
-    Edit("delete-title", "title", ("Delete",), "card@title table@title fieldset@title"),
-    Edit("retype-title", "title", ("=Zq",), "card@title table@title fieldset@title"),
-    Edit("delete-label", "label", ("Delete",), "do@label", text="any"),
+    Edit("delete-paragraph", "paragraph", ("Delete",), "-*", removes=True),
+    Edit("delete-first-paragraph", "firstParagraph", ("Delete", "Backspace"), f"-* {CAPTIONS}", text="any", removes=True),
+    Edit("delete-title", "title", ("Delete",), CAPTIONS),
+    Edit("retype-title", "title", ("=Zq",), CAPTIONS),
+    Edit("delete-label", "label", ("Delete",), "do@label", text="any", loose="label"),
     Edit("retype-label", "label", ("=Zq",), "do@label"),
-    Edit("delete-lines", "twoLines", ("Delete",), "*", removes=True),
-    Edit("delete-paragraphs", "twoParagraphs", ("Delete",), "*", removes=True),
-    Edit("delete-cards", "twoCards", ("Delete",), "*", text="any", removes=True),
+    Edit("delete-lines", "twoLines", ("Delete",), "-*", removes=True),
+    Edit("delete-paragraphs", "twoParagraphs", ("Delete",), "-*", removes=True),
+    Edit("delete-cards", "twoCards", ("Delete",), "-*", text="any", removes=True),
     Edit("delete-all-type", "body", ("Ctrl+A", "=Zq"), "*", text="any", removes=True),
 ]
 
 STRUCTURE = [
     Edit("backspace-join", "join", ("Backspace",), "-p +br", text="same"),
     Edit("delete-join", "joinAhead", ("Delete",), "-p +br", text="same"),
-    Edit("backspace-after-box", "afterBox", ("Backspace",), "-p card@title do@label", text="any"),
-    Edit("delete-before-box", "beforeBox", ("Delete",), "-p *", text="any", removes=True),
+    Edit("backspace-after-box", "afterBox", ("Backspace",), f"-* {CAPTIONS} do@label", text="any", removes=True),
+    Edit("delete-before-box", "beforeBox", ("Delete",), "-*", text="any", removes=True),
     Edit("backspace-break", "afterBreak", ("Backspace",), "-br", text="same"),
     Edit("enter-middle", "wordMiddle", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
     Edit("enter-start", "lineStart", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
     Edit("enter-end-type", "paragraphEnd", ("Enter", "=Zq"), f"+p +br {FORMATS} {LINKS}"),
     Edit("enter-twice-type", "paragraphEnd", ("Enter", "Enter", "=Zq"), f"+p +br {FORMATS} {LINKS}"),
-    Edit("enter-in-title", "titleMiddle", ("Enter",), "card@title table@title fieldset@title +p", text="same"),
-    Edit("enter-in-label", "labelMiddle", ("Enter",), "do@label", text="same"),
+    Edit("enter-in-title", "titleMiddle", ("Enter",), CAPTIONS, text="same", loose="title"),
+    Edit("enter-in-label", "labelMiddle", ("Enter",), "do@label", text="same", loose="label"),
     Edit("enter-in-cell", "cellMiddle", ("Enter", "=Zq"), f"+br {FORMATS} {LINKS}"),
     Edit("enter-in-pre", "preMiddle", ("Enter",), "+br", text="same"),
     Edit("enter-in-link", "linkMiddle", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
@@ -97,10 +102,10 @@ STRUCTURE = [
 ]
 
 FORMATTING = [
-    Edit("bold-word", "word", ("Ctrl+B",), "b +a +anchor", text="same"),
-    Edit("italic-word", "word", ("Ctrl+I",), "i +a +anchor", text="same"),
-    Edit("underline-word", "word", ("Ctrl+U",), "u +a +anchor", text="same"),
-    Edit("bold-twice", "word", ("Ctrl+B", "Ctrl+B"), "", text="same"),
+    Edit("bold-word", "word", ("Ctrl+B",), f"b strong {LINKS}", text="same"),
+    Edit("italic-word", "word", ("Ctrl+I",), f"i em {LINKS}", text="same"),
+    Edit("underline-word", "word", ("Ctrl+U",), f"u {LINKS}", text="same"),
+    Edit("bold-twice", "plainWord", ("Ctrl+B", "Ctrl+B"), "", text="same"),
     Edit("bold-part-of-bold", "formatPart", ("Ctrl+B",), "b strong", text="same"),
     Edit("bold-part-of-link", "linkPart", ("Ctrl+B",), f"b {LINKS}", text="same"),
     Edit("bold-link", "link", ("Ctrl+B",), "b", text="same"),
@@ -108,8 +113,8 @@ FORMATTING = [
     Edit("bold-paragraphs", "twoParagraphs", ("Ctrl+B",), f"b strong {LINKS}", text="same"),
     Edit("bold-cell", "cellWord", ("Ctrl+B",), f"b {LINKS}", text="same"),
     Edit("bold-then-type", "wordEnd", ("Ctrl+B", "=Zq"), "b strong"),
-    Edit("big-word", "word", ("#const t = getSelection().toString(); document.execCommand("
-                              "'insertHTML', false, `<big>${t}</big>`)",), f"big {FORMATS} {LINKS}", text="same"),
+    Edit("big-word", "plainWord", ("#const t = getSelection().toString(); document.execCommand("
+                              "'insertHTML', false, `<big>${t}</big>`)",), "+big", text="same"),
     Edit("normal-font", "format", ("!fontSize 3",), FORMATS, text="same"),
     Edit("remove-format", "format", ("!removeFormat",), FORMATS, text="same"),
     Edit("all-bold", "body", ("Ctrl+A", "Ctrl+B"), f"b strong {LINKS}", text="same"),
@@ -141,4 +146,5 @@ CLIPBOARD = [
     Edit("copy-paste-all", "body", ("Ctrl+A", "Ctrl+C", "Ctrl+V"), "", text="same"),
 ]
 
+SEQUENCE = Edit("sequence", "", (), "*", text="any", removes=True, copies=True)
 EDITS = [*TYPING, *DELETING, *STRUCTURE, *FORMATTING, *ALIGNING, *CLIPBOARD]

@@ -16,7 +16,9 @@ class Case:
 
     def __init__(self, edit, deck, index):
         self.edit, self.deck, self.index = edit, deck, index
-        self.before = self.selected = self.after = self.reloaded = None  # what pages show
+        self.before = self.after = self.reloaded = None  # what pages show
+        self.selected = []  # what they showed when the edit's places were selected
+        self.steps = list(edit.steps)
         self.edited_html = ""
         self.result = self.undone = None  # bytes
         self.valid = True
@@ -34,7 +36,7 @@ def judge(case):
     """All complaints about a case; none if it is right."""
     if case.result is None:
         return ["refused"]
-    complaints = text_of_page(case)
+    complaints = text_of_page(case) if case.selected else []
     complaints += shown_again(case)
     complaints += typed_once(case)
     complaints += source_outside(case)
@@ -54,8 +56,8 @@ def text_of_page(case):
     before, after = squeezed(case.before["plain"]), squeezed(case.after["plain"])
     meant = case.edit.text
     if meant == "typed":
-        chosen = re.sub(r"\s", "", case.selected["text"])
-        marked = squeezed(case.selected["plain"])
+        chosen = re.sub(r"\s", "", case.selected[0]["text"])
+        marked = squeezed(case.selected[0]["plain"])
         if CARET + chosen not in marked:
             return []
         before = marked.replace(CARET + chosen, re.sub(r"\s", "", "".join(case.edit.typed)), 1)
@@ -68,9 +70,13 @@ def text_of_page(case):
 
 def shown_again(case):
     """The result shows what the edited page showed."""
-    if case.after["lines"] == case.reloaded["lines"]:
+    after, reloaded = case.after["lines"], case.reloaded["lines"]
+    if case.edit.loose:
+        after, reloaded = ([line for line in lines if line.split("|")[1] != case.edit.loose]
+                           for lines in (after, reloaded))
+    if after == reloaded:
         return []
-    changes = difflib.unified_diff(case.after["lines"], case.reloaded["lines"], "edited", "result", "", "", 0, "")
+    changes = difflib.unified_diff(after, reloaded, "edited", "result", "", "", 0, "")
     return ["shows something else:\n      " + "\n      ".join(list(changes)[2:])]
 
 
@@ -91,16 +97,24 @@ def touched_words(case):
     beside the caret; as the page had them and as it has them."""
     old = " ".join(case.before["plain"]).split()
     new = " ".join(case.after["plain"]).split()
-    marked = " ".join(case.selected["plain"])
-    left, _, right = marked.partition(CARET)
-    beside = [*left.split()[-1:], *right.split()[:1], *case.selected["text"].split()]
-    beside += [one + two for one, two in [(left.split()[-1:], right.split()[:1])] if one and two for one, two in [(one[0], two[0])]]
+    beside = [word for selected in case.selected for word in words_around(selected, {*old, *new})]
     gone, come = list(beside), list(beside)
     for kind, a, b, c, d in difflib.SequenceMatcher(None, old, new, False).get_opcodes():
         if kind != "equal":
             gone += old[max(a - 1, 0):b + 1]
             come += new[max(c - 1, 0):d + 1]
     return gone, come
+
+
+def words_around(selected, all_words):
+    """The words that are selected, whole or in part, and those beside."""
+    left, _, right = " ".join(selected["plain"]).partition(CARET)
+    chosen = selected["text"].split()
+    before, after = left.split()[-1:], right.split()[:1]
+    found = [*before, *after, *("".join(pair) for pair in zip(before, after)), *chosen]
+    if chosen:
+        found += [word for word in all_words if word.endswith(chosen[0]) or word.startswith(chosen[-1])]
+    return found
 
 
 def is_touched(text, words):
@@ -157,8 +171,6 @@ def is_near(source, at, removed, words):
 
 def tags_changed(edit, changes):
     allowed = edit.tags.split()
-    if "*" in allowed:
-        return []
     removed = Counter(t.text for _, old, _ in changes for t in old if t.kind == "tag")
     inserted = Counter(t.text for _, _, new in changes for t in new if t.kind == "tag")
     removed, inserted = removed - inserted, inserted - removed
@@ -170,9 +182,9 @@ def tags_changed(edit, changes):
                 removed[tag] -= common
                 inserted[other] -= common
     found = [f"tag lost: {t}" for t in +removed
-             if not {markup.name_of(t), "-" + markup.name_of(t)} & set(allowed)]
+             if not {markup.name_of(t), "-" + markup.name_of(t), "*", "-*"} & set(allowed)]
     return found + [f"tag written: {t}" for t in +inserted
-                    if not {markup.name_of(t), "+" + markup.name_of(t)} & set(allowed)]
+                    if not {markup.name_of(t), "+" + markup.name_of(t), "*"} & set(allowed)]
 
 
 def unseen_things(edit, source, result, changes):
@@ -180,16 +192,24 @@ def unseen_things(edit, source, result, changes):
     new = [t.text for t in result if t.kind == "unseen"]
     lost, extra = Counter(old) - Counter(new), Counter(new) - Counter(old)
     found = []
-    if lost and not edit.removes:
+    if edit.removes:  # what stands before the first card is in no selection
+        lost &= Counter(old[:before_cards(source)])
+    if lost and "*" not in edit.tags.split():
         found.append(f"unseen lost: {list(lost)[0]}")
     if not edit.copies and any(markup.name_of(t) not in markup.TASKS for t in extra):
         found.append(f"unseen doubled: {list(extra)[0]}")
     moved = {t for _, gone, _ in changes for t in gone if t.kind == "unseen"} & \
             {t for _, _, come in changes for t in come if t.kind == "unseen"}
-    if moved and edit.text != "moved":
+    if moved and edit.text != "moved" and not edit.copies:
         found.append(f"unseen moved: {list(moved)[0].text}")
     inside = Counter(split_words(result)) - Counter(split_words(source))
     return found + [f"unseen inside a word: {text}" for text in inside]
+
+
+def before_cards(tokens):
+    """How many unseen things stand before the first card."""
+    first = next((i for i, t in enumerate(tokens) if t.kind == "tag" and markup.name_of(t.text) == "card"), 0)
+    return sum(t.kind == "unseen" for t in tokens[:first])
 
 
 def split_words(tokens):

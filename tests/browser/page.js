@@ -7,6 +7,8 @@ const FIELD = 'input, select, img:not([data-room]), [data-text=value], [data-tex
 const ALIGN = {center: 'center', '-webkit-center': 'center', right: 'right', '-webkit-right': 'right', end: 'right'};
 const CARET = '\uE000';
 
+const isCaption = (line) => line.role === 'title' || line.role === 'label';
+
 // A walk over the page as it is rendered: lines of characters, each with its node and its formats.
 class Rendering {
   constructor(withCaret) {
@@ -34,11 +36,10 @@ class Rendering {
     const isBlank = (glyph) => glyph.text === ' ' || glyph.text === '\u00A0';
     while (line.glyphs.length && isBlank(line.glyphs[line.glyphs.length - 1])) line.glyphs.pop();
     while (line.glyphs.length && isBlank(line.glyphs[0])) line.glyphs.shift();
-    const isCaption = line.role === 'title' || line.role === 'label';
-    if (line.glyphs.length || (line.isBroken && !isCaption)) this.lines.push(line);
+    if (line.glyphs.length || (line.isBroken && !isCaption(line))) this.lines.push(line);
   }
-  put(text, node, offset, context) {
-    this.openLine(context).glyphs.push({text, node, offset, format: context.format || ''});
+  put(text, node, offset, context, isAtom) {
+    this.openLine(context).glyphs.push({text, node, offset, isAtom, format: context.format || ''});
   }
   markCaret(node, offset, context) {
     if (this.caret && this.caret.startContainer === node && this.caret.startOffset === offset)
@@ -52,7 +53,8 @@ class Rendering {
     if (node.tagName === 'BR') return this.endLine(true, context);
     const isBlock = !style.display.startsWith('inline') && style.display !== 'contents';
     const inner = this.contextOf(node, style, isBlock, context);
-    if (node.matches('img, input, select')) return this.put(this.labelOf(node), node, 0, inner);
+    if (node.matches('img, input, select')) 
+      return this.put(this.labelOf(node), node, 0, inner, true);
     if (isBlock) this.endLine();
     [...node.childNodes].forEach((child, index) => {
       this.markCaret(node, index, inner);
@@ -106,7 +108,8 @@ function writtenOf(line) {
   let format = null;
   for (const glyph of line.glyphs) {
     const isBlank = /^[ \u00A0]$/.test(glyph.text);
-    if (!isBlank && glyph.format !== format) text += `<${format = glyph.format}>`;
+    const seen = isCaption(line) || glyph.isAtom ? '' : glyph.format;  // WML has no bold label
+    if (!isBlank && seen !== format) text += `<${format = seen}>`;
     text += isBlank ? ' ' : glyph.text;
   }
   return text;
@@ -197,6 +200,7 @@ const whole = (group) => [...startOf(group[0]), ...endOf(group[group.length - 1]
 
 const PLACES = {
   word: () => wordsIn(flow()),
+  plainWord: () => wordsIn(flow().filter((node) => node.parentNode.tagName === 'P')),
   wordMiddle: () => wordsIn(flow()).map(middleOf),
   wordStart: () => wordsIn(flow()).map(([node, from]) => caretAt(node, from)),
   wordEnd: () => wordsIn(flow()).map(([, , node, to]) => caretAt(node, to)),
@@ -259,12 +263,14 @@ function severalWords() {
 
 // ---- What the driver calls ----
 
-function load(html) {
-  document.body.innerHTML = html;
+const html = () => document.body.outerHTML;
+const state = () => ({shown: show(false), html: html(), inputs: suite.inputs});
+
+function open(page) {
+  document.body.innerHTML = page;
+  window.focus();
   document.body.focus();
-  getSelection().removeAllRanges();
-  suite.inputs = 0;
-  return show(false);
+  return state();
 }
 
 function select(name, index) {
@@ -281,6 +287,5 @@ function select(name, index) {
     to: last && [last.right, last.top + last.height / 2]};
 }
 
-window.suite = {inputs: 0, load, select, show, count: (name) => PLACES[name]().length,
-  html: () => document.body.outerHTML};
+window.suite = {inputs: 0, open, state, html, select, count: (name) => PLACES[name]().length};
 document.addEventListener('input', () => ++window.suite.inputs);

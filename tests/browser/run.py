@@ -1,132 +1,132 @@
 #!/usr/bin/python3
 """Edits the pages of decks in a real Chromium and judges the decks that come of it.
 
-    run.py [--command TESSALY] [--decks DIR]... [--class NAME]... [--limit N] [-v]
+Without options: all classes over the decks of the repository and random sequences with a fixed
+seed, as in ./test; a class may have the wrong cases of known.py, and no more.
 """
 
 import argparse
 import os
 import queue
+import random
 import sys
 import threading
 import time
-from collections import defaultdict
 
 import classes
 import decks
 import oracle
+import trial
 from browser import Browser
+from known import KNOWN
+from report import Report
+
+SEQUENCES = 60
+LENGTH = 10
 
 
-def try_edit(browser, converter, deck, edit, index):
-    """One edit, made and taken back to a deck; None if the deck has no place for it."""
-    case = oracle.Case(edit, deck, index)
-    browser.renew()
-    case.before = browser.load(deck.page)
-    original = browser.html()
-    case.selected = browser.select(edit.place, index)
-    for step in edit.steps:
-        browser.play(step, index)
-    case.edited_html = browser.html()
-    case.after = browser.show()
-    if browser.ask("suite.inputs"):
-        case.undone = converter.deck(browser.undo(original))
-    case.result = converter.deck(case.edited_html)
-    if case.result is not None:
-        case.valid = decks.is_valid(case.result)
-        page = converter.page(case.result)
-        case.reloaded = browser.show(page) if page is not None else {"lines": ["no page"], "plain": []}
-    return case
+def arguments():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--command", default=str(decks.TOP / "build/release/bin/tessaly"))
+    parser.add_argument("--decks", action="append", default=[], help="a folder of decks, not ours")
+    parser.add_argument("--deck", default="", help="only decks with this in their name")
+    parser.add_argument("--class", dest="names", action="append", default=[],
+                        help="only this class; `unedited` and `sequence` are two of them")
+    parser.add_argument("--limit", type=int, help="places of a class in a deck")
+    parser.add_argument("--every", type=int, default=1, help="only each Nth deck")
+    parser.add_argument("--seed", type=int, default=1, help="of the first random sequence")
+    parser.add_argument("--length", type=int, default=LENGTH, help="edits of a sequence")
+    parser.add_argument("--sequences", type=int, default=SEQUENCES)
+    parser.add_argument("--soak", type=float, help="random sequences, for this many minutes")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("-v", "--verbose", action="count", default=0,
+                        help="explain the wrong cases; twice: all cases")
+    return parser.parse_args()
 
 
-def try_deck(browser, converter, deck, edits, limit, report):
-    browser.renew()
-    browser.load(deck.page)
-    counts = {edit.name: browser.ask("suite.count(arguments[0])", edit.place) for edit in edits}
-    for edit in edits:
-        count = counts[edit.name]
-        tried = min(count, limit)
-        for index in (count * n // tried for n in range(tried)):
-            case = try_edit(browser, converter, deck, edit, index)
-            report.add(case, oracle.judge(case))
+class Suite:
+    def __init__(self, options):
+        self.options = options
+        self.converter = decks.Converter(options.command)
+        self.report = Report(options.verbose)
+        self.edits = [e for e in classes.EDITS if not options.names or e.name in options.names]
+        self.all = [d for d in decks.load(options.decks, self.converter)
+                    if options.deck in d.name][::options.every]
+        self.decks = [d for d in self.all if d.is_valid and d.is_utf8]
+        self.todo = queue.Queue()
+        self.failures = []
 
+    def wants(self, name):
+        return not self.options.names or name in self.options.names
 
-class Report:
-    def __init__(self, verbose):
-        self.verbose = verbose
-        self.tried = defaultdict(int)
-        self.wrong = defaultdict(list)
-        self.lock = threading.Lock()
+    def plan(self):
+        """Everything to be done, the longest first."""
+        if self.options.soak:
+            self.todo.put(self.soak)
+            self.todo.put(self.soak)
+            return
+        for deck in sorted(self.decks, key=lambda d: -len(d.bytes)):
+            self.todo.put(lambda browser, deck=deck: self.edit(browser, deck))
+        if self.wants("sequence"):
+            for seed in range(self.options.seed, self.options.seed + self.options.sequences):
+                self.todo.put(lambda browser, seed=seed: self.sequence(browser, seed))
+        if self.wants("unedited"):
+            for deck in self.all:
+                self.todo.put(lambda browser, deck=deck: self.unedited(browser, deck))
 
-    def add(self, case, complaints):
-        with self.lock:
-            self.tried[case.edit.name] += 1
-            if complaints:
-                self.wrong[case.edit.name].append(f"{case.deck.name}:{case.index}")
-            if self.verbose and (complaints or self.verbose > 1):
-                self.explain(case, complaints)
+    def edit(self, browser, deck):
+        limit = self.options.limit or (1 if deck.is_small else 3)
+        for case in trial.each_place(browser, self.converter, deck, self.edits, limit):
+            self.report.add(case.edit.name, f"{deck.name}:{case.index}", oracle.judge(case), case)
 
-    def explain(self, case, complaints):
-        print(f"==== {case.edit.name} in {case.deck.name}, place {case.index} "
-              f"({case.selected['text']!r}): {' '.join(case.edit.steps)}")
-        print("---- source\n" + case.source_text)
-        print("---- edited page\n" + case.edited_html.partition('data-deck="')[0] + "data-deck=…" +
-              case.edited_html.partition('data-deck="')[2].partition('"')[2])
-        print("---- result\n" + ("(refused)" if case.result is None else case.result_text))
-        print("---- verdict")
-        for complaint in complaints or ["right"]:
-            print("   ", complaint)
-        print(flush=True)
+    def unedited(self, browser, deck):
+        is_whole = trial.unedited(browser, self.converter, deck)
+        self.report.add("unedited", deck.name, [] if is_whole else ["not the original bytes"])
 
-    def summary(self):
-        for name in [edit.name for edit in classes.EDITS if edit.name in self.tried]:
-            print(f"tried: browser {name}: {self.tried[name]}, {len(self.wrong[name])} wrong")
-        wrong = sum(map(len, self.wrong.values()))
-        print(f"tried: browser edits: {sum(self.tried.values())}, {wrong} wrong")
-        return wrong
+    def sequence(self, browser, seed):
+        """Of classes without known faults, that those of one class do not hide others."""
+        deck = random.Random(seed).choice(self.decks)
+        edits = [e for e in classes.EDITS if e.name not in KNOWN]
+        case = trial.sequence(browser, self.converter, deck, edits, seed, self.options.length)
+        self.report.add("sequence", f"{deck.name}, seed {seed}: {' '.join(case.steps)}", oracle.judge(case), case)
 
+    def soak(self, browser):
+        end = time.time() + 60 * self.options.soak
+        while time.time() < end:
+            self.sequence(browser, random.randrange(1 << 31))
 
-def work(todo, converter, edits, limit, report, failures):
-    browser = Browser()
-    try:
-        while True:
-            try_deck(browser, converter, todo.get_nowait(), edits, limit, report)
-    except queue.Empty:
-        pass
-    except Exception as failure:  # the thread's failure is the run's
-        failures.append(failure)
-        raise
-    finally:
-        browser.close()
+    def work(self):
+        browser = Browser()
+        try:
+            while not self.failures:
+                self.todo.get_nowait()(browser)
+        except queue.Empty:
+            pass
+        except BaseException as failure:  # a thread's failure is the run's
+            self.failures.append(failure)
+            raise
+        finally:
+            browser.close()
+
+    def run(self):
+        self.plan()
+        threads = [threading.Thread(target=self.work) for _ in range(self.options.jobs)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
 
 
 def main():
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--command", default=str(decks.TOP / "build/release/bin/tessaly"))
-    parser.add_argument("--decks", action="append", default=[])
-    parser.add_argument("--deck", help="only decks with this in their name")
-    parser.add_argument("--class", dest="names", action="append", default=[])
-    parser.add_argument("--limit", type=int, default=3, help="places of a class in a deck")
-    parser.add_argument("--jobs", type=int, default=os.cpu_count())
-    parser.add_argument("-v", "--verbose", action="count", default=0)
-    options = parser.parse_args()
-    converter = decks.Converter(options.command)
-    edits = [e for e in classes.EDITS if not options.names or e.name in options.names]
-    found = [d for d in decks.load(options.decks, converter) if d.is_valid and d.is_utf8
-             and (not options.deck or options.deck in d.name)]
-    report, failures, todo = Report(options.verbose), [], queue.Queue()
-    for deck in sorted(found, key=lambda d: -len(d.bytes)):
-        todo.put(deck)
+    options = arguments()
     started = time.time()
-    threads = [threading.Thread(target=work, args=(todo, converter, edits, options.limit, report, failures))
-               for _ in range(options.jobs)]
-    for thread in threads:
-        thread.start()
-    for thread in threads:
-        thread.join()
-    wrong = report.summary()
-    print(f"{len(found)} decks, {time.time() - started:.0f} s")
-    return 1 if wrong or failures else 0
+    suite = Suite(options)
+    suite.run()
+    failed = suite.report.summary({} if options.decks or options.limit else KNOWN)
+    print(f"{len(suite.decks)} decks, {time.time() - started:.0f} s")
+    if not suite.report.tried:
+        print("nothing was tried")
+    return 1 if failed or suite.failures or not suite.report.tried else 0
 
 
 if __name__ == "__main__":
