@@ -10,13 +10,13 @@ from selenium.webdriver.common.keys import Keys
 
 ARGUMENTS = ["--headless=new", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
              "--disable-background-networking", "--disable-component-update", "--disable-sync",
-             "--disable-dev-shm-usage", "--window-size=1200,1000"]
+             "--disable-dev-shm-usage", "--window-size=1200,2600"]
 # Each edit gets a frame of its own: what was done in the last one cannot be undone there.
 NEW_FRAME = """
 document.body.style.margin = 0;
 document.body.replaceChildren(document.createElement('iframe'));
 const frame = document.body.firstChild;
-frame.style = 'border:0;width:100%;height:960px';
+frame.style = 'border:0;width:100%;height:2400px';
 const page = frame.contentDocument;
 page.open();
 page.write('<!DOCTYPE html><meta charset=utf-8><body contenteditable></body>');

@@ -29,8 +29,8 @@ class Edit:
 FORMATS = "b i u em strong big small"
 NO_FORMATS = "-b -i -u -em -strong -big -small"
 CAPTIONS = "card@title table@title fieldset@title"
-ALIGNED = "p@align br +p"
 LINKS = "+a +anchor +go +prev +refresh +setvar +postfield +noop"
+ALIGNED = f"p@align br +p {LINKS}"
 
 TYPING = [
     Edit("type-middle", "wordMiddle", ("=Zq",)),
@@ -78,17 +78,17 @@ DELETING = [
     Edit("retype-label", "label", ("=Zq",), "do@label"),
     Edit("delete-lines", "twoLines", ("Delete",), "-*", removes=True),
     Edit("delete-paragraphs", "twoParagraphs", ("Delete",), "-*", removes=True),
-    Edit("delete-cards", "twoCards", ("Delete",), "-*", text="any", removes=True),
+    Edit("delete-cards", "twoCards", ("Delete",), f"-* {CAPTIONS}", text="any", removes=True),
     Edit("delete-all-type", "body", ("Ctrl+A", "=Zq"), "*", text="any", removes=True),
 ]
 
 STRUCTURE = [
-    Edit("backspace-join", "join", ("Backspace",), "-p +br", text="same"),
-    Edit("delete-join", "joinAhead", ("Delete",), "-p +br", text="same"),
+    Edit("backspace-join", "join", ("Backspace",), "-p br", text="same"),
+    Edit("delete-join", "joinAhead", ("Delete",), "-p br", text="same"),
     Edit("backspace-after-box", "afterBox", ("Backspace",), f"-* {CAPTIONS} do@label", text="any", removes=True),
     Edit("delete-before-box", "beforeBox", ("Delete",), "-*", text="any", removes=True),
     Edit("backspace-break", "afterBreak", ("Backspace",), "-br", text="same"),
-    Edit("enter-middle", "wordMiddle", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
+    Edit("enter-middle", "wordMiddle", ("Enter",), f"+p +br +fieldset {FORMATS} {LINKS}", text="same"),
     Edit("enter-start", "lineStart", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
     Edit("enter-end-type", "paragraphEnd", ("Enter", "=Zq"), f"+p +br {FORMATS} {LINKS}"),
     Edit("enter-twice-type", "paragraphEnd", ("Enter", "Enter", "=Zq"), f"+p +br {FORMATS} {LINKS}"),
@@ -112,7 +112,7 @@ FORMATTING = [
     Edit("bold-line", "line", ("Ctrl+B",), f"b strong {LINKS}", text="same"),
     Edit("bold-paragraphs", "twoParagraphs", ("Ctrl+B",), f"b strong {LINKS}", text="same"),
     Edit("bold-cell", "cellWord", ("Ctrl+B",), f"b {LINKS}", text="same"),
-    Edit("bold-then-type", "wordEnd", ("Ctrl+B", "=Zq"), "b strong"),
+    Edit("bold-then-type", "wordEnd", ("Ctrl+B", "=Zq"), f"b strong {LINKS}"),
     Edit("big-word", "plainWord", ("#const t = getSelection().toString(); document.execCommand("
                               "'insertHTML', false, `<big>${t}</big>`)",), "+big", text="same"),
     Edit("normal-font", "format", ("!fontSize 3",), FORMATS, text="same"),
@@ -127,9 +127,9 @@ ALIGNING = [
     Edit("center-one-line", "oneLine", ("!justifyCenter",), "p@align", text="same"),
     Edit("center-several-lines", "severalLines", ("!justifyCenter",), ALIGNED, text="same"),
     Edit("right-several-lines", "severalLines", ("!justifyRight",), ALIGNED, text="same"),
-    Edit("center-line-of-several", "line", ("!justifyCenter",), "p br", text="same"),
+    Edit("center-line-of-several", "line", ("!justifyCenter",), f"p br {LINKS}", text="same"),
     Edit("center-paragraphs", "twoParagraphs", ("!justifyCenter",), ALIGNED, text="same"),
-    Edit("center-and-left", "oneLine", ("!justifyCenter", "!justifyLeft"), "p@align", text="same"),
+    Edit("center-and-left", "oneLine", ("!justifyCenter", "!justifyLeft"), ALIGNED, text="same"),
 ]
 
 CLIPBOARD = [
@@ -141,9 +141,9 @@ CLIPBOARD = [
     Edit("cut-paste-link", "link", ("Ctrl+X", "Ctrl+V"), "", text="same"),
     Edit("cut-paste-field", "field", ("Ctrl+X", "Ctrl+V"), "", text="same"),
     Edit("copy-paste-field", "field", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), "*", text="any", copies=True),
-    Edit("paste-lines", "wordEnd", ("!insertText  Zq\nWk",), "+p +br", text="any"),
+    Edit("paste-lines", "wordEnd", ("!insertText  Zq\nWk",), "+p +br +a +anchor +fieldset", text="any"),
     Edit("paste-html", "wordEnd", ("!insertHTML <b>Zq</b> <i>wy</i>",), "+b +i", text="any"),
-    Edit("copy-paste-all", "body", ("Ctrl+A", "Ctrl+C", "Ctrl+V"), "", text="same"),
+    Edit("copy-paste-all", "body", ("Ctrl+A", "Ctrl+C", "Ctrl+V"), "+card", text="same"),
 ]
 
 SEQUENCE = Edit("sequence", "", (), "*", text="any", removes=True, copies=True)

@@ -3,6 +3,7 @@
 'use strict';
 const LINK = 'a, span[style*="border-bottom"]';
 const CAPTION = '[data-text]';
+const ATOM = 'input, select, img:not([data-room])';
 const FIELD = 'input, select, img:not([data-room]), [data-text=value], [data-text=alt], span[style*="inline-block"]';
 const ALIGN = {center: 'center', '-webkit-center': 'center', right: 'right', '-webkit-right': 'right', end: 'right'};
 const CARET = '\uE000';
@@ -16,7 +17,7 @@ class Rendering {
     this.line = null;
     const selection = getSelection();
     this.caret = withCaret && selection.rangeCount ? selection.getRangeAt(0) : null;
-    this.cards = [...document.querySelectorAll('.deck > .card')];
+    this.cards = [...document.querySelectorAll('.card')].filter((card) => !card.querySelector('.card'));
     this.visit(document.body, {underlined: false, card: -1, role: ''});
     this.endLine();
   }
@@ -49,7 +50,7 @@ class Rendering {
     if (node.nodeType === Node.TEXT_NODE) return this.visitText(node, context);
     if (node.nodeType !== Node.ELEMENT_NODE) return;
     const style = getComputedStyle(node);
-    if (style.display === 'none' || node.matches('[data-room]:not(p)')) return;
+    if (style.display === 'none' || node.matches('[data-room]:not(p)') || isInvitation(node)) return;
     if (node.tagName === 'BR') return this.endLine(true, context);
     const isBlock = !style.display.startsWith('inline') && style.display !== 'contents';
     const inner = this.contextOf(node, style, isBlock, context);
@@ -61,7 +62,16 @@ class Rendering {
       this.visit(child, inner);
     });
     this.markCaret(node, node.childNodes.length, inner);
-    if (isBlock) this.endLine();
+    if (isBlock) this.endBlock(node);
+  }
+  // An empty line at the end of a block that has others lets a caret be there, and shows nothing on a phone.
+  endBlock(node) {
+    this.endLine();
+    const [before, last] = this.lines.slice(-2);
+    if (last && !last.glyphs.length && last.block === node && before.block === node) this.lines.pop();
+    // HTML drops the line end that a pre begins with, and browsers do not write it again.
+    if (node.tagName === 'PRE') this.lines = this.lines.filter((line, i) => line.block !== node || line.glyphs.length ||
+      this.lines.slice(0, i).some((other) => other.block === node && other.glyphs.length));
   }
   contextOf(node, style, isBlock, outer) {
     const underlined = outer.underlined || style.textDecorationLine.includes('underline');
@@ -101,6 +111,10 @@ class Rendering {
 }
 
 const plainOf = (line) => line.glyphs.map((glyph) => glyph.text).join('').replace(/\u00A0/g, ' ');
+
+// A paragraph that is there for the caret: a deck has no place for the empty line that it shows.
+const isInvitation = (node) => node.matches('p[data-room], p[data-part]') && !node.textContent.trim() &&
+  !node.querySelector(ATOM);
 
 // A line with its formats, to be compared: `card|role|align|<b 16>bold</>`.
 function writtenOf(line) {
@@ -230,9 +244,9 @@ const PLACES = {
   label: () => captions('[data-text=label]').map(inside),
   labelMiddle: () => captions('[data-text=label]').map((e) => middleOf(inside(e))),
   emptyParagraph: () => [...document.querySelectorAll('.card p')].filter((p) => !p.textContent.trim() &&
-    !p.querySelector('img, input, select') && !p.matches('[data-room]')).map((p) => caretAt(p, 0)),
+    !p.querySelector(ATOM) && !p.matches('[data-room]')).map((p) => caretAt(p, 0)),
   emptyCard: () => [...document.querySelectorAll('.card')].filter((card) => !card.textContent.trim() &&
-    !card.querySelector('img:not([data-room]), input, select')).map((card) => caretAt(card.querySelector('p') || card, 0)),
+    !card.querySelector(ATOM)).map((card) => caretAt(card.querySelector('p') || card, 0)),
   field: () => [...document.querySelectorAll(FIELD)].map((e) => {
     const at = [...e.parentNode.childNodes].indexOf(e);
     return [e.parentNode, at, e.parentNode, at + 1];
@@ -282,7 +296,8 @@ function select(name, index) {
   const range = getSelection().getRangeAt(0);
   const rects = [...range.getClientRects()];
   const [first, last] = [rects[0], rects[rects.length - 1]];
-  return {text: getSelection().toString(), ...show(true),
+  const hasAtom = !!range.cloneContents().querySelector(ATOM);
+  return {text: getSelection().toString(), hasAtom, ...show(true),
     from: first && [first.left, first.top + first.height / 2],
     to: last && [last.right, last.top + last.height / 2]};
 }
