@@ -2,14 +2,14 @@
 
 #include "bench/Measure.h"
 
-#include "platform/HeadlessBrowser.h"
-#include "platform/HeadlessRichText.h"
-#include "platform/TextCodec.h"
+#include "platform/controls/HeadlessBrowser.h"
+#include "platform/controls/HeadlessRichText.h"
+#include "platform/files/TextCodec.h"
 #include "platform/page/HeadlessPage.h"
-#include "ravikit/Dtd.h"
-#include "ravikit/Parser.h"
+#include "ravikit/component/DtdCache.h"
 #include "ravikit/component/Objects.h"
 #include "ravikit/convert/Convert.h"
+#include "ravikit/xml/Parser.h"
 #include "tessaly.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ constexpr char soup[] = ", tag soup";
 constexpr std::u16string_view addition = u"Typed by hand. ";
 
 const ravikit::Declarations& known() {
-    return ravikit::Dtd::builtIn()->declarations();
+    return tessaly::builtInDtd()->declarations();
 }
 
 std::u16string toPlain(const std::u16string& text) {
@@ -46,7 +46,7 @@ std::u16string toMarkup(std::u16string_view text) {
 bool isValid(const std::u16string& markup) {
     const auto tree = ravikit::parse(markup, &known());
     ravikit::Problems problems = tree->problems();
-    ravikit::Dtd::builtIn()->judge(*tree, problems);
+    tessaly::builtInDtd()->judge(*tree, problems);
     return problems.empty();
 }
 

@@ -1,7 +1,7 @@
 #include "bench/Corpus.h"
 
 #include "bench/DeckMaker.h"
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
 
 #include <unistd.h>
 

@@ -9,7 +9,7 @@
 
 namespace bench {
 
-/// What stands behind the name of a measurement to say whose it is.
+/// What stands after the name of a measurement to say whose it is.
 inline constexpr char ours[] = "|tessaly";
 inline constexpr char byLibXml[] = "|libxml2";
 

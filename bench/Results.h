@@ -42,7 +42,7 @@ private:
 /// A time in the unit that suits it, with three digits.
 std::string asTime(double seconds);
 
-/// With two digits behind the point.
+/// With two digits after the point.
 std::string asNumber(double number);
 
 /// The processor, and how many of its cores this process may use.

@@ -11,7 +11,10 @@
 
   <xsl:template match="card">
     <div class="card" style="border:1px solid #888;margin:4px;padding:4px">
-      <xsl:if test="@title != ''"><h2 data-text="title"><xsl:value-of select="@title"/></h2></xsl:if>
+      <img alt="" data-room="" style="display:block;width:1px;height:1px"/>
+      <h2 contenteditable="false">
+        <span contenteditable="true" data-text="title"><xsl:value-of select="@title"/></span>
+      </h2>
       <xsl:apply-templates/>
     </div>
   </xsl:template>
@@ -103,48 +106,42 @@
     </div>
   </xsl:template>
   <xsl:template match="select">
-    <span style="display:inline-block;border:1px solid #888;padding:2px"><xsl:apply-templates/></span>
+    <select multiple="" size="{count(.//option) + count(.//optgroup)}"><xsl:apply-templates/></select>
   </xsl:template>
-  <xsl:template match="optgroup">
-    <span style="display:block;border-left:4px solid #ccc">
-      <xsl:if test="@title != ''">
-        <span data-text="title" style="display:block"><xsl:value-of select="@title"/></span>
-      </xsl:if>
-      <xsl:apply-templates/>
-    </span>
-  </xsl:template>
-  <xsl:template match="option">
-    <span style="display:block"><xsl:apply-templates/></span>
-  </xsl:template>
+  <xsl:template match="optgroup"><optgroup label="{@title}"><xsl:apply-templates/></optgroup></xsl:template>
+  <xsl:template match="option"><option><xsl:apply-templates/></option></xsl:template>
 
-  <xsl:template match="input">
-    <span style="border:1px solid #888;padding:2px" data-text="value">
-      <xsl:choose>
-        <xsl:when test="normalize-space(@value) != ''"><xsl:value-of select="@value"/></xsl:when>
-        <xsl:otherwise>______</xsl:otherwise>
-      </xsl:choose>
-    </span>
-  </xsl:template>
+  <xsl:template match="input"><input readonly="" value="{@value}"/></xsl:template>
   <xsl:template match="img">
-    <span style="background:#ddd;padding:2px" data-text="alt">
-      <xsl:choose>
-        <xsl:when test="normalize-space(@alt) != ''"><xsl:value-of select="@alt"/></xsl:when>
-        <xsl:when test="normalize-space(@src) != ''"><xsl:value-of select="@src"/></xsl:when>
-        <xsl:otherwise>image</xsl:otherwise>
-      </xsl:choose>
-    </span>
+    <img>
+      <xsl:attribute name="alt">
+        <xsl:choose>
+          <xsl:when test="normalize-space(@alt) != ''"><xsl:value-of select="@alt"/></xsl:when>
+          <xsl:when test="normalize-space(@src) != ''"><xsl:value-of select="@src"/></xsl:when>
+          <xsl:otherwise>image</xsl:otherwise>
+        </xsl:choose>
+      </xsl:attribute>
+    </img>
   </xsl:template>
   <xsl:template match="do">
-    <span style="border:2px outset #aaa;margin:2px;padding:2px" data-text="label">
-      <xsl:choose>
-        <xsl:when test="normalize-space(@label) != ''"><xsl:value-of select="@label"/></xsl:when>
-        <xsl:when test="normalize-space(@type) != ''"><xsl:value-of select="@type"/></xsl:when>
-        <xsl:otherwise>do</xsl:otherwise>
-      </xsl:choose>
-    </span>
+    <input type="button"><xsl:attribute name="value"><xsl:call-template name="label"/></xsl:attribute></input>
+  </xsl:template>
+  <xsl:template match="card/do">
+    <div contenteditable="false" style="margin:2px">
+      <span contenteditable="true" data-text="label" style="border:2px outset #aaa;padding:2px">
+        <xsl:call-template name="label"/>
+      </span>
+    </div>
+  </xsl:template>
+  <xsl:template name="label">
+    <xsl:choose>
+      <xsl:when test="normalize-space(@label) != ''"><xsl:value-of select="@label"/></xsl:when>
+      <xsl:when test="normalize-space(@type) != ''"><xsl:value-of select="@type"/></xsl:when>
+      <xsl:otherwise>do</xsl:otherwise>
+    </xsl:choose>
   </xsl:template>
   <xsl:template match="a | anchor">
-    <span style="color:#0000cc;border-bottom:1px solid #0000cc"><xsl:apply-templates/></span>
+    <a style="color:#0000cc;border-bottom:1px solid #0000cc"><xsl:apply-templates/></a>
   </xsl:template>
 
   <xsl:template match="head | template | access | meta | onevent | timer | go | prev | refresh | noop |

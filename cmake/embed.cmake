@@ -1,5 +1,5 @@
 # embed_text(FILE HEADER NAME) makes build/embedded/HEADER, which holds the bytes of FILE as
-# `inline constexpr char NAME[]` behind a `#pragma once`. FILE is ASCII.
+# `inline constexpr char NAME[]` after a `#pragma once`. FILE is ASCII.
 add_custom_target(embedded_texts)
 
 function(embed_text file header name)

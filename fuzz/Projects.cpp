@@ -4,7 +4,7 @@
 //   fuzz_project -dict=fuzz/project.dict -max_len=400 CORPUS fuzz/corpus/project
 
 #include "platform/DefaultPlatform.h"
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
 #include "tessaly.h"
 #include "tests/platform/TempFolder.h"
 

@@ -6,6 +6,7 @@
 
 #include "tests/ravikit/DeckGenerator.h"
 #include "tests/ravikit/LibXmlValidity.h"
+#include "tests/ravikit/WmlDtd.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +15,7 @@
 #include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static DeckGenerator generator(ravikit::Dtd::builtIn()->declarations());
+    static DeckGenerator generator(wmlDtd()->declarations());
     const std::string fault = libxml::validityFault(generator.deck(data, size));
     if (!fault.empty()) {
         std::cerr << fault << "\n";

@@ -3,9 +3,9 @@
 //
 //   fuzz_views -dict=fuzz/xml.dict -max_len=2000 CORPUS fuzz/corpus/deck
 
-#include "ravikit/Dtd.h"
 #include "tests/ravikit/DeckGenerator.h"
 #include "tests/ravikit/Pages.h"
+#include "tests/ravikit/WmlDtd.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) {
         return -1;
     }
-    static DeckGenerator generator(ravikit::Dtd::builtIn()->declarations());
+    static DeckGenerator generator(wmlDtd()->declarations());
     const bool isMade = data[0] < 0x20; // no text begins so
     const std::u16string deck =
         isMade ? generator.deck(data + 1, size - 1)

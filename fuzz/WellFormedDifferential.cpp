@@ -3,8 +3,8 @@
 //
 //   fuzz_wellformed -dict=fuzz/xml.dict CORPUS fuzz/corpus/deck
 
-#include "ravikit/Chars.h"
-#include "ravikit/Parser.h"
+#include "ravikit/text/Chars.h"
+#include "ravikit/xml/Parser.h"
 #include "tests/ravikit/LibXml.h"
 #include "tests/ravikit/Tiling.h"
 #include "tests/support/Iconv.h"
@@ -23,7 +23,7 @@ namespace {
 /// Where a disagreement says nothing about us, and why.
 bool isExcused(const ravikit::Tree& tree, const libxml::Verdict& peer) {
     // Where a parameter entity or an external subset may declare more, an unknown entity is no
-    // breach. libxml2 forgets that inside an entity's text, and behind a reference to a parameter
+    // breach. libxml2 forgets that inside an entity's text, and after a reference to a parameter
     // entity that it does not fetch.
     if (tree.wellFormed()) {
         return peer.onlyComplainsOf(XML_ERR_UNDECLARED_ENTITY);
@@ -37,7 +37,7 @@ bool isExcused(const ravikit::Tree& tree, const libxml::Verdict& peer) {
     if (says(u"`#`") && peer.onlyComplainsOf(XML_ERR_INVALID_URI)) {
         return isLonely;
     }
-    // It asks for no digit behind the point of a version, and for no blank behind <!DOCTYPE.
+    // It asks for no digit after the point of a version, and for no blank after <!DOCTYPE.
     const std::u16string_view ahead = tree.text().substr(0, first.begin);
     return isLonely && (says(u"`1.`") ||
                         ahead.substr(std::max<std::size_t>(ahead.size(), 9) - 9) == u"<!DOCTYPE");

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "external/Platform.h"
-#include "platform/MessageLoop.h"
-#include "platform/TerminalDialogs.h"
+#include "platform/controls/MessageLoop.h"
+#include "platform/terminal/TerminalDialogs.h"
 
 #include <memory>
 
@@ -40,7 +40,7 @@ public:
 
     std::shared_ptr<PictureStore> pictures() override;
 
-    /// The loop behind DoEvents, for headless controls and for work that a host puts off.
+    /// The loop that DoEvents runs, for headless controls and for work that a host puts off.
     std::shared_ptr<MessageLoop> messageLoop() const { return m_loop; }
 
 private:

@@ -18,7 +18,7 @@ ClassRegistry registryOf(const char* file) {
 std::string ownPath() {
     Dl_info info = {};
     if (dladdr(reinterpret_cast<const void*>(&DllRegisterServer), &info) == 0) {
-        throw Failure(FailureCode::FileNotFound, u"The system does not tell the library's path");
+        throw Failure(FailureCode::FileNotFound, u"The system does not say the library's path");
     }
     std::error_code failed;
     const auto path = std::filesystem::canonical(info.dli_fname, failed);

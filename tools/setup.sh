@@ -24,7 +24,11 @@ build() {
     local preset=$1
     shift
     local log=$TOP/build/$preset.log
-    mkdir -p "$TOP/build"
+    # A log that cannot be opened would not count as a failed build, and an old build would run.
+    if ! mkdir -p "$TOP/build" || ! : >"$log"; then
+        echo "Cannot build: $log cannot be written" >&2
+        exit 70
+    fi
     [ -f "$TOP/build/$preset/build.ninja" ] || echo "Building ($preset); the log is $log" >&2
     if ! { (cd "$TOP" && cmake --preset "$preset" -Wno-dev) &&
         cmake --build "$TOP/build/$preset" ${1:+--target "$@"}; } >"$log" 2>&1; then

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/cli/Session.h"
+#include "apps/cli/session/Session.h"
 
 #include <string>
 #include <vector>
@@ -11,11 +11,12 @@ enum class CardForm { Text, Plain, Markup };
 
 /// The commands of `tessaly`. Each prints to standard output, as JSON if `json` is set, and gives
 /// the exit status.
-ExitStatus info(const std::string& project, bool json, const Printer& printer);
-/// `views`: beside the verdict, whether each well-formed deck survives the way to the page and
-/// back.
-ExitStatus check(const std::vector<std::string>& paths, bool views, bool json,
-                 const Printer& printer);
+/// Of a project or, if `file` is one, of a deck.
+ExitStatus info(const std::string& file, bool json, const Printer& printer);
+/// `inputName`: what a deck from standard input is called. `views`: beside the verdict, whether
+/// each well-formed deck survives the way to the page and back.
+ExitStatus check(const std::vector<std::string>& paths, const std::string& inputName, bool views,
+                 bool json, const Printer& printer);
 ExitStatus cards(const std::string& path, const std::string& deckName, CardForm form, bool json,
                  const Printer& printer);
 

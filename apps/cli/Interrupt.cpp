@@ -15,10 +15,10 @@ namespace {
 volatile std::sig_atomic_t requested = 0;
 volatile std::sig_atomic_t wake = -1;
 
-void request(int /*signal*/) {
+void request(int signal) {
     const int error = errno;
     const std::uint64_t one = 1;
-    requested = 1;
+    requested = signal;
     if (write(wake, &one, sizeof one) < 0) {
         errno = error;
     }
@@ -51,6 +51,10 @@ Interrupt::~Interrupt() {
 
 bool Interrupt::isRequested() const {
     return requested != 0;
+}
+
+int Interrupt::signal() {
+    return requested;
 }
 
 int Interrupt::descriptor() const {

@@ -21,6 +21,9 @@ public:
 
     bool isRequested() const;
 
+    /// The signal that asked to stop since the last object was made; 0 for none.
+    static int signal();
+
     /// Can be read from then on.
     int descriptor() const;
 

@@ -1,9 +1,12 @@
 #include "apps/cli/Printer.h"
 
-#include "platform/TerminalText.h"
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
+#include "platform/terminal/TerminalText.h"
+
+#include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <ostream>
 
 namespace cli {
@@ -45,8 +48,31 @@ std::size_t cells(std::u16string_view text) {
 
 } // namespace
 
+bool isSmartTerminal(int descriptor) {
+    const char* const kind = std::getenv("TERM");
+    const std::string_view name = kind == nullptr ? "" : kind;
+    return isatty(descriptor) == 1 && !name.empty() && name != "dumb";
+}
+
 std::string utf8(std::u16string_view text) {
     return tessaly::encodeUtf8(text);
+}
+
+std::string shownPath(std::string_view path) {
+    constexpr char digits[] = "0123456789abcdef";
+    std::string shown;
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\n' || c == '\t' || c == '\r') {
+            shown += c == '\n' ? "\\n" : c == '\t' ? "\\t" : "\\r";
+        } else if (byte < 0x20 || byte == 0x7F) {
+            shown.append("\\x") += digits[byte >> 4U];
+            shown += digits[byte & 15U];
+        } else {
+            shown += c;
+        }
+    }
+    return harmless(shown);
 }
 
 std::string harmless(std::string_view text) {
@@ -70,19 +96,28 @@ std::string Printer::styled(Style style, std::string_view text) const {
     return code(style) + safe + "\x1b[0m";
 }
 
-void Printer::snippet(const std::u16string& line, std::size_t column) const {
-    std::u16string shown = line;
-    std::replace(shown.begin(), shown.end(), u'\t', u' ');
-    const std::size_t at = std::min(column > 0 ? column - 1 : 0, shown.size());
-    std::size_t first =
-        at > snippetUnits / 2 && shown.size() > snippetUnits ? at - snippetUnits / 2 : 0;
-    if (first < shown.size() && tessaly::isLowSurrogate(shown[first])) {
-        ++first;
+void Printer::snippet(std::u16string_view text, std::size_t offset) const {
+    const auto isLineEnd = [&](std::size_t at) { return text[at] == u'\n' || text[at] == u'\r'; };
+    const std::size_t at = std::min(offset, text.size());
+    std::size_t begin = at;
+    while (begin > 0 && at - begin <= snippetUnits && !isLineEnd(begin - 1)) {
+        --begin;
     }
-    const std::u16string before = (first > 0 ? u"…" : u"") + shown.substr(first, at - first);
-    const std::u16string behind = shown.substr(at, first + snippetUnits - at);
-    const bool cut = first + snippetUnits < shown.size();
-    m_out << "  " << harmless(utf8(before + behind)) << (cut ? "…" : "") << '\n'
+    std::size_t end = at;
+    while (end < text.size() && end - at <= snippetUnits && !isLineEnd(end)) {
+        ++end;
+    }
+    std::size_t first = begin;
+    if (end - begin > snippetUnits && at - begin > snippetUnits / 2) {
+        first = at - snippetUnits / 2;
+        first += tessaly::isLowSurrogate(text[first]) ? 1U : 0U;
+    }
+    const std::size_t last = std::min(end, first + snippetUnits);
+    std::u16string shown(text.substr(first, last - first));
+    std::replace(shown.begin(), shown.end(), u'\t', u' ');
+    const std::u16string before = (first > begin ? u"…" : u"") + shown.substr(0, at - first);
+    const std::u16string after = shown.substr(at - first) + (last < end ? u"…" : u"");
+    m_out << "  " << harmless(utf8(before + after)) << '\n'
           << "  " << std::string(cells(before), ' ') << styled(Style::Error, "^") << '\n';
 }
 

@@ -24,9 +24,9 @@ public:
     /// harmless: a deck must not be able to write escape sequences.
     std::string styled(Style style, std::string_view text) const;
 
-    /// One source line with a caret below the unit at `column`, from 1. A long line is cut around
-    /// the caret.
-    void snippet(const std::u16string& line, std::size_t column) const;
+    /// The source line around the unit at `offset` of `text`, with a caret below that unit. A long
+    /// line is cut around the caret, and costs no more than what is shown.
+    void snippet(std::u16string_view text, std::size_t offset) const;
 
 private:
     std::ostream& m_out;
@@ -34,8 +34,14 @@ private:
     bool m_colours;
 };
 
+/// Whether `descriptor` is a terminal that obeys control sequences, by what `TERM` says.
+bool isSmartTerminal(int descriptor);
+
 /// UTF-8 for printing.
 std::string utf8(std::u16string_view text);
+
+/// A path on one line, fit for printing: control characters are written as `\n` or `\x1b`.
+std::string shownPath(std::string_view path);
 
 /// `text` (UTF-8) with control characters, save the line feed and the tab, shown as U+FFFD, and a
 /// line end of CR LF as a line feed.

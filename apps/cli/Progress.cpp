@@ -1,6 +1,8 @@
 #include "apps/cli/Progress.h"
 
-#include "platform/TerminalText.h"
+#include "apps/cli/Printer.h"
+
+#include "platform/terminal/TerminalText.h"
 
 #include <unistd.h>
 
@@ -19,7 +21,7 @@ constexpr std::chrono::milliseconds pace(100);
 Progress::Progress(std::string doing, std::size_t total)
     : m_doing(std::move(doing))
     , m_total(total)
-    , m_terminal(isatty(STDERR_FILENO) == 1)
+    , m_terminal(isSmartTerminal(STDERR_FILENO))
     , m_next(Clock::now() + quietTime) {}
 
 void Progress::step() {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/cli/CommandPlatform.h"
-#include "apps/cli/Session.h"
+#include "apps/cli/project/CommandPlatform.h"
+#include "apps/cli/session/Session.h"
 
 #include <optional>
 #include <string>

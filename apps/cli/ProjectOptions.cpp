@@ -1,6 +1,6 @@
 #include "apps/cli/ProjectOptions.h"
 
-#include <CLI/CLI.hpp>
+#include "apps/cli/Usage.h"
 
 #include <map>
 
@@ -43,8 +43,8 @@ void addProject(CLI::App* command, ProjectOptions& options) {
 void addNames(CLI::App* command, ProjectOptions& options) {
     command
         ->add_option("NAME", options.names,
-                     "Decks in the project's folder, with or without .wml; one that begins with a "
-                     "hyphen goes behind --")
+                     "Decks in the project's folder, by name or by file; one that begins with a "
+                     "hyphen goes after --")
         ->required();
 }
 
@@ -53,7 +53,7 @@ void addOnConflict(CLI::App* command, ProjectOptions& options) {
         ->add_option("--on-conflict", options.onConflict,
                      "Where a file's name is taken: overwrite it, rename (name-2, name-3, ...) or "
                      "stop, instead of asking; without a terminal stop is the default")
-        ->check(CLI::IsMember({"overwrite", "rename", "stop"}));
+        ->check(oneOf({"overwrite", "rename", "stop"}));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "platform/PathName.h"
+#include "platform/files/PathName.h"
 #include "tessaly.h"
 
 #include <iostream>

@@ -1,10 +1,10 @@
 #include "platform/page/HeadlessPage.h"
 
-#include "platform/page/FindText.h"
 #include "platform/page/PageElement.h"
-#include "platform/page/PageParser.h"
-#include "platform/page/PageSelection.h"
-#include "platform/page/StyleCommand.h"
+#include "platform/page/dom/FindText.h"
+#include "platform/page/dom/PageParser.h"
+#include "platform/page/editing/PageSelection.h"
+#include "platform/page/editing/StyleCommand.h"
 #include "util/Failure.h"
 #include "util/LetterCase.h"
 
@@ -80,10 +80,13 @@ public:
     void select(const Position& from, const Position& to) override {
         const Place start = placeAt(from, false);
         const Place end = placeAt(to, true);
+        const Span turned{placeAt(to, false), placeAt(from, true)};
         if (page::isInOrder(start, end)) {
             dom().select({start, end});
-        } else {
-            dom().select({placeAt(to, false), placeAt(from, true)});
+        } else if (page::isInOrder(turned.start, turned.end)) {
+            dom().select(turned);
+        } else { // one place, at the border of an element: its start and its end lie crosswise
+            dom().select({start, start});
         }
     }
 

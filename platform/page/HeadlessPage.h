@@ -22,7 +22,7 @@ enum class PageWriting {
 /// the page as it was.
 class HeadlessPage : public HTMLDocument {
 public:
-    /// A place in the page: behind `offset` UTF-16 units of the text inside `element`, counted
+    /// A place in the page: after `offset` UTF-16 units of the text inside `element`, counted
     /// from 0 over all the text in it, at its end if it has fewer.
     struct Position {
         std::shared_ptr<IHTMLElement> element;
@@ -43,7 +43,7 @@ public:
     /// stands in the page, exact in case. False, and no change, if there is none.
     virtual bool selectText(const std::u16string& text) = 0;
 
-    /// Selects from the first occurrence of `first` to the end of the next one of `last` behind
+    /// Selects from the first occurrence of `first` to the end of the next one of `last` after
     /// it, in whichever paragraphs. False, and no change, if one is not there.
     virtual bool selectText(const std::u16string& first, const std::u16string& last) = 0;
 

@@ -1,8 +1,8 @@
 #include "platform/page/PageElement.h"
 
-#include "platform/page/ElementKinds.h"
-#include "platform/page/PageParser.h"
-#include "platform/page/RenderedText.h"
+#include "platform/page/dom/ElementKinds.h"
+#include "platform/page/dom/PageParser.h"
+#include "platform/page/dom/RenderedText.h"
 #include "util/Failure.h"
 #include "util/LetterCase.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "external/HTMLDocument.h"
-#include "platform/page/Dom.h"
-#include "platform/page/PageWriter.h"
+#include "platform/page/dom/Dom.h"
+#include "platform/page/dom/PageWriter.h"
 
 #include <memory>
 #include <optional>

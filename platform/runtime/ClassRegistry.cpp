@@ -118,7 +118,7 @@ std::optional<RegisteredClass> ClassRegistry::find(std::string_view name) const 
     if (!entry) {
         throw runtimeFailure(FailureCode::InvalidFileFormat,
                              "Line " + std::to_string(lastNumber) +
-                                 " does not tell identifier and library of " + std::string(name) +
+                                 " lacks the identifier or the library of " + std::string(name) +
                                  " in the class registry",
                              m_file);
     }
@@ -139,7 +139,7 @@ std::vector<RegisteredClass> ClassRegistry::classesOf(const std::string& library
 void ClassRegistry::add(const std::vector<RegisteredClass>& classes) {
     std::vector<std::string> lines;
     std::transform(classes.begin(), classes.end(), std::back_inserter(lines), lineOf);
-    const RegistryLock lock(m_file);
+    const FolderLock lock = lockRegistry(m_file);
     std::string text = readRegistryFile(m_file).value_or(std::string(header));
     for (const RegisteredClass& entry : classes) {
         text = without(text, entry.library);
@@ -154,7 +154,7 @@ void ClassRegistry::remove(const std::string& library) {
     if (!readRegistryFile(m_file)) {
         return; // and no folder is made
     }
-    const RegistryLock lock(m_file);
+    const FolderLock lock = lockRegistry(m_file);
     const std::string text = readRegistryFile(m_file).value_or("");
     const std::string rest = without(text, library);
     if (rest == header) {

@@ -29,7 +29,7 @@ void haveRegistered(const std::string& library, const char* entry,
         const auto run = loaded.entryPoint<decltype(DllRegisterServer)>(entry);
         failure = attempt([&] { run(registryFile.c_str()); });
     }
-    if (failure) { // thrown anew, since the library's own exception cannot outlive it
+    if (failure) { // thrown again, since the library's own exception cannot outlive it
         throw Failure(*failure);
     }
 }

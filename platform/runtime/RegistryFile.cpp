@@ -1,16 +1,13 @@
 #include "platform/runtime/RegistryFile.h"
 
-#include "platform/FileErrors.h"
-#include "platform/FileHandle.h"
+#include "platform/files/FileErrors.h"
+#include "platform/files/FileHandle.h"
+#include "platform/runtime/FileReplacement.h"
 #include "platform/runtime/RuntimeFailure.h"
 #include "util/Attempt.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <filesystem>
+#include <utility>
 
 namespace tessaly {
 
@@ -26,15 +23,8 @@ void doTo(const std::string& file, const char* what, Step&& step) {
     }
 }
 
-/// The file that `file` leads to through symbolic links.
-fs::path targetOf(const std::string& file) {
-    std::error_code failed;
-    fs::path target = fs::canonical(file, failed);
-    return failed ? fs::path(file) : target;
-}
-
 fs::path folderOf(const std::string& file) {
-    const fs::path folder = targetOf(file).parent_path();
+    const fs::path folder = fs::path(targetOfLinks(file)).parent_path();
     return folder.empty() ? "." : folder;
 }
 
@@ -42,22 +32,6 @@ void check(const std::error_code& failed) {
     if (failed) {
         throw failureOf(failed.value());
     }
-}
-
-/// The folder, open and locked.
-int lockFolder(const fs::path& folder) {
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) {
-        failByErrno();
-    }
-    while (::flock(descriptor, LOCK_EX) != 0) {
-        if (errno != EINTR) {
-            const int error = errno;
-            ::close(descriptor);
-            throw failureOf(error);
-        }
-    }
-    return descriptor;
 }
 
 } // namespace
@@ -77,25 +51,9 @@ std::optional<std::string> readRegistryFile(const std::string& file) {
 
 void replaceRegistryFile(const std::string& file, const std::string& text) {
     doTo(file, "Cannot write the class registry", [&] {
-        const fs::path target = targetOf(file);
-        const fs::path temporary = target.string() + ".new";
-        std::error_code failed;
-        const auto replace = attempt([&] {
-            fs::remove(temporary, failed); // of a process that was stopped half-way
-            FileHandle made = FileHandle::forWriting(temporary, true);
-            if (fs::exists(target)) {
-                fs::permissions(temporary, fs::status(target).permissions());
-            }
-            made.write(text);
-            made.sync();
-            made.close();
-            fs::rename(temporary, target, failed);
-            check(failed);
-        });
-        if (replace) {
-            fs::remove(temporary, failed);
-            throw Failure(*replace);
-        }
+        FileReplacement made(file);
+        made.write(text);
+        made.commit();
     });
 }
 
@@ -107,17 +65,15 @@ void removeRegistryFile(const std::string& file) {
     });
 }
 
-RegistryLock::RegistryLock(const std::string& file) {
+FolderLock lockRegistry(const std::string& file) {
+    std::optional<FolderLock> lock;
     doTo(file, "Cannot lock the folder of the class registry", [&] {
         std::error_code failed;
         fs::create_directories(folderOf(file), failed);
         check(failed);
-        m_folder = lockFolder(folderOf(file));
+        lock = FolderLock::wait(folderOf(file));
     });
-}
-
-RegistryLock::~RegistryLock() {
-    ::close(m_folder);
+    return std::move(*lock);
 }
 
 } // namespace tessaly

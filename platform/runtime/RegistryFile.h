@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/runtime/FolderLock.h"
+
 #include <optional>
 #include <string>
 
@@ -16,20 +18,8 @@ void replaceRegistryFile(const std::string& file, const std::string& text);
 
 void removeRegistryFile(const std::string& file);
 
-/// Keeps other processes from changing a registry as long as it lives: a lock on the folder, which
-/// leaves no lock file behind and goes with the process.
-class RegistryLock {
-public:
-    /// Makes the folder of `file` if it is missing, and waits until it is free.
-    explicit RegistryLock(const std::string& file);
-    ~RegistryLock();
-    RegistryLock(const RegistryLock&) = delete;
-    RegistryLock& operator=(const RegistryLock&) = delete;
-    RegistryLock(RegistryLock&&) = delete;
-    RegistryLock& operator=(RegistryLock&&) = delete;
-
-private:
-    int m_folder = -1;
-};
+/// Keeps other processes from changing a registry as long as it lives. Makes the folder of `file`
+/// if it is missing, and waits until it is free.
+FolderLock lockRegistry(const std::string& file);
 
 } // namespace tessaly

@@ -1,6 +1,6 @@
 #include "platform/runtime/RuntimeFailure.h"
 
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
 
 namespace tessaly {
 

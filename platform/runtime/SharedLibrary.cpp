@@ -1,6 +1,6 @@
 #include "platform/runtime/SharedLibrary.h"
 
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
 #include "platform/runtime/RuntimeFailure.h"
 
 #include <dlfcn.h>

@@ -1,8 +1,9 @@
 #include "ravikit/component/DomObjects.h"
 
-#include "ravikit/LocationPath.h"
-#include "ravikit/Parser.h"
 #include "ravikit/component/Objects.h"
+#include "ravikit/path/LocationPath.h"
+#include "ravikit/xml/Parser.h"
+#include "ravikit/xml/Standalone.h"
 #include "util/Failure.h"
 
 #include <map>
@@ -17,7 +18,7 @@ using ravikit::NodeSet;
 using ravikit::Tree;
 using NodesRef = std::shared_ptr<const NodeSet>;
 
-/// A tree with the answers that were given about the whole of it: a host asks for the cards anew
+/// A tree with the answers that were given about the whole of it: a host asks for the cards again
 /// at every step from card to card.
 class Source {
 public:
@@ -95,7 +96,7 @@ private:
 };
 
 /// What a document and every other node have in common. `Interface` is the one that it stands
-/// behind.
+/// after.
 template <class Interface>
 class DomNode : public Interface {
 public:
@@ -103,7 +104,7 @@ public:
         : m_source(std::move(source))
         , m_id(id) {}
 
-    std::u16string xml() override { return std::u16string(m_source->tree().source(m_id)); }
+    std::u16string xml() override { return ravikit::standaloneText(m_source->tree(), m_id); }
 
     std::shared_ptr<IXMLDOMNodeList> selectNodes(const std::u16string& pattern) override {
         return list(m_source->select(pattern, m_id));

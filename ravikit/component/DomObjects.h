@@ -1,7 +1,7 @@
 #pragma once
 
 #include "external/DOM.h"
-#include "ravikit/Tree.h"
+#include "ravikit/xml/Tree.h"
 
 #include <memory>
 

@@ -1,6 +1,7 @@
 #include "ravikit/component/DtdCache.h"
 
 #include "util/Attempt.h"
+#include "util/Lasting.h"
 
 #include <map>
 #include <mutex>
@@ -30,7 +31,7 @@ DtdRef compile(File& file) {
 
 DtdRef dtdOfFile(FileSystemObject& files, const std::u16string& path) {
     static std::mutex mutex;
-    static std::map<std::u16string, Entry> entries;
+    static auto& entries = lasting<std::map<std::u16string, Entry>>();
     constexpr std::size_t mostEntries = 16;
 
     DtdRef dtd;
@@ -49,6 +50,11 @@ DtdRef dtdOfFile(FileSystemObject& files, const std::u16string& path) {
         }
         entries.insert_or_assign(path, Entry{stamp, dtd});
     });
+    return dtd;
+}
+
+DtdRef builtInDtd() {
+    static const auto& dtd = lasting<DtdRef>(ravikit::Dtd::compileBuiltIn());
     return dtd;
 }
 

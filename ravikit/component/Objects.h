@@ -8,7 +8,7 @@
 
 namespace tessaly {
 
-/// The markup library's objects behind the component's interfaces. DTD files are looked at through
+/// The markup library's objects as the component's interfaces. DTD files are looked at through
 /// `files`, which the objects share.
 std::shared_ptr<IXMLDOMDocument2> makeEmptyDOMDocument();
 std::shared_ptr<Ravik> makeRavik(std::shared_ptr<FileSystemObject> files);

@@ -1,6 +1,6 @@
 #include "ravikit/component/ParseErrorObject.h"
 
-#include "ravikit/Lines.h"
+#include "ravikit/text/Lines.h"
 
 #include <cstddef>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "external/ParseError.h"
-#include "ravikit/Problem.h"
+#include "ravikit/text/Problem.h"
 
 #include <memory>
 #include <string>

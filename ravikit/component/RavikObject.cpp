@@ -1,9 +1,9 @@
-#include "ravikit/DeckText.h"
-#include "ravikit/Parser.h"
 #include "ravikit/component/DomObjects.h"
 #include "ravikit/component/DtdCache.h"
 #include "ravikit/component/Kinds.h"
 #include "ravikit/component/Objects.h"
+#include "ravikit/component/RememberedTree.h"
+#include "ravikit/deck/DeckText.h"
 
 #include <utility>
 
@@ -18,7 +18,7 @@ public:
 
     std::shared_ptr<IXMLDOMDocument2> parseMarkup(const std::u16string& text, bool /*validate*/,
                                                   bool /*flagB*/) override {
-        auto tree = ravikit::parse(text, &dtd().declarations());
+        auto tree = treeOf(text, dtd());
         return tree->wellFormed() ? makeDOMDocument(std::move(tree)) : makeEmptyDOMDocument();
     }
 
@@ -47,14 +47,14 @@ public:
 
 private:
     /// The DTD in force, looked up when it is needed for the first time.
-    const ravikit::Dtd& dtd() {
+    const std::shared_ptr<const ravikit::Dtd>& dtd() {
         if (!m_dtd && !m_dtdPath.empty() && m_files) {
             m_dtd = dtdOfFile(*m_files, m_dtdPath);
         }
         if (!m_dtd) {
-            m_dtd = ravikit::Dtd::builtIn();
+            m_dtd = builtInDtd();
         }
-        return *m_dtd;
+        return m_dtd;
     }
 
     std::shared_ptr<FileSystemObject> m_files;

@@ -1,8 +1,8 @@
-#include "ravikit/Parser.h"
 #include "ravikit/component/DtdCache.h"
 #include "ravikit/component/Kinds.h"
 #include "ravikit/component/Objects.h"
 #include "ravikit/component/ParseErrorObject.h"
+#include "ravikit/component/RememberedTree.h"
 #include "ravikit/convert/Convert.h"
 
 #include <optional>
@@ -34,7 +34,7 @@ public:
         m_dtd = m_files ? dtdOfFile(*m_files, path) : nullptr;
         const bool loaded = m_dtd != nullptr;
         if (!loaded) {
-            m_dtd = ravikit::Dtd::builtIn();
+            m_dtd = builtInDtd();
         }
         return loaded;
     }
@@ -42,7 +42,7 @@ public:
     std::shared_ptr<ParseError> lastError() override { return m_lastError; }
 
     bool isValidText(const std::u16string& text) override {
-        const auto tree = ravikit::parseInPlace(text, &m_dtd->declarations());
+        const auto tree = treeOf(text, m_dtd);
         Problems problems = tree->problems();
         m_dtd->judge(*tree, problems);
         return problems.empty() || refuse(text, std::move(problems));
@@ -51,7 +51,7 @@ public:
 private:
     bool toPlain(std::u16string& text, bool strict) {
         Problems problems;
-        auto page = ravikit::markupToPlain(text, strict, &m_dtd->declarations(), problems);
+        auto page = ravikit::markupToPlain(*treeOf(text, m_dtd), strict, problems);
         return replace(text, std::move(page), std::move(problems));
     }
 
@@ -76,7 +76,7 @@ private:
     }
 
     std::shared_ptr<FileSystemObject> m_files;
-    std::shared_ptr<const ravikit::Dtd> m_dtd = ravikit::Dtd::builtIn();
+    std::shared_ptr<const ravikit::Dtd> m_dtd = builtInDtd();
     std::shared_ptr<ParseError> m_lastError;
 };
 

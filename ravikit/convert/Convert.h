@@ -1,14 +1,15 @@
 #pragma once
 
-#include "ravikit/Declarations.h"
-#include "ravikit/Problem.h"
+#include "ravikit/text/Problem.h"
+#include "ravikit/xml/Tree.h"
+#include "ravikit/xml/declarations/Declarations.h"
 
 #include <optional>
 #include <string>
 #include <string_view>
 
 /// The two forms of a deck: its markup, and the HTML page of the plain view. docs/conversion.md
-/// tells how nothing is lost between them.
+/// says how nothing is lost between them.
 namespace ravikit {
 
 /// `text`, a deck or a single card, as the inside of an HTML page. `known` are the entities that
@@ -20,6 +21,8 @@ namespace ravikit {
 /// it. Without `strict` it never fails.
 std::optional<std::u16string> markupToPlain(const std::u16string& text, bool strict,
                                             const Declarations* known, Problems& problems);
+/// The same of a text that has been parsed.
+std::optional<std::u16string> markupToPlain(const Tree& tree, bool strict, Problems& problems);
 
 /// `page`, the HTML of a page or of its body, as markup: what the page took over from a
 /// deck and still shows comes back in the deck's own letters, all else is written as valid WML.

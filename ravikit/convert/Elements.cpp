@@ -1,6 +1,6 @@
 #include "ravikit/convert/Elements.h"
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 #include <array>
@@ -233,6 +233,14 @@ void Outline::enter(Tree::Id id, Element e) {
             (e == Element::Td && above != Element::Tr)) {
             m_flags[id] |= Irregular;
         }
+        if ((above == Element::Select && e != Element::Option && e != Element::Optgroup) ||
+            (above == Element::Optgroup && e != Element::Option) || above == Element::Option) {
+            markChoiceIrregular();
+        }
+        const bool isChoice = above == Element::Select || above == Element::Optgroup;
+        if ((e == Element::Option || e == Element::Optgroup) && !isChoice) {
+            m_flags[id] |= Irregular;
+        }
         if ((above == Element::Wml && e != Element::Card) ||
             (above == Element::Card && !accepts(Element::Card, e))) {
             m_flags[parent] |= Bare;
@@ -276,6 +284,9 @@ void Outline::noteText(Tree::Id id) {
     if (e == Element::Table || e == Element::Tr) {
         markIrregular();
     }
+    if (e == Element::Select || e == Element::Optgroup) {
+        markChoiceIrregular();
+    }
 }
 
 /// Notes that the innermost open element is out of order. If it is a row, so is its table.
@@ -287,12 +298,32 @@ void Outline::markIrregular() {
     }
 }
 
+/// The same of the choice around it, and of all that is open in that.
+void Outline::markChoiceIrregular() {
+    for (std::size_t i = m_open.size(); i-- > 0;) {
+        const Open& open = m_open[i];
+        const bool isPart = open.element == Element::Option || open.element == Element::Optgroup;
+        if (!isPart && open.element != Element::Select) {
+            break;
+        }
+        m_flags[open.id] |= Irregular;
+    }
+}
+
 /// Notes `flag` of all open elements. Above one that has it all have it already.
 void Outline::mark(Flag flag) {
     for (auto open = m_open.rbegin(); open != m_open.rend() && (m_flags[open->id] & flag) == 0;
          ++open) {
         m_flags[open->id] |= flag;
     }
+}
+
+std::u16string_view insideCData(std::u16string_view source) {
+    source.remove_prefix(std::min<std::size_t>(cdataBegin, source.size()));
+    if (source.ends_with(u"]]>")) {
+        source.remove_suffix(3);
+    }
+    return source;
 }
 
 std::u16string_view shownAttribute(Element element) {
@@ -327,7 +358,7 @@ std::u16string shownText(const Tree& tree, Tree::Id id, Element element) {
     case Element::Img:
         return orElse(text, orElse(value(u"src"), u"image"));
     case Element::Input:
-        return orElse(text, u"______");
+        return text;
     case Element::Do:
         return orElse(text, orElse(value(u"type"), u"do"));
     default:

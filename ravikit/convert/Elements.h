@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Tree.h"
+#include "ravikit/xml/Tree.h"
 
 #include <cstdint>
 #include <string_view>
@@ -80,7 +80,7 @@ public:
     /// Whether an HTML paragraph could not hold what is in this element.
     bool holdsBlock(Tree::Id id) const { return (m_flags[id] & HoldsBlock) != 0; }
 
-    /// Whether an HTML table, row or cell could not stand for this one.
+    /// Whether an HTML table, row, cell, choice or option could not stand for this one.
     bool isIrregular(Tree::Id id) const { return (m_flags[id] & Irregular) != 0; }
 
     /// Whether text or inline elements stand, against the rules, right in this one.
@@ -111,12 +111,19 @@ private:
     void noteText(Tree::Id id);
     void mark(Flag flag);
     void markIrregular();
+    void markChoiceIrregular();
 
     const Tree* m_tree;
     std::vector<Element> m_byName;
     std::vector<std::uint8_t> m_flags;
     std::vector<Open> m_open;
 };
+
+/// How long the mark is with which a CDATA section begins.
+inline constexpr std::uint32_t cdataBegin = 9;
+
+/// The text in a CDATA section, which need not have its end.
+std::u16string_view insideCData(std::u16string_view source);
 
 /// The attribute that an element shows as a text of its own: `title` of a card, `alt` of a picture.
 /// Empty if there is none.

@@ -1,6 +1,6 @@
 #include "ravikit/convert/Gap.h"
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 
 namespace ravikit {
 
@@ -17,7 +17,7 @@ public:
         for (Tree::Id id = first; id < behind; id = m_tree[id].next) {
             const bool isElement = m_tree.kind(id) == NodeKind::Element;
             if (outline.isBreak(id)) {
-                add(breakAtom, m_tree[id].begin, m_tree[id].end, false);
+                add({breakAtom, m_tree[id].begin, m_tree[id].end});
             } else if (isElement && outline.isShown(id)) {
                 noteRemoved();
             } else if (isElement) {
@@ -39,16 +39,10 @@ private:
         switch (m_tree.kind(id)) {
         case NodeKind::Text:
         case NodeKind::Blank:
-            for (std::uint32_t at = node.begin; at < node.end;) {
-                const bool crLf = at + 1 < node.end && m_tree.text()[at] == u'\r' &&
-                                  m_tree.text()[at + 1] == u'\n';
-                const std::uint32_t to = at + (crLf ? 2 : 1);
-                add(m_tree.text()[at], at, to, false);
-                at = to;
-            }
+            addText(node.begin, node.end, 0);
             break;
         case NodeKind::CData:
-            addWhole(node, m_tree.source(id).substr(9, m_tree.source(id).size() - 12));
+            addSection(id);
             break;
         case NodeKind::Reference: {
             const std::u16string characters = m_tree.referenceText(id);
@@ -60,20 +54,41 @@ private:
         }
     }
 
+    /// Text that stands in the source as it is.
+    void addText(std::uint32_t begin, std::uint32_t end, Tree::Id section) {
+        for (std::uint32_t at = begin; at < end;) {
+            const bool crLf =
+                at + 1 < end && m_tree.text()[at] == u'\r' && m_tree.text()[at + 1] == u'\n';
+            const std::uint32_t to = at + (crLf ? 2 : 1);
+            add({m_tree.text()[at], at, to, false, section, section});
+            at = to;
+        }
+    }
+
+    void addSection(Tree::Id id) {
+        const Node& node = m_tree[id];
+        const auto size = static_cast<std::uint32_t>(insideCData(m_tree.source(id)).size());
+        if (size == 0) {
+            addUnseen(node.begin, node.end, false);
+        }
+        const std::uint32_t begin = std::min(node.begin + cdataBegin, node.end);
+        addText(begin, begin + size, id);
+    }
+
     /// Characters that are written as one.
     void addWhole(const Node& node, std::u16string_view characters) {
         if (characters.empty()) {
             addUnseen(node.begin, node.end, false);
         }
         for (std::size_t i = 0; i < characters.size(); ++i) {
-            add(characters[i], node.begin, node.end, i > 0);
+            add({characters[i], node.begin, node.end, i > 0});
         }
     }
 
-    void add(char32_t unit, std::uint32_t begin, std::uint32_t end, bool glued) {
-        const bool blank = unit < 0x110000 && isBlank(unit);
-        if (blank && m_place.noBlanks) {
-            addUnseen(begin, end, true);
+    void add(SourceAtom atom) {
+        const bool blank = atom.unit < 0x110000 && isBlank(atom.unit);
+        if (blank && m_place.noBlanks && atom.section == 0) {
+            addUnseen(atom.begin, atom.end, true);
             return;
         }
         if (blank && !m_place.exact) {
@@ -81,14 +96,15 @@ private:
                 !m_gap.atoms.empty() && m_gap.atoms.back().unit == u' ' &&
                 (m_gap.unseen.empty() || m_gap.unseen.back().before < m_gap.atoms.size());
             if (more) {
-                m_gap.atoms.back().end = end;
+                m_gap.atoms.back().end = atom.end;
+                m_gap.atoms.back().endSection = atom.section;
                 return;
             }
-            unit = u' ';
-        } else if (unit == u'\r') {
-            unit = u'\n';
+            atom.unit = u' ';
+        } else if (atom.unit == u'\r') {
+            atom.unit = u'\n';
         }
-        m_gap.atoms.push_back({unit, begin, end, glued});
+        m_gap.atoms.push_back(atom);
     }
 
     void addUnseen(std::uint32_t begin, std::uint32_t end, bool isBlank) {
@@ -97,7 +113,8 @@ private:
             m_gap.unseen.back().end = end;
             return;
         }
-        m_gap.unseen.push_back({m_gap.atoms.size(), begin, end, isBlank});
+        m_gap.unseen.push_back(
+            {.before = m_gap.atoms.size(), .begin = begin, .end = end, .isBlank = isBlank});
     }
 
     /// What stood between elements that were removed goes with them.
@@ -105,14 +122,14 @@ private:
         if (m_removed == none) {
             m_removed = m_gap.atoms.size();
             m_unseenAhead = m_gap.unseen.size();
-            m_gap.atoms.push_back({removedAtom, 0, 0, false});
+            m_gap.atoms.push_back({removedAtom});
             return;
         }
         m_gap.atoms.resize(m_removed + 1);
         m_gap.unseen.resize(m_unseenAhead);
     }
 
-    /// Where something was removed, the blanks ahead of it go and those behind it stay.
+    /// Where something was removed, the blanks before it go and those after it stay.
     void dropDoubledBlanks() {
         if (m_removed == none) {
             return;
@@ -139,7 +156,13 @@ private:
                 break;
             }
             if (hidden[i]) {
-                unseen.push_back({kept, m_gap.atoms[i].begin, m_gap.atoms[i].end, true});
+                const SourceAtom& atom = m_gap.atoms[i];
+                unseen.push_back({.before = kept,
+                                  .begin = atom.begin,
+                                  .end = atom.end,
+                                  .isBlank = true,
+                                  .section = atom.section,
+                                  .endSection = atom.endSection});
             } else {
                 m_gap.atoms[kept++] = m_gap.atoms[i];
             }
@@ -152,7 +175,7 @@ private:
         return m_gap.atoms[i].glued || (i + 1 < m_gap.atoms.size() && m_gap.atoms[i + 1].glued);
     }
 
-    /// HTML has no line end right behind the tag.
+    /// HTML has no line end right after the tag.
     std::vector<bool> leadingLineEnds() const {
         std::vector<bool> hidden(m_gap.atoms.size());
         for (std::size_t i = 0;

@@ -1,14 +1,25 @@
 #include "ravikit/convert/KnownElements.h"
 
-#include "ravikit/convert/Carrier.h"
-#include "ravikit/convert/Digest.h"
-#include "ravikit/convert/Hash.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/convert/page/Digest.h"
+#include "ravikit/convert/page/Hash.h"
+#include "ravikit/convert/page/PageShapes.h"
+#include "ravikit/html/Style.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace ravikit {
+
+namespace {
+
+/// Browsers write `b` again for a `strong`, which looks the same.
+bool isSameFormat(Element page, Element source) {
+    return page == source || (page == Element::B && source == Element::Strong) ||
+           (page == Element::I && source == Element::Em);
+}
+
+} // namespace
 
 Element formatOf(PageTag tag) {
     switch (tag) {
@@ -109,6 +120,7 @@ void KnownElements::readMarks() {
             continue;
         }
         digest.open(one.tag, one.attributes == 0 ? 0 : pageEffects(m_page, node));
+        digest.text(shownOnPage(m_page, node));
         open.push_back({one.next, none, 0});
         const auto mark = readMark(m_page.value(node, markAttribute));
         if (mark && mark->deck == m_deck) {
@@ -156,6 +168,9 @@ void KnownElements::matchSource(const Declarations* known) {
     for (std::size_t i = 0; i < m_elements.size(); ++i) {
         const Tree::Id id = elementAt(m_begins[i], near);
         near = id == Tree::none ? near : id;
+        if (id != Tree::none && isTurned(m_elements[i].page, id)) {
+            moveToRest(i, m_outline->element(id));
+        }
         const std::uint32_t node = m_elements[i].page;
         const bool isAroundDeck = node < m_root && m_root < m_page[node].next;
         if (id == Tree::none || isAroundDeck || !m_outline->isShown(id) || isTurned(node, id)) {
@@ -164,7 +179,9 @@ void KnownElements::matchSource(const Declarations* known) {
             m_elements[i].source = id;
         }
     }
+    dissolveWrappers();
     choose();
+    joinParagraphs();
     chooseAnchors();
 }
 
@@ -172,7 +189,30 @@ void KnownElements::matchSource(const Declarations* known) {
 bool KnownElements::isTurned(std::uint32_t pageNode, Tree::Id source) const {
     const Element element = m_outline->element(source);
     return isFormat(element) && !m_outline->isFlat(source) &&
-           formatOf(m_page[pageNode].tag) != element;
+           !isSameFormat(formatOf(m_page[pageNode].tag), element);
+}
+
+/// Of an element that lost its format in part a browser leaves a `span` with the mark, and in it
+/// new elements around what keeps the format: the first of them is what the mark means.
+void KnownElements::moveToRest(std::size_t number, Element format) {
+    KnownElement& known = m_elements[number];
+    const std::uint32_t old = known.page;
+    for (std::uint32_t child = old + 1; child < m_page[old].next; child = m_page[child].next) {
+        if (m_byNode[child] != none || !isSameFormat(formatOf(m_page[child].tag), format)) {
+            continue;
+        }
+        m_byNode[child] = std::exchange(m_byNode[old], none);
+        known.page = child;
+        for (std::size_t i = number + 1;
+             i < m_elements.size() && m_elements[i].page < m_page[old].next; ++i) {
+            const std::uint32_t node = m_elements[i].page;
+            const bool isInside = child < node && node < m_page[child].next;
+            if (m_elements[i].parent == number && !isInside) {
+                m_elements[i].parent = known.parent;
+            }
+        }
+        return;
+    }
 }
 
 /// The element of the source that begins there, or none. The search starts `from` a node, since the
@@ -218,9 +258,48 @@ void KnownElements::findParents() {
     }
 }
 
+bool KnownElements::holdsBlocksOnly(std::uint32_t pageNode) const {
+    for (std::uint32_t at = pageNode + 1; at < m_page[pageNode].next; at = m_page[at].next) {
+        const bool isRoom = m_page.attribute(at, roomAttribute) != nullptr;
+        const bool isBlank = m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty();
+        if (!isRoom && !isBlank && (!isBlockTag(m_page[at].tag) || m_page[at].tag == PageTag::Br)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// A block in which the same block stands, whole or changed, was pasted into.
+void KnownElements::dissolveWrappers() {
+    for (std::uint32_t i = 0; i < m_elements.size(); ++i) {
+        const Tree::Id source = m_elements[i].source;
+        const Element kind = source == Tree::none ? Element::Unknown : m_outline->element(source);
+        if (kind != Element::Card && kind != Element::P && kind != Element::Pre) {
+            continue;
+        }
+        std::uint32_t above = i;
+        do {
+            above = m_elements[above].parent;
+        } while (m_elements[above].parent != above && m_elements[above].source != source);
+        KnownElement& outer = m_elements[above];
+        if (above != i && outer.source == source && outer.page != m_root &&
+            holdsBlocksOnly(outer.page)) {
+            outer.source = Tree::none;
+            m_byNode[outer.page] = none;
+            m_wrappers.push_back(outer.page);
+            for (std::uint32_t in = above + 1;
+                 in < m_elements.size() && m_elements[in].page < m_page[outer.page].next; ++in) {
+                m_elements[in].parent =
+                    m_elements[in].parent == above ? outer.parent : m_elements[in].parent;
+            }
+        }
+    }
+    std::sort(m_wrappers.begin(), m_wrappers.end());
+}
+
 /// Of those that name the same element of the source one is it and the others are copies. What is
 /// unchanged is written as a whole, with all that is in it, so that of two such the outer one in
-/// the source goes ahead, then the first on the page; behind them all comes what has changed.
+/// the source goes first, then the first on the page; after them all comes what has changed.
 void KnownElements::choose() {
     std::vector<std::uint32_t> whole(m_elements.size(),
                                      none); // the outermost unchanged around each
@@ -270,6 +349,40 @@ void KnownElements::chooseInside(const std::vector<std::uint32_t>& whole) {
             element.source > outer.source && element.source < (*m_tree)[outer.source].next;
         element.isCopy = outer.isCopy || !isInside || isTaken[element.source];
         isTaken[element.source] = true;
+    }
+}
+
+/// A paragraph that was joined to the one before it leaves no element on the page. What it held is
+/// then looked for in the other one.
+void KnownElements::joinParagraphs() {
+    std::vector<bool> isOnPage(m_tree->size());
+    for (const KnownElement& element : m_elements) {
+        if (element.source != Tree::none) {
+            isOnPage[element.source] = true;
+        }
+    }
+    const auto isParagraph = [this](Tree::Id id) {
+        return m_tree->kind(id) == NodeKind::Element && m_outline->element(id) == Element::P &&
+               !m_outline->holdsBlock(id);
+    };
+    for (const KnownElement& element : m_elements) {
+        if (element.source == Tree::none || element.isCopy || element.isUnchanged ||
+            !isParagraph(element.source)) {
+            continue;
+        }
+        const Tree::Id end = (*m_tree)[m_parents[element.source]].next;
+        for (Tree::Id id = (*m_tree)[element.source].next; id < end; id = (*m_tree)[id].next) {
+            if (m_tree->kind(id) == NodeKind::Element) {
+                if (!isParagraph(id) || isOnPage[id]) {
+                    break;
+                }
+                m_joined[element.source].push_back(id);
+                for (Tree::Id in = m_tree->firstContent(id); in < (*m_tree)[id].next;
+                     in = (*m_tree)[in].next) {
+                    m_parents[in] = element.source;
+                }
+            }
+        }
     }
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "ravikit/Parser.h"
 #include "ravikit/convert/Elements.h"
-#include "ravikit/convert/PageTree.h"
+#include "ravikit/html/PageTree.h"
+#include "ravikit/xml/Parser.h"
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -51,7 +53,19 @@ public:
         const std::uint32_t number = m_byNode.empty() ? none : m_byNode[pageNode];
         return number == none ? nullptr : &m_elements[number];
     }
+    /// Whether `pageNode` is a block that a browser pasted its own copy, or itself, into: no more
+    /// than what is in it.
+    bool isWrapper(std::uint32_t pageNode) const {
+        return std::binary_search(m_wrappers.begin(), m_wrappers.end(), pageNode);
+    }
+    const std::vector<KnownElement>& elements() const { return m_elements; }
     std::uint32_t rootNode() const { return m_root; }
+    /// The paragraphs directly after `paragraph` in the source that the page has no more, in order:
+    /// what is left of them was joined to it.
+    std::vector<Tree::Id> joinedTo(Tree::Id paragraph) const {
+        const auto joined = m_joined.find(paragraph);
+        return joined == m_joined.end() ? std::vector<Tree::Id>() : joined->second;
+    }
     Tree::Id anchor(std::uint32_t index) const { return m_anchors[index]; }
     Tree::Id parentOf(Tree::Id source) const { return m_parents[source]; }
 
@@ -60,11 +74,15 @@ private:
     void readMarks();
     void matchSource(const Declarations* known);
     void findParents();
+    bool holdsBlocksOnly(std::uint32_t pageNode) const;
+    void dissolveWrappers();
     void choose();
+    void joinParagraphs();
     void chooseInside(const std::vector<std::uint32_t>& whole);
     void chooseAnchors();
     bool hasTextOutside() const;
     Tree::Id elementAt(std::uint32_t begin, Tree::Id from) const;
+    void moveToRest(std::size_t number, Element format);
     bool isTurned(std::uint32_t pageNode, Tree::Id source) const;
 
     const PageTree& m_page;
@@ -76,6 +94,8 @@ private:
     std::vector<std::uint32_t> m_begins; ///< of each known element, in the source
     std::vector<KnownElement> m_elements;
     std::vector<std::uint32_t> m_byNode;
+    std::vector<std::uint32_t> m_wrappers; ///< nodes of the page, in order
+    std::map<Tree::Id, std::vector<Tree::Id>> m_joined;
     std::vector<Tree::Id> m_parents;
     std::vector<Tree::Id> m_anchors;
 };

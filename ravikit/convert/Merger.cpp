@@ -1,9 +1,10 @@
 #include "ravikit/convert/Merger.h"
 
-#include "ravikit/Chars.h"
-#include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/MergerCore.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/convert/page/PageShapes.h"
+#include "ravikit/html/Style.h"
+#include "ravikit/text/Chars.h"
 
 namespace ravikit {
 
@@ -35,7 +36,29 @@ Merger::Merger(const PageTree& page, const KnownElements& known)
     , m_known(known)
     , m_tree(known.tree())
     , m_writer(known.tree(), lineEndOf(known.tree()))
-    , m_lineEnd(lineEndOf(known.tree())) {}
+    , m_lineEnd(lineEndOf(known.tree())) {
+    countPieces();
+}
+
+void Merger::countPieces() {
+    for (const KnownElement& known : m_known.elements()) {
+        if (known.isCopy && !known.isUnchanged && known.source != Tree::none && !isHollow(known)) {
+            ++m_pieces[known.source].left;
+        }
+    }
+}
+
+void Merger::endPiece(const Frame& frame) {
+    if (frame.known == nullptr) {
+        return;
+    }
+    const auto pieces = m_pieces.find(frame.known->source);
+    if (pieces != m_pieces.end()) {
+        pieces->second.left -= frame.known->isCopy ? 1U : 0U;
+        pieces->second.cut =
+            frame.known->isCopy ? std::max(pieces->second.cut, frame.copiedTo) : frame.copiedTo;
+    }
+}
 
 /// About as much as the deck will be: its source, or else what the page shows.
 std::size_t Merger::expectedUnits() const {
@@ -96,6 +119,10 @@ void Merger::closeUpTo(std::uint32_t node) {
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
         m_newExact -= open.isExact ? 1U : 0U;
+        if (open.isLine && m_items.size() > 1 && m_items.back().unit == breakAtom &&
+            m_items[m_items.size() - 2].unit != breakAtom) {
+            m_items.pop_back(); // it lets a caret be there, and ends no line
+        }
         if (open.isPart) {
             m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
         }
@@ -105,6 +132,7 @@ void Merger::closeUpTo(std::uint32_t node) {
         flush(true);
         const Frame frame = std::move(m_frames.back());
         m_frames.pop_back();
+        endPiece(frame);
         m_exact -= frame.exact ? 1 : 0;
         if (frame.isParagraph) {
             if (m_writer.paragraphsWritten() == frame.lastPart) {
@@ -120,10 +148,27 @@ void Merger::closeUpTo(std::uint32_t node) {
     }
 }
 
+/// Whether the page shows something here that is neither text nor anything that a deck has.
+bool Merger::isLost(const PageNode& element) {
+    switch (element.tag) {
+    case PageTag::Dropped:
+    case PageTag::RawText:
+    case PageTag::Media:
+        return true;
+    case PageTag::NeedsHtml:
+        return element.text == u"svg" || element.text == u"math";
+    default:
+        return false;
+    }
+}
+
 std::uint32_t Merger::visitElement(std::uint32_t node) {
     const PageNode& element = m_page[node];
+    m_here = element.begin;
+    if (isLost(element)) {
+        drop(u'`' + std::u16string(element.text) + u'`');
+    }
     if (element.tag == PageTag::Dropped || element.tag == PageTag::RawText) {
-        drop(element.text);
         return element.tag == PageTag::Dropped ? node + 1 : element.next;
     }
     if (m_page.attribute(node, textAttribute) != nullptr && takeCaption(node)) {
@@ -133,9 +178,19 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         known != nullptr && m_tree != nullptr && known->source != Tree::none) {
         return visitKnown(*known);
     }
+    if (isRoom(node)) {
+        return element.next;
+    }
+    if (m_known.isWrapper(node)) {
+        m_open.push_back({.next = element.next});
+        return node + 1;
+    }
     if (element.tag == PageTag::Br) {
         m_items.push_back({.unit = breakAtom});
         return element.next;
+    }
+    if (enterLine(node)) {
+        return node + 1;
     }
     const bool isTransparent = isPart(node);
     m_open.push_back({.next = element.next,
@@ -150,6 +205,38 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         enterSoft(node);
     }
     return node + 1;
+}
+
+/// Whether `node` is there for the author's caret alone, and nobody typed in it; also a paragraph
+/// that a browser put around such a one.
+bool Merger::isRoom(std::uint32_t node) const {
+    bool isRoom = m_page.attribute(node, roomAttribute) != nullptr;
+    if (!isRoom && m_page[node].tag != PageTag::P) {
+        return false;
+    }
+    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        const bool isInner =
+            m_page[at].tag == PageTag::Img && m_page.attribute(at, roomAttribute) != nullptr;
+        const bool isFiller = m_page[at].tag == PageTag::Br ||
+                              (m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty());
+        if (!isFiller && !isInner) {
+            return false;
+        }
+        isRoom = isRoom || isInner;
+    }
+    return isRoom;
+}
+
+/// Enters a block that is one of the lines of its paragraph: what ends the line before is a break.
+bool Merger::enterLine(std::uint32_t node) {
+    if (!m_frames.back().hasBlockLines || m_open.empty() || !m_open.back().isFrame) {
+        return false;
+    }
+    if (m_frames.back().linesEntered++ > 0) {
+        m_items.push_back({.unit = breakAtom});
+    }
+    m_open.push_back({.next = m_page[node].next, .isLine = true});
+    return true;
 }
 
 void Merger::enterSoft(std::uint32_t node) {
@@ -173,6 +260,9 @@ bool Merger::isPart(std::uint32_t node) {
     if (part == nullptr || m_page[node].tag != PageTag::P || frame.known == nullptr ||
         frame.isParagraph || m_open.empty() || !m_open.back().isFrame ||
         m_known.outline().element(frame.known->source) != Element::P) {
+        return false;
+    }
+    if ((pageEffects(m_page, node) & AlignBits) != frame.align) {
         return false;
     }
     std::uint32_t number = 0;
@@ -240,9 +330,19 @@ void Merger::addWords(std::u16string_view text) {
     m_words.resize(range.end);
 }
 
+/// The first thing that the deck lacks, whichever of the two ways it went.
+Merger::Loss Merger::loss() const {
+    const PageNode* const unread = m_page.dropped();
+    if (unread != nullptr && (m_dropped.empty() || unread->begin < m_droppedAt)) {
+        return {u'`' + std::u16string(unread->text) + u'`', unread->begin};
+    }
+    return {m_dropped, m_droppedAt};
+}
+
 void Merger::drop(std::u16string_view what) {
     if (m_dropped.empty()) {
         m_dropped = what;
+        m_droppedAt = m_here;
     }
 }
 
@@ -255,10 +355,9 @@ bool mergePage(const PageTree& page, bool strict, const Declarations* known, std
     }
     Merger merger(page, elements);
     std::u16string merged = merger.merge();
-    if (strict && (page.hasDropped() || !merger.dropped().empty())) {
-        problems.add(ProblemKind::NotConvertible, 0, 0,
-                     u"the page holds what a deck has no place for: " +
-                         (merger.dropped().empty() ? u"a script or style" : merger.dropped()));
+    if (const Merger::Loss loss = merger.loss(); strict && !loss.what.empty()) {
+        problems.add(ProblemKind::NotConvertible, loss.begin, loss.begin,
+                     u"the page holds what a deck has no place for: " + loss.what);
         return false;
     }
     markup = std::move(merged);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ravikit/Problem.h"
-#include "ravikit/convert/PageTree.h"
+#include "ravikit/html/PageTree.h"
+#include "ravikit/text/Problem.h"
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#include "ravikit/Chars.h"
 #include "ravikit/convert/MergerCore.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 
@@ -49,20 +49,51 @@ GapPlace Merger::placeOfGap() const {
 void Merger::openGap() {
     Frame& frame = m_frames.back();
     frame.isGapOpen = true;
-    frame.usedAtoms = frame.usedUnseen = 0;
+    frame.usedAtoms = frame.copiedAtoms = frame.usedUnseen = 0;
     frame.gap.clear();
     if (frame.known == nullptr) {
         return;
     }
-    const Tree& tree = *m_tree;
     const Tree::Id id = frame.known->source;
     if (m_known.outline().isFlat(id)) {
         return; // its elements are not on the page one by one
     }
-    const Tree::Id first =
-        frame.lastAnchor == Tree::none ? tree.firstContent(id) : tree[frame.lastAnchor].next;
-    const Tree::Id behind = endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : tree[id].next;
-    readGap(tree, m_known.outline(), first, behind, placeOfGap(), frame.gap);
+    std::vector<Tree::Id> parts{id};
+    const std::vector<Tree::Id> joined = m_known.joinedTo(id);
+    parts.insert(parts.end(), joined.begin(), joined.end());
+    const auto partOf = [&](Tree::Id anchor) {
+        const auto after = std::upper_bound(parts.begin(), parts.end(), anchor);
+        return static_cast<std::size_t>(after - parts.begin()) - 1;
+    };
+    const std::size_t first = frame.lastAnchor == Tree::none ? 0 : partOf(frame.lastAnchor);
+    const std::size_t last =
+        endsAtAnchor() ? partOf(m_known.anchor(frame.nextAnchor)) : parts.size() - 1;
+    for (std::size_t part = first; part <= last; ++part) {
+        readPart(parts[part], part == first, part == last);
+    }
+}
+
+/// Reads what of the gap stands in `part`, the element or a paragraph that was joined to it.
+void Merger::readPart(Tree::Id part, bool isFirst, bool isLast) {
+    Frame& frame = m_frames.back();
+    const Tree& tree = *m_tree;
+    GapPlace place = placeOfGap();
+    place.edgeBefore = place.edgeBefore || !isFirst;
+    place.edgeAfter = place.edgeAfter || !isLast;
+    const bool isFromAnchor = isFirst && frame.lastAnchor != Tree::none;
+    const Tree::Id first = isFromAnchor ? tree[frame.lastAnchor].next : tree.firstContent(part);
+    const Tree::Id behind =
+        isLast && endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : tree[part].next;
+    Gap gap;
+    readGap(tree, m_known.outline(), first, behind, place, gap);
+    if (!isFirst) {
+        frame.gap.atoms.push_back({jointAtom});
+    }
+    for (Unseen& one : gap.unseen) {
+        one.before += frame.gap.atoms.size();
+    }
+    frame.gap.atoms.insert(frame.gap.atoms.end(), gap.atoms.begin(), gap.atoms.end());
+    frame.gap.unseen.insert(frame.gap.unseen.end(), gap.unseen.begin(), gap.unseen.end());
 }
 
 void Merger::flush(bool isLast, bool beforeBlock) {
@@ -74,31 +105,82 @@ void Merger::flush(bool isLast, bool beforeBlock) {
         openGap();
     }
     GapPlace place = placeOfGap();
-    place.edgeBefore = isFirst ? place.edgeBefore : m_frames.back().isAfterBlock;
-    place.edgeAfter = isLast ? place.edgeAfter : beforeBlock;
+    // In a place for elements only, what is inline makes a line of text.
+    place.edgeBefore = isFirst ? place.edgeBefore || place.noBlanks : m_frames.back().isAfterBlock;
+    place.edgeAfter = isLast ? place.edgeAfter || place.noBlanks : beforeBlock;
     m_frames.back().isAfterBlock = beforeBlock;
+    dropFillers(place);
     normaliseItems(place);
-    const auto [prefix, suffix] = compare(isFirst, isLast);
+    const std::vector<SharedRun> shared = compare(isFirst, isLast);
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     const bool onlyUnseen = std::all_of(atoms.begin(), atoms.end(), [](const SourceAtom& atom) {
-        return atom.unit == removedAtom;
+        return atom.unit == removedAtom || atom.unit == jointAtom;
     });
     const bool isSomewhere = m_frames.back().known != nullptr;
     const bool isBegin = m_frames.back().lastAnchor == Tree::none;
     if (isSomewhere && onlyUnseen && isBegin && !m_frames.back().isParagraph &&
         (!m_items.empty() || !isLast)) {
-        // What a card begins with, such as a timer, stays ahead of all.
+        // What a card begins with, such as a timer, stays before all.
         writeUnseen(0, false);
     }
-    writeItems(prefix, suffix);
+    m_isInLine = !place.edgeBefore;
+    writeItems(shared);
+    m_isInLine = m_isInLine && !place.edgeAfter;
     m_items.clear();
     m_ranges.clear();
     m_words.clear();
     if (isLast) {
         if (isSomewhere) {
+            m_frames.back().isEnding = !endsAtAnchor();
             writeUnseen(m_frames.back().gap.atoms.size(), true);
         }
         m_frames.back().isGapOpen = false;
+    }
+}
+
+/// Takes out the line breaks that browsers write at the end of a block, where they show nothing, so
+/// that a caret can be there.
+void Merger::dropFillers(const GapPlace& place) {
+    if (place.exact) {
+        return;
+    }
+    const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
+    std::size_t inSource = 0; // of the breaks at the end of the source's line
+    for (std::size_t i = atoms.size(); i-- > 0;) {
+        if (atoms[i].unit != breakAtom && atoms[i].unit != removedAtom) {
+            break;
+        }
+        inSource += atoms[i].unit == breakAtom ? 1U : 0U;
+    }
+    const auto isBreak = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == breakAtom;
+    };
+    const auto isBlankItem = [](const Item& item) {
+        return item.kind == Item::Kind::Character && item.unit == u' ';
+    };
+    bool isAtEnd = place.edgeAfter; // the break before this would be at the end of its block
+    bool isLast = true;
+    for (std::size_t i = m_items.size(); i-- > 0;) {
+        const Item& item = m_items[i];
+        if (isBreak(item) && isAtEnd) {
+            std::size_t count = 0;
+            std::size_t first = i;
+            while (first < m_items.size() && isBreak(m_items[first])) {
+                ++count;
+                first = first == 0 ? m_items.size() : first - 1;
+            }
+            const bool isAlone = first < m_items.size() &&
+                                 m_items[first].kind == Item::Kind::Enter && m_items[first].isBlock;
+            if (count > (isLast ? inSource : 0) && !isAlone) {
+                m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(i));
+            }
+            isAtEnd = isLast = false;
+        } else if (item.kind == Item::Kind::Character || item.kind == Item::Kind::Words) {
+            isAtEnd = isAtEnd && isBlankItem(item);
+            isLast = isLast && isBlankItem(item);
+        } else if (item.isBlock) {
+            isAtEnd = true;
+        }
     }
 }
 
@@ -123,11 +205,11 @@ void Merger::normaliseItems(const GapPlace& place) {
     const auto isEdge = [](const Item& item) {
         return item.kind == Item::Kind::Character ? item.unit == breakAtom : item.isBlock;
     };
-    const bool none =
-        place.noBlanks && std::none_of(m_items.begin(), m_items.end(), [&](const Item& item) {
-            return item.kind == Item::Kind::Character && !isBlankItem(item);
-        });
-    bool edge = place.edgeAfter || place.noBlanks;
+    const bool none = place.noBlanks && (place.edgeBefore || place.edgeAfter) &&
+                      std::none_of(m_items.begin(), m_items.end(), [&](const Item& item) {
+                          return item.kind == Item::Kind::Character && !isBlankItem(item);
+                      });
+    bool edge = place.edgeAfter;
     for (std::size_t i = m_items.size(); i-- > 0;) {
         if (isBlankItem(m_items[i])) {
             m_items[i].isDropped = edge || none;
@@ -137,7 +219,7 @@ void Merger::normaliseItems(const GapPlace& place) {
             edge = isEdge(m_items[i]);
         }
     }
-    edge = place.edgeBefore || place.noBlanks;
+    edge = place.edgeBefore;
     std::size_t kept = 0;
     for (const Item& item : m_items) {
         const bool blank = isBlankItem(item);
@@ -174,38 +256,40 @@ bool Merger::trimBegin(const Item& words, bool isAtEdge) {
     return range.begin == range.end ? isAtEdge : m_words[range.end - 1] == u' ';
 }
 
-/// How many characters at the begin and at the end of the page's text are the source's.
-std::pair<std::size_t, std::size_t> Merger::compare(bool isFirst, bool isLast) const {
+/// What of the source's text the page's still has. A gap that comes in several goes, around what
+/// the source has elsewhere, is compared at its begin and its end alone.
+std::vector<SharedRun> Merger::compare(bool isFirst, bool isLast) const {
     const Frame& frame = m_frames.back();
     const std::vector<SourceAtom>& atoms = frame.gap.atoms;
-    if (atoms.empty()) {
-        return {0, 0};
+    if (atoms.empty() || (!isFirst && !isLast)) {
+        return {};
     }
-    std::vector<char32_t> units;
-    units.reserve(m_items.size());
+    std::u32string source;
+    for (const SourceAtom& atom : atoms) {
+        source += atom.unit;
+    }
+    std::u32string shown;
     for (const Item& item : m_items) {
         if (item.kind == Item::Kind::Character) {
-            units.push_back(item.unit);
+            shown += item.unit;
         }
     }
-    std::size_t prefix = 0;
-    while (isFirst && prefix < units.size() && prefix < atoms.size() &&
-           units[prefix] == atoms[prefix].unit) {
-        ++prefix;
+    if (isFirst && isLast) {
+        return sharedRuns(source, shown);
     }
-    while (prefix > 0 && prefix < atoms.size() && atoms[prefix].glued) {
-        --prefix;
+    const std::size_t free = std::min(source.size() - frame.usedAtoms, shown.size());
+    std::size_t length = 0;
+    if (isFirst) {
+        while (length < free && source[length] == shown[length]) {
+            ++length;
+        }
+        return {{0, 0, length}};
     }
-    const std::size_t used = std::max(prefix, frame.usedAtoms);
-    std::size_t suffix = 0;
-    while (isLast && suffix < units.size() - prefix && suffix < atoms.size() - used &&
-           units[units.size() - 1 - suffix] == atoms[atoms.size() - 1 - suffix].unit) {
-        ++suffix;
+    while (length < free &&
+           source[source.size() - 1 - length] == shown[shown.size() - 1 - length]) {
+        ++length;
     }
-    while (suffix > 0 && atoms[atoms.size() - suffix].glued) {
-        --suffix;
-    }
-    return {prefix, suffix};
+    return {{source.size() - length, shown.size() - length, length}};
 }
 
 } // namespace ravikit

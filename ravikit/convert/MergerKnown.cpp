@@ -1,7 +1,7 @@
-#include "ravikit/Chars.h"
-#include "ravikit/convert/Carrier.h"
 #include "ravikit/convert/MergerCore.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/html/Style.h"
+#include "ravikit/text/Chars.h"
 
 namespace ravikit {
 
@@ -25,16 +25,29 @@ std::u16string collapsed(std::u16string_view text) {
 
 } // namespace
 
+/// Whether `known` is a paragraph that a browser left with nothing in it to be seen.
+bool Merger::isHollow(const KnownElement& known) const {
+    const Element element = m_known.outline().element(known.source);
+    const bool isParagraph = element == Element::P || element == Element::Pre;
+    const bool isEmptyCopy = known.isCopy && m_page[known.page].next == known.page + 1;
+    return isParagraph && (isEmptyCopy || isRoom(known.page));
+}
+
 std::uint32_t Merger::visitKnown(const KnownElement& known) {
+    const Element element = m_known.outline().element(known.source);
+    if (isHollow(known)) {
+        return m_page[known.page].next;
+    }
     flush(known.isAnchor, !known.isAnchor && isBlockSource(known.source));
     Frame& frame = m_frames.back();
     if (known.isAnchor) {
         frame.lastAnchor = known.source;
+        frame.copiedTo = (*m_tree)[known.source].end;
         ++frame.nextAnchor;
     }
-    const Element element = m_known.outline().element(known.source);
-    // A changed copy of a box is what was split off it.
-    const bool isWhole = isBox(element) && !known.isCopy;
+    // A changed copy of a box with text in it is what was split off it.
+    const bool isReplaced = m_page[known.page].next == known.page + 1;
+    const bool isWhole = isBox(element) && (!known.isCopy || isReplaced);
     const bool done = known.isUnchanged ? writeWhole(known) : isWhole && writeBox(known);
     if (done) {
         return m_page[known.page].next;
@@ -83,14 +96,20 @@ bool Merger::writeBox(const KnownElement& known) {
 void Merger::enterKnown(const KnownElement& known) {
     const Element element = m_known.outline().element(known.source);
     Frame frame{.known = &known, .nextAnchor = known.firstAnchor};
+    frame.copiedTo = m_tree->startTagEnd(known.source);
     frame.exact = element == Element::Pre;
+    frame.align = element == Element::P ? alignOnPage(known) : 0;
+    frame.hasBlockLines = element == Element::P && m_page[known.page].tag == PageTag::P &&
+                          alignOfLines(known.page).has_value();
     frame.caption = captionOf(known);
-    AttributeChanges changes =
-        element == Element::P ? alignChange(known) : captionChange(known, frame.caption);
+    frame.isCaptioned = m_page[known.page].tag == PageTag::Optgroup;
+    AttributeChanges changes = element == Element::P ? alignChange(known, frame.align)
+                                                     : captionChange(known, frame.caption);
     Opening opening{.element = element,
                     .source = known.source,
                     .isCopy = known.isCopy,
-                    .changes = std::move(changes)};
+                    .changes = std::move(changes),
+                    .task = element == Element::Anchor ? taskOf(known.source) : u""};
     const bool isRoot = m_frames.empty();
     // What stands in an element that was turned can't stand in its place.
     const bool inPlace = isRoot || (known.isAnchor && m_writer.isInnermost(m_frames.back().handle));
@@ -122,30 +141,61 @@ void Merger::enterKnown(const KnownElement& known) {
     }
 }
 
-/// The alignment that the page shows of a paragraph, from its parts if it is in several: the first
-/// that differs from the source's is the one that the author chose.
+/// The alignment of a paragraph that a browser wrote as a block for each of its lines, all aligned
+/// alike; none if it is another one.
+std::optional<std::uint32_t> Merger::alignOfLines(std::uint32_t paragraph) const {
+    std::optional<std::uint32_t> align;
+    for (std::uint32_t node = paragraph + 1; node < m_page[paragraph].next;
+         node = m_page[node].next) {
+        if (m_page[node].tag == PageTag::None && trimmed(m_page[node].text).empty()) {
+            continue;
+        }
+        const bool isLine = (m_page[node].tag == PageTag::Div || m_page[node].tag == PageTag::P) &&
+                            m_known.find(node) == nullptr;
+        const std::uint32_t own = isLine ? pageEffects(m_page, node) & AlignBits : 0;
+        if (!isLine || own == 0 || align.value_or(own) != own || holdsBlock(node)) {
+            return std::nullopt;
+        }
+        align = own;
+    }
+    return align;
+}
+
+bool Merger::holdsBlock(std::uint32_t node) const {
+    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+        if (isBlockTag(m_page[at].tag) && m_page[at].tag != PageTag::Br) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The alignment that the page shows of a paragraph. One in several parts has that of all of them,
+/// or else keeps its own: the parts that differ become paragraphs of their own.
 std::uint32_t Merger::alignOnPage(const KnownElement& known) const {
     if (m_page[known.page].tag == PageTag::P) {
-        return pageEffects(m_page, known.page) & AlignBits;
+        const auto lines = alignOfLines(known.page);
+        return lines ? *lines : pageEffects(m_page, known.page) & AlignBits;
     }
     const Tree::Id attribute = m_tree->attribute(known.source, u"align");
     const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));
+    std::optional<std::uint32_t> common;
     for (std::uint32_t node = known.page + 1; node < m_page[known.page].next;
          node = m_page[node].next) {
         if (m_page[node].tag == PageTag::P && m_page.attribute(node, partAttribute) != nullptr) {
             const std::uint32_t align = pageEffects(m_page, node) & AlignBits;
-            if (align != own) {
-                return align;
+            if (common.value_or(align) != align) {
+                return own;
             }
+            common = align;
         }
     }
-    return own;
+    return common.value_or(own);
 }
 
-AttributeChanges Merger::alignChange(const KnownElement& known) const {
+AttributeChanges Merger::alignChange(const KnownElement& known, std::uint32_t align) const {
     const Tree::Id attribute = m_tree->attribute(known.source, u"align");
     const std::uint32_t own = attribute == Tree::none ? 0 : alignCode(m_tree->rawValue(attribute));
-    const std::uint32_t align = alignOnPage(known);
     if (align == own) {
         return {};
     }
@@ -154,9 +204,12 @@ AttributeChanges Merger::alignChange(const KnownElement& known) const {
 
 /// The node that shows an attribute of `known`; the element's own if there is none.
 std::uint32_t Merger::captionOf(const KnownElement& known) const {
+    const bool isLabelled = m_page[known.page].tag == PageTag::Optgroup;
     const std::u16string_view name = shownAttribute(m_known.outline().element(known.source));
-    for (std::uint32_t node = known.page + 1; !name.empty() && node < m_page[known.page].next;
-         node = m_page[node].next) {
+    for (std::uint32_t node = known.page + 1;
+         !isLabelled && !name.empty() && node < m_page[known.page].next;
+         node = m_page[node].tag == PageTag::H2 || m_known.isWrapper(node) ? node + 1
+                                                                           : m_page[node].next) {
         if (m_page[node].tag != PageTag::None && m_page.value(node, textAttribute) == name) {
             return node;
         }
@@ -167,26 +220,44 @@ std::uint32_t Merger::captionOf(const KnownElement& known) const {
 AttributeChanges Merger::captionChange(const KnownElement& known, std::uint32_t caption) const {
     const Element element = m_known.outline().element(known.source);
     const std::u16string_view name = shownAttribute(element);
-    if (name.empty() || (caption == known.page && !isBox(element))) {
+    if (name.empty()) {
         return {};
     }
-    const std::u16string shown = collapsed(textOf(caption));
+    const bool isMissing =
+        caption == known.page && !isBox(element) && m_page[known.page].tag != PageTag::Optgroup;
+    const std::u16string shown = isMissing ? std::u16string() : collapsed(textOf(caption));
     if (shown == collapsed(shownText(*m_tree, known.source, element))) {
         return {};
     }
-    return {{std::u16string(name), shown}};
+    // A picture has to have its text.
+    return {{std::u16string(name), shown, shown.empty() && element != Element::Img}};
 }
 
 std::u16string Merger::textOf(std::uint32_t node) const {
-    std::u16string text;
-    for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
+    std::u16string text(shownOnPage(m_page, node));
+    const bool isLabelled = m_page[node].tag == PageTag::Optgroup;
+    for (std::uint32_t at = node + 1; !isLabelled && at < m_page[node].next; ++at) {
         if (m_page[at].tag == PageTag::None) {
             text += m_page[at].text;
         } else if (m_page[at].tag == PageTag::Br) {
             text += u' ';
+        } else {
+            text += shownOnPage(m_page, at);
         }
     }
     return text;
+}
+
+/// What makes an anchor a link: a piece of it that was split off leads where the whole did.
+std::u16string Merger::taskOf(Tree::Id anchor) const {
+    const Tree& tree = *m_tree;
+    std::u16string task;
+    for (Tree::Id id = tree.firstContent(anchor); id < tree[anchor].next; id = tree[id].next) {
+        const bool isTask =
+            tree.kind(id) == NodeKind::Element && m_known.outline().element(id) == Element::Unseen;
+        task += isTask ? withoutIds(id) : u"";
+    }
+    return task;
 }
 
 /// The source of an element without the ids in it, which the page has at another place too.

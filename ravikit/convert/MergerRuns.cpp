@@ -1,9 +1,10 @@
 #include "ravikit/convert/MergerCore.h"
 
 #include <algorithm>
+#include <utility>
 
 /// Writing what the page has in a gap: what agrees with the source as the source has it, the rest
-/// anew.
+/// again.
 namespace ravikit {
 
 /// Whether the element that the gap is in is itself written, so that what belongs in it can be.
@@ -14,54 +15,163 @@ bool Merger::ownsElements(bool amongText) const {
            (amongText ? m_writer.holdsText(frame.handle, isBare()) : m_writer.holds(frame.handle));
 }
 
-void Merger::writeItems(std::size_t prefix, std::size_t suffix) {
-    Frame& frame = m_frames.back();
-    const auto characters = static_cast<std::size_t>(
-        std::count_if(m_items.begin(), m_items.end(),
-                      [](const Item& item) { return item.kind == Item::Kind::Character; }));
-    const std::size_t behindNew = characters - suffix;
-    const std::size_t atomShift = frame.gap.atoms.size() - characters;
-    frame.usedAtoms = std::max(frame.usedAtoms, prefix);
-    std::size_t number = 0;
+void Merger::writeItems(const std::vector<SharedRun>& shared) {
+    if (!shared.empty()) {
+        m_frames.back().usedAtoms = shared.back().before + shared.back().length;
+    }
+    std::size_t number = 0; // of the characters so far
+    std::size_t next = 0;   // the first of `shared` that isn't written whole
     for (std::size_t i = 0; i < m_items.size();) {
-        if (m_items[i].kind == Item::Kind::Enter) {
-            openSoft(m_items[i++].node);
+        std::size_t end = i;
+        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character) {
+            ++end;
+        }
+        if (end > i) {
+            writeCharacterItems(i, end, number, shared, next);
+            number += end - i;
+            i = end;
             continue;
         }
-        if (m_items[i].kind == Item::Kind::Edge) {
-            ++i;
-            continue;
-        }
-        if (m_items[i].kind == Item::Kind::Words) {
-            const Range range = m_ranges[m_items[i++].node];
+        const Item item = m_items[i++];
+        m_isInLine = !item.isBlock && (m_isInLine || item.kind == Item::Kind::Words);
+        switch (item.kind) {
+        case Item::Kind::Enter:
+            if (!item.isBlock && !m_isInLine) {
+                leadLine(i, number, shared);
+            }
+            openSoft(item.node);
+            break;
+        case Item::Kind::Leave:
+            writeTaskInside(i);
+            closeSoft();
+            break;
+        case Item::Kind::Words: {
+            const Range range = m_ranges[item.node];
             writeCharacters(
                 std::u16string_view(m_words).substr(range.begin, range.end - range.begin),
                 isBare());
+            break;
+        }
+        default:
+            break;
+        }
+    }
+}
+
+/// Writes what isn't seen before the first character of a line, the item from `item` on with this
+/// number, so that it stands before the formats around that character.
+void Merger::leadLine(std::size_t item, std::size_t number, const std::vector<SharedRun>& shared) {
+    while (item < m_items.size() && m_items[item].kind == Item::Kind::Enter &&
+           !m_items[item].isBlock) {
+        ++item;
+    }
+    const bool isText = item < m_items.size() && m_items[item].kind == Item::Kind::Character &&
+                        m_items[item].unit != breakAtom;
+    if (!isText || m_frames.back().known == nullptr || placeOfGap().noBlanks) {
+        return;
+    }
+    std::size_t atom = 0;
+    for (const SharedRun& run : shared) {
+        if (run.after > number) {
+            break;
+        }
+        atom = run.before + std::min(number - run.after, run.length);
+    }
+    if (canCopy(atom, 0)) {
+        LineText line;
+        addUnseenUpTo(atom, true, line);
+        writeLine(line);
+    }
+}
+
+/// Writes the task of a link that a format was put around into the format, if nothing else of the
+/// link follows the item before `next`.
+void Merger::writeTaskInside(std::size_t next) {
+    const Frame& frame = m_frames.back();
+    const bool isAnchor =
+        frame.known != nullptr && m_known.outline().element(frame.known->source) == Element::Anchor;
+    if (!isAnchor || endsAtAnchor() || frame.usedAtoms != frame.gap.atoms.size()) {
+        return;
+    }
+    const bool isLast = std::all_of(
+        m_items.begin() + static_cast<std::ptrdiff_t>(next), m_items.end(),
+        [](const Item& item) { return item.kind == Item::Kind::Leave && !item.isBlock; });
+    if (isLast) {
+        LineText line;
+        addUnseenUpTo(frame.gap.atoms.size(), true, line);
+        writeLine(line);
+    }
+}
+
+/// Writes the items [firstItem, behind), characters all, of which the first has this number: what
+/// is shared as the source has it, the rest as new text.
+void Merger::writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
+                                 const std::vector<SharedRun>& shared, std::size_t& next) {
+    const std::size_t limit = number + (behind - firstItem);
+    const auto itemOf = [&](std::size_t character) { return firstItem + (character - number); };
+    LineText line;
+    for (std::size_t at = number; at < limit;) {
+        while (next < shared.size() && shared[next].after + shared[next].length <= at) {
+            ++next;
+        }
+        const bool isOver = next == shared.size();
+        const std::size_t begin = isOver ? limit : std::min(shared[next].after, limit);
+        if (begin > at) {
+            const std::size_t atom =
+                next == 0 ? 0 : shared[next - 1].before + shared[next - 1].length;
+            const std::size_t nextAtom =
+                isOver ? m_frames.back().gap.atoms.size() : shared[next].before;
+            addUnseenForNew(itemOf(at), itemOf(begin), atom, nextAtom, line);
+            addNew(itemOf(at), itemOf(begin), line);
+            at = begin;
+            m_isInLine = m_items[itemOf(at) - 1].unit != breakAtom;
             continue;
         }
-        if (m_items[i].kind == Item::Kind::Leave) {
-            closeSoft();
-            ++i;
-            continue;
+        const SharedRun& run = shared[next];
+        const std::size_t end = std::min(run.after + run.length, limit);
+        addRun(itemOf(at), itemOf(end), run.before + (at - run.after), line);
+        at = end;
+        m_isInLine = m_items[itemOf(at) - 1].unit != breakAtom;
+    }
+    writeLine(line);
+}
+
+void Merger::writeLine(LineText& line) {
+    if (!line.isEmpty()) {
+        m_writer.text(line.take(), isBare());
+        noteTask();
+    }
+}
+
+/// Adds what isn't seen and goes before the new text of the items, which stands in place of the
+/// atoms [atom, nextAtom): the blanks that lead its line, and what would stand inside of a word
+/// after it.
+void Merger::addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
+                             std::size_t nextAtom, LineText& line) {
+    const Frame& frame = m_frames.back();
+    if (frame.known == nullptr || placeOfGap().noBlanks || !canCopy(atom, 0)) {
+        return;
+    }
+    for (std::size_t i = behind; i < m_items.size() && m_items[i].kind != Item::Kind::Character;
+         ++i) {
+        if (m_items[i].isBlock) {
+            return; // it leads a line after this one
         }
-        std::size_t end = i;
-        const std::size_t first = number;
-        const std::size_t limit = first < prefix      ? prefix
-                                  : first < behindNew ? behindNew
-                                                      : characters;
-        while (end < m_items.size() && m_items[end].kind == Item::Kind::Character &&
-               number < limit) {
-            ++end;
-            ++number;
-        }
-        if (first < prefix) {
-            writeRun(i, end, first);
-        } else if (first < behindNew) {
-            writeNew(i, end);
-        } else {
-            writeRun(i, end, first + atomShift);
-        }
-        i = end;
+    }
+    const std::vector<SourceAtom>& atoms = frame.gap.atoms;
+    const auto isWordAt = [&](std::size_t at) {
+        return at < atoms.size() && isWordUnit(atoms[at].unit);
+    };
+    const bool beginsLine = firstItem == 0 || (m_items[firstItem - 1].kind == Item::Kind::Character
+                                                   ? m_items[firstItem - 1].unit == breakAtom
+                                                   : m_items[firstItem - 1].isBlock);
+    const bool endsInWord = isWordAt(nextAtom) && isWordUnit(m_items[behind - 1].unit);
+    if (isWordAt(atom) || (beginsLine && (!atoms.empty() || placeOfGap().edgeBefore)) ||
+        (endsInWord && nextAtom > atom)) {
+        addUnseenUpTo(atom, true, line);
+    }
+    if (endsInWord && nextAtom > atom) {
+        addUnseenUpTo(nextAtom, true, line);
     }
 }
 
@@ -76,18 +186,52 @@ bool Merger::canCopy(std::size_t atom, std::size_t count) const {
     return (!hasElement || ownsElements(true)) && (!hasBreak || m_writer.takesBreaks(isBare()));
 }
 
-/// Whether the element that the gap is in was split off another, which has what isn't seen.
-bool Merger::isSplitOff() const {
-    const KnownElement* const known = m_frames.back().known;
-    return known != nullptr && known->isCopy && !known->isUnchanged;
+/// Whether the source has a line break before `atom` that the page has no more, so that what comes
+/// there goes on the line of what was written before.
+bool Merger::isJoined(std::size_t atom) const {
+    const Frame& frame = m_frames.back();
+    const auto atoms = frame.gap.atoms.begin();
+    return m_isInLine &&
+           std::any_of(atoms + static_cast<std::ptrdiff_t>(std::min(frame.copiedAtoms, atom)),
+                       atoms + static_cast<std::ptrdiff_t>(atom), [](const SourceAtom& one) {
+                           return one.unit == breakAtom || one.unit == jointAtom;
+                       });
+}
+
+/// Whether what isn't seen goes with the piece of its paragraph that is being written: of several
+/// the one that has the words before it, and the last has all that is left.
+bool Merger::belongsHere(const Unseen& one) const {
+    const Frame& frame = m_frames.back();
+    if (frame.known == nullptr || frame.known->isUnchanged) {
+        return true;
+    }
+    // A paragraph of which no word is left went with all that it held.
+    const auto atoms = frame.gap.atoms.begin();
+    const bool isGone = frame.isEnding && one.before > frame.copiedAtoms &&
+                        std::any_of(atoms + static_cast<std::ptrdiff_t>(frame.copiedAtoms),
+                                    atoms + static_cast<std::ptrdiff_t>(one.before),
+                                    [](const SourceAtom& atom) { return atom.unit == jointAtom; });
+    if (isGone) {
+        return false;
+    }
+    const auto pieces = m_pieces.find(frame.known->source);
+    if (pieces == m_pieces.end()) {
+        return !frame.known->isCopy;
+    }
+    const bool isAfterCut = !frame.known->isCopy || one.begin >= pieces->second.cut;
+    const bool isLastPiece = pieces->second.left == (frame.known->isCopy ? 1U : 0U);
+    return isAfterCut && (isLastPiece || !frame.isEnding || one.begin <= frame.copiedTo);
 }
 
 /// Up to where, at most `end`, the source of the atoms from `begin` on can be copied in one piece.
 std::size_t Merger::copyEnd(std::size_t begin, std::size_t end) const {
     const Frame& frame = m_frames.back();
-    for (std::size_t i = frame.usedUnseen; isSplitOff() && i < frame.gap.unseen.size(); ++i) {
+    for (std::size_t i = frame.usedUnseen; i < frame.gap.unseen.size(); ++i) {
         const Unseen& one = frame.gap.unseen[i];
-        if (!one.isBlank && one.before > begin) {
+        if (one.before >= end) {
+            break;
+        }
+        if (!one.isBlank && one.before > begin && !belongsHere(one)) {
             return std::min(one.before, end);
         }
     }
@@ -95,12 +239,11 @@ std::size_t Merger::copyEnd(std::size_t begin, std::size_t end) const {
 }
 
 /// Copies the characters of the items from the source, where they begin at `atom`.
-void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t atom) {
+void Merger::addRun(std::size_t firstItem, std::size_t behind, std::size_t atom, LineText& line) {
     if (!canCopy(atom, behind - firstItem)) {
-        writeNew(firstItem, behind);
+        addNew(firstItem, behind, line);
         return;
     }
-    // The frame may move while what is written opens others.
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     std::size_t begin = atom;
     std::size_t end = atom + (behind - firstItem);
@@ -111,44 +254,55 @@ void Merger::writeRun(std::size_t firstItem, std::size_t behind, std::size_t ato
     while (end > begin && end < atoms.size() && atoms[end].glued) {
         --end;
     }
-    writeNew(firstItem, firstItem + (begin - atom));
+    addNew(firstItem, firstItem + (begin - atom), line);
     while (begin < end) {
         const std::size_t stop = copyEnd(begin, end);
-        m_buffer = unseenUpTo(begin, true);
-        m_buffer +=
-            m_tree->text().substr(atoms[begin].begin, atoms[stop - 1].end - atoms[begin].begin);
+        const SourceAtom& first = atoms[begin];
+        const SourceAtom& last = atoms[stop - 1];
+        addUnseenUpTo(begin, true, line);
+        line.copy(m_tree->text().substr(first.begin, last.end - first.begin), first.section,
+                  last.endSection);
         std::size_t& next = m_frames.back().usedUnseen;
         const std::vector<Unseen>& unseen = m_frames.back().gap.unseen;
-        while (next < unseen.size() && unseen[next].before < stop) {
-            ++next; // those inside came along
+        for (; next < unseen.size() && unseen[next].before < stop; ++next) {
+            m_frames.back().hasTask |= unseen[next].isElement; // those inside came along
         }
-        m_writer.text(m_buffer, isBare());
         begin = stop;
+        m_frames.back().copiedAtoms = stop;
+        m_frames.back().copiedTo = last.end;
     }
-    writeNew(firstItem + (end - atom), behind);
+    addNew(firstItem + (end - atom), behind, line);
 }
 
-void Merger::writeNew(std::size_t firstItem, std::size_t behind) {
+void Merger::addNew(std::size_t firstItem, std::size_t behind, LineText& line) {
     std::u16string& text = m_newText;
     text.clear();
-    const bool bare = isBare();
-    const auto write = [&] {
-        writeCharacters(text, bare);
+    const auto add = [&] {
+        if (text.empty() || line.writeInSection(text)) {
+            text.clear();
+            return;
+        }
+        m_buffer.clear();
+        if (!appendCharacters(m_buffer, text)) {
+            drop(u"a character that XML has no place for");
+        }
+        line.write(m_buffer);
         text.clear();
     };
     for (std::size_t i = firstItem; i < behind; ++i) {
         const char32_t item = m_items[i].unit;
         const char32_t unit = item >= exactBlank ? item - exactBlank : item;
         if (unit == breakAtom) {
-            write();
-            m_writer.lineBreak(u"<br/>", bare);
+            add();
+            writeLine(line);
+            m_writer.lineBreak(u"<br/>", isBare());
         } else if (unit == u'\n') {
             text += m_lineEnd;
         } else {
             text += static_cast<char16_t>(unit);
         }
     }
-    write();
+    add();
 }
 
 void Merger::writeCharacters(std::u16string_view text, bool bare) {
@@ -162,12 +316,11 @@ void Merger::writeCharacters(std::u16string_view text, bool bare) {
     m_writer.text(m_buffer, bare);
 }
 
-/// What isn't seen ahead of `atom` and was not written yet; of blanks only those right
-/// ahead, of it or of something else that comes along.
-std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
+/// Adds what isn't seen before `atom` and was not written yet; of blanks only those right before
+/// it, or before something else that comes along. Where lines were joined a blank would show.
+void Merger::addUnseenUpTo(std::size_t atom, bool keepsLastBlank, LineText& line) {
     Frame& frame = m_frames.back();
-    const bool isSplit = isSplitOff();
-    std::u16string text;
+    const bool isJoined = this->isJoined(atom);
     const std::vector<Unseen>& unseen = frame.gap.unseen;
     std::size_t end = frame.usedUnseen;
     while (end < unseen.size() && unseen[end].before <= atom) {
@@ -184,23 +337,38 @@ std::u16string Merger::unseenUpTo(std::size_t atom, bool keepsLastBlank) {
         if (one.isElement && !ownsElements(false)) {
             continue;
         }
-        const bool kept = one.isBlank ? one.before == atom || (leads && !isSplit) : !isSplit;
+        const bool kept =
+            one.isBlank ? !isJoined && (one.before == atom || (leads && belongsHere(unseen[next])))
+                        : belongsHere(one);
+        frame.hasTask = frame.hasTask || (kept && one.isElement);
+        if (kept && !one.isBlank) {
+            frame.copiedTo = std::max(frame.copiedTo, one.end);
+        }
         if (kept) {
-            text += m_tree->text().substr(one.begin, one.end - one.begin);
+            line.copy(m_tree->text().substr(one.begin, one.end - one.begin), one.section,
+                      one.endSection);
         }
     }
-    return text;
 }
 
 void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
-    const std::u16string text = unseenUpTo(atom, keepsLastBlank);
-    if (text.empty()) {
+    LineText line;
+    addUnseenUpTo(atom, keepsLastBlank, line);
+    if (line.isEmpty()) {
         return;
     }
     if (m_frames.back().isParagraph) {
         m_writer.forceParagraph();
     }
-    m_writer.unseen(text, m_frames.back().handle);
+    m_writer.unseen(line.take(), m_frames.back().handle);
+    noteTask();
+}
+
+/// Lets the writer know if what was written last brought the task of a link with it.
+void Merger::noteTask() {
+    if (std::exchange(m_frames.back().hasTask, false)) {
+        m_writer.noteTask();
+    }
 }
 
 } // namespace ravikit

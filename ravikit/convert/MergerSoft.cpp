@@ -1,6 +1,6 @@
-#include "ravikit/Chars.h"
 #include "ravikit/convert/MergerCore.h"
-#include "ravikit/convert/Style.h"
+#include "ravikit/html/Style.h"
+#include "ravikit/text/Chars.h"
 
 #include <algorithm>
 
@@ -49,8 +49,12 @@ void Merger::openSoft(std::uint32_t node) {
 void Merger::closeSoft() {
     Soft soft = std::move(m_soft.back());
     m_soft.pop_back();
+    bool isWritten = true;
     for (; !soft.handles.empty(); soft.handles.pop_back()) {
-        m_writer.close(soft.handles.back());
+        isWritten = m_writer.close(soft.handles.back());
+    }
+    if (!isWritten) {
+        writeText(soft.label);
     }
     if (soft.isList) {
         m_lists.pop_back();
@@ -84,6 +88,10 @@ bool Merger::openTablePart(std::uint32_t node, Soft& soft) {
     case PageTag::Select:
         opening.element = Element::Select;
         break;
+    case PageTag::Optgroup:
+        opening.element = Element::Optgroup;
+        opening.tag = u"<optgroup" + attributeText(u"title", shownOnPage(m_page, node)) + u'>';
+        break;
     case PageTag::Option:
         opening.element = Element::Option;
         break;
@@ -96,9 +104,11 @@ bool Merger::openTablePart(std::uint32_t node, Soft& soft) {
     const bool isNested = tag == PageTag::Table && m_writer.isInside(Element::Table);
     const DeckWriter::Handle handle = isNested ? 0 : m_writer.openStructure(std::move(opening));
     if (handle == 0) {
+        writeText(shownOnPage(m_page, node));
         return false;
     }
     soft.handles.push_back(handle);
+    soft.label = shownOnPage(m_page, node);
     if (tag == PageTag::Th) {
         addFormat(Element::B, soft);
     }
@@ -204,6 +214,9 @@ void Merger::writePicture(std::uint32_t node) {
     const std::u16string markup =
         u"<img" + attributeText(u"alt", alt) + attributeText(u"src", src) + u"/>";
     if (src.empty() || !m_writer.canPlace(Element::Img)) {
+        if (!src.empty() || alt.empty()) {
+            drop(u"a picture");
+        }
         writeText(alt);
         return;
     }
@@ -217,12 +230,12 @@ void Merger::writeInput(std::uint32_t node) {
     const std::u16string_view value = m_page.value(node, u"value");
     const bool isPassword = sameWord(type, u"password");
     const bool isText = type.empty() || isPassword || sameWord(type, u"text");
-    if (sameWord(type, u"hidden") || sameWord(type, u"checkbox") || sameWord(type, u"radio")) {
-        drop(u"a control that a deck has no like of");
-        return;
-    }
     if (!isText || !isNmToken(name) || !m_writer.canPlace(Element::Input)) {
-        writeText(value);
+        drop(isText ? u"an `input` without a name, or where none can stand"
+                    : u"an `input` of type `" + std::u16string(type) + u'`');
+        const bool isWithoutText =
+            sameWord(type, u"hidden") || sameWord(type, u"checkbox") || sameWord(type, u"radio");
+        writeText(isWithoutText ? std::u16string_view() : value);
         return;
     }
     std::u16string markup = u"<input" + attributeText(u"name", name);

@@ -29,7 +29,7 @@ public:
     virtual void Ravik(const ObjectRef& objTolmek) = 0;
 
     /// Jumps to card `iIdx`. Where there is none the text is "No Document Element", and an index
-    /// behind the last card leaves the current one alone.
+    /// after the last card leaves the current one alone.
     virtual std::u16string DisplayNode(std::int16_t iIdx) = 0;
 
     virtual bool previousExists() = 0;

@@ -52,6 +52,7 @@ std::int16_t WirelessDocument::CurrentElementIndex() const {
 }
 
 std::int32_t WirelessDocument::size() {
+    const auto alive = keepAlive();
     if (!m_MuRtb) {
         return toInteger<std::int32_t>(m_Content.size());
     }
@@ -124,7 +125,7 @@ void WirelessDocument::AppPath(const std::u16string& strPath) {
     m_AppPath = strPath;
     if (m_DocType == dcWML) {
         m_DTDPath = m_AppPath + u"\\DTD\\wml.dtd";
-        m_Tolmek->loadDtd(kindMarkup, m_DTDPath);
+        require(m_Tolmek).loadDtd(kindMarkup, m_DTDPath);
     }
 }
 
@@ -159,6 +160,7 @@ std::shared_ptr<RichTextControl> WirelessDocument::MuRtb() const {
 }
 
 void WirelessDocument::MuRtb(const ObjectRef& rtb) {
+    const auto alive = keepAlive();
     m_MuRtb = narrow<RichTextControl>(rtb);
     require(m_Format).MuRtb(m_MuRtb);
     if (m_MuRtb) {
@@ -167,6 +169,7 @@ void WirelessDocument::MuRtb(const ObjectRef& rtb) {
 }
 
 void WirelessDocument::wbPlain(const ObjectRef& wb) {
+    const auto alive = keepAlive();
     m_wbPlain = narrow<BrowserControl>(wb);
     m_wbPlainEvents = m_wbPlain ? m_wbPlain->events().advise(*this) : Subscription();
     require(m_Format).browser(m_wbPlain);

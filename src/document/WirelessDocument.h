@@ -17,6 +17,7 @@
 namespace tessaly {
 
 class FileSystemObject;
+class TextStream;
 class Steps;
 
 /// One deck in memory: its text, the DOM built from it, the host's two controls that show it, and
@@ -37,7 +38,8 @@ public:
     WirelessDocument(WirelessDocument&&) = delete;
     WirelessDocument& operator=(WirelessDocument&&) = delete;
 
-    /// True from the document's making until its project was loaded or it was saved.
+    /// False until colDocuments::Add sets it; then True until its project was loaded or it was
+    /// saved.
     virtual void added(bool bAdded);
     virtual bool added() const;
 
@@ -61,10 +63,12 @@ public:
     /// Switches the view. If the text cannot be converted, OnParseError is raised and the document
     /// stays in the view that it had; one that had none yet stands in the markup view. No value is
     /// refused: one that is no view hides both controls. A value beyond 16 bits fails with Overflow
-    /// when the formatter is told.
+    /// when the formatter gets it.
     /// On its way to the plain view it first waits, without limit, for a navigation under way to
     /// end, and lets the host's messages run, which may call this document. A browser that is
-    /// replaced meanwhile is no longer heard.
+    /// replaced meanwhile is no longer heard. A host that cannot wait any longer lets
+    /// Platform::DoEvents fail: the failure comes out of this call, and the document stands in the
+    /// view that it had, with its text where it was.
     virtual void view(enumView vView);
     virtual enumView view() const;
 
@@ -95,9 +99,22 @@ public:
     virtual std::shared_ptr<RichTextControl> MuRtb() const;
     /// Takes a RichTextControl and fills it with Content; another object fails with TypeMismatch.
     /// Without a formatter the control is stored and ObjectNotSet follows.
+    ///
+    /// A document takes its text from its control whenever it is saved: it must not keep one that
+    /// shows another document. A host with one editor for several documents hands it over:
+    ///
+    ///     old->view(vMarkup);     // the page's text goes to the text control
+    ///     if (old->view() != vMarkup) return; // refused: OnParseError said why; it stays shown
+    ///     old->Refresh();         // and from there into Content
+    ///     old->MuRtb(nullptr);
+    ///     old->wbPlain(nullptr);
+    ///     next->wbPlain(browser);
+    ///     next->MuRtb(text);      // Content goes to the text control
+    ///     next->view(vPLain);     // or vMarkup
     virtual void MuRtb(const ObjectRef& rtb);
 
-    /// Takes a BrowserControl, and fails like the setter of MuRtb.
+    /// Takes a BrowserControl, and fails like the setter of MuRtb, which says how one browser
+    /// serves several documents.
     virtual void wbPlain(const ObjectRef& wb);
     virtual std::shared_ptr<BrowserControl> wbPlain() const;
 
@@ -133,20 +150,20 @@ public:
 
     /// Writes the deck to the file at the full path `strDocFullPath`, as Ravik::exportText makes it
     /// of the text in the controls, and keeps that as Content. True if all of it was written. The
-    /// user is told where permission is denied or the disk is not ready; no failure reaches the
+    /// user hears where permission is denied or the disk is not ready; no failure reaches the
     /// caller. isDirty, added and Name stay as they are.
     virtual bool Save(const std::u16string& strDocFullPath);
 
     /// Like Save, but a path that is taken is first settled with the user. False too if the user
-    /// gave no other name: the user is told that the document is not saved, and it is dirty then,
-    /// without an event. NewName tells what name it got.
+    /// gave no other name: the user hears that the document is not saved, and it is dirty then,
+    /// without an event. NewName says what name it got.
     virtual bool SaveAs(const std::u16string& strFullDocPath);
 
     /// Judges Content and raises OnClearErrors or OnParseError.
     virtual void checkValidity();
 
     /// Shows the DOM's text again in the rich-text control and, in the plain view or with no view
-    /// yet, in the browser, waiting as `view` does; the DOM is then parsed anew and Content takes
+    /// yet, in the browser, waiting as `view` does; the DOM is then parsed again and Content takes
     /// the text over. A text that is refused raises OnParseError, and the view stays. The display
     /// gets the DOM. Nothing happens while isValidXML is False.
     virtual void reloadViewfromDOM();
@@ -186,16 +203,22 @@ private:
 
     void syncViews();
     bool plainToMarkup();
-    bool markupToPlain();
+    /// Both put the view `shown` back in force if the host ends the wait by a failure.
+    bool markupToPlain(std::int32_t shown);
+    void waitWhileNavigating(std::int32_t shown);
     bool isBlankMarkup();
     void wrapPlainBody();
-    void waitWhileNavigating();
 
-    /// Brings the text up to date and writes it to the file `path`. The file service that it used;
-    /// none if there was none to be had.
-    std::shared_ptr<FileSystemObject> writeDeck(Steps& step, const std::u16string& path);
+    /// What a deck is written with; each is none if it was not to be had.
+    struct DeckFile {
+        std::shared_ptr<FileSystemObject> fso;
+        std::shared_ptr<TextStream> stream;
+    };
 
-    /// The page in the browser control, and its body, fetched anew for each use: a navigation
+    /// Brings the text up to date and writes it to the file `path`. `file` keeps what it used.
+    void writeDeck(Steps& step, const std::u16string& path, DeckFile& file);
+
+    /// The page in the browser control, and its body, fetched again for each use: a navigation
     /// replaces both.
     std::shared_ptr<HTMLDocument> page() const;
     std::shared_ptr<IHTMLElement> body() const;

@@ -10,7 +10,8 @@ namespace tessaly {
 bool WirelessDocument::Save(const std::u16string& strDocFullPath) {
     const auto alive = keepAlive();
     return runSteps([&](Steps& step) {
-        writeDeck(step, strDocFullPath);
+        DeckFile file; // open until the routine ends
+        writeDeck(step, strDocFullPath, file);
         return true;
     });
 }
@@ -31,8 +32,9 @@ bool WirelessDocument::SaveAs(const std::u16string& strFullDocPath) {
             m_isDirty = true; // no OnDocDirty: the text has not changed, it is not saved
             return false;
         }
-        const std::shared_ptr<FileSystemObject> fso = writeDeck(step, name);
-        step([&] { m_NewName = require(fso).GetBaseName(name); });
+        DeckFile file;
+        writeDeck(step, name, file);
+        step([&] { m_NewName = require(file.fso).GetBaseName(name); });
         return true;
     });
 }
@@ -41,8 +43,7 @@ std::u16string WirelessDocument::NewName() const {
     return m_NewName;
 }
 
-std::shared_ptr<FileSystemObject> WirelessDocument::writeDeck(Steps& step,
-                                                              const std::u16string& path) {
+void WirelessDocument::writeDeck(Steps& step, const std::u16string& path, DeckFile& file) {
     if (m_MuRtb) {
         step([&] {
             if (m_View == vPLain) {
@@ -51,14 +52,13 @@ std::shared_ptr<FileSystemObject> WirelessDocument::writeDeck(Steps& step,
         });
         step([&] { m_Content = require(m_MuRtb).Text(); });
     }
-    std::shared_ptr<FileSystemObject> fso;
-    std::shared_ptr<TextStream> stream;
-    step([&] { fso = Platform::current()->newFileSystemObject(); });
-    step([&] { stream = require(fso).OpenTextFile(path, IOMode::ForWriting, true, formatAnsi); });
+    step([&] { file.fso = Platform::current()->newFileSystemObject(); });
+    step([&] {
+        file.stream = require(file.fso).OpenTextFile(path, IOMode::ForWriting, true, formatAnsi);
+    });
     step([&] { m_Content = require(m_Ravik).exportText(m_Content); });
-    step([&] { require(stream).Write(m_Content); });
-    step([&] { require(stream).Close(); });
-    return fso;
+    step([&] { require(file.stream).Write(m_Content); });
+    step([&] { require(file.stream).Close(); });
 }
 
 } // namespace tessaly

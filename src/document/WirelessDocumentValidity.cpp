@@ -6,6 +6,7 @@
 namespace tessaly {
 
 void WirelessDocument::Content(const std::u16string& strContent) {
+    const auto alive = keepAlive();
     m_Content = strContent;
     m_isDirty = false;
     checkValidity();
@@ -65,7 +66,7 @@ void WirelessDocument::Refresh() {
 }
 
 void WirelessDocument::checkValidity() {
-    if (m_Tolmek->isValidText(m_Content)) {
+    if (require(m_Tolmek).isValidText(m_Content)) {
         m_isValidXML = true;
         m_events.raise(&__WirelessDocument::OnClearErrors);
     } else {
@@ -75,7 +76,7 @@ void WirelessDocument::checkValidity() {
 }
 
 void WirelessDocument::raiseParseError() {
-    std::shared_ptr<ParseError> err = m_Tolmek->lastError();
+    std::shared_ptr<ParseError> err = require(m_Tolmek).lastError();
     m_events.raise(&__WirelessDocument::OnParseError, err);
 }
 

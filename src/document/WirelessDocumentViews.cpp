@@ -37,7 +37,7 @@ void WirelessDocument::syncViews() {
             m_View = vPLain;
         }
     } else if (m_View == vPLain && (m_PrevView == vMarkup || m_PrevView == 0)) {
-        if (!markupToPlain()) {
+        if (!markupToPlain(m_PrevView)) {
             raiseParseError();
             m_View = vMarkup;
         }
@@ -82,8 +82,8 @@ void WirelessDocument::wrapPlainBody() {
     }
 }
 
-bool WirelessDocument::markupToPlain() {
-    waitWhileNavigating();
+bool WirelessDocument::markupToPlain(std::int32_t shown) {
+    waitWhileNavigating(shown);
     if (isBlankMarkup()) {
         require(body()).innerHTML(blankPage);
         return true;
@@ -111,9 +111,15 @@ bool WirelessDocument::isBlankMarkup() {
     return require(require(decks->item(0)).childNodes()).length() == 0;
 }
 
-void WirelessDocument::waitWhileNavigating() {
-    while (m_Navigating) {
-        Platform::current()->DoEvents();
+void WirelessDocument::waitWhileNavigating(std::int32_t shown) {
+    try {
+        while (m_Navigating) {
+            Platform::current()->DoEvents();
+        }
+    } catch (...) {
+        // The page was not written: in the plain view the next save would take its old text.
+        m_View = m_View == vPLain ? shown : m_View;
+        throw;
     }
 }
 
@@ -134,7 +140,7 @@ void WirelessDocument::reloadViewfromDOM() {
     require(m_MuRtb).Text(require(m_DOM).xml());
     require(m_Display).DOM(m_DOM);
     if (m_View == vPLain || m_View == 0) {
-        if (!markupToPlain()) {
+        if (!markupToPlain(m_View)) {
             raiseParseError();
         }
     }

@@ -12,6 +12,8 @@ namespace tessaly {
 
 /// The host's text control, which shows the markup view. Positions and lengths are in UTF-16 units,
 /// positions from 0.
+///
+/// It serves one document at a time: WirelessDocument::MuRtb says how it is handed to the next.
 class RichTextControl : public virtual Object {
 public:
     /// The whole text, also while the control is hidden. Writing replaces all of it.
@@ -33,7 +35,7 @@ public:
     virtual void SelText(const std::u16string& text) = 0;
 };
 
-/// What a browser control tells of its navigations.
+/// What a browser control reports of its navigations.
 class BrowserControlEvents {
 public:
     virtual ~BrowserControlEvents() = default;
@@ -45,7 +47,8 @@ public:
 };
 
 /// The host's browser control, which shows the plain view. The host has loaded a document with a
-/// body into it before it is lent.
+/// body into it before it is lent. It serves one document at a time: WirelessDocument::MuRtb says
+/// how it is handed to the next.
 class BrowserControl : public virtual Object {
 public:
     /// The live HTML document, never none while one is loaded. It is to be fetched for each use:

@@ -35,7 +35,7 @@ struct FormLayout {
     std::vector<FormControl> controls;
 };
 
-/// What a form tells of its controls, each told by its name.
+/// What a form reports of its controls, each by its name.
 class ModalFormEvents {
 public:
     virtual ~ModalFormEvents() = default;

@@ -31,7 +31,7 @@ public:
     /// What is wrong, in words for the author: what stands there, what could, and the near miss.
     virtual std::u16string reason() const = 0;
 
-    /// The next error of the same text in the order of places; none behind the last.
+    /// The next error of the same text in the order of places; none after the last.
     virtual std::shared_ptr<ParseError> next() const = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "external/Platform.h"
 
+#include "util/Lasting.h"
+
 #include <cstddef>
 #include <utility>
 
@@ -13,7 +15,7 @@ struct Installed {
 };
 
 Installed& installed() {
-    static Installed platform;
+    static auto& platform = lasting<Installed>();
     return platform;
 }
 

@@ -32,7 +32,7 @@ public:
     /// The platform in force: the one installed last, or the default one, made at the first call.
     static std::shared_ptr<Platform> current();
 
-    /// Puts `platform` in force. None brings the default one back.
+    /// Puts `platform` in force, up to the end of the process. None brings the default one back.
     static void install(std::shared_ptr<Platform> platform);
 
     /// Drops the default platform if it is all that is left of the component's objects, so that it
@@ -55,7 +55,8 @@ public:
     virtual std::u16string InputBox(const std::u16string& prompt, const std::u16string& title,
                                     const std::u16string& defaultText) = 0;
 
-    /// Lets the host's pending messages run; returns when none is left.
+    /// Lets the host's pending messages run; returns when none is left. A failure ends what waits:
+    /// WirelessDocument::view then gives the switch up, and loses nothing.
     virtual void DoEvents() = 0;
 
     /// The system's folder for temporary files with a trailing `\`; empty if there is none.

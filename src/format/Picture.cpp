@@ -15,7 +15,7 @@ std::uint32_t numberAt(std::span<const std::uint8_t> bytes, std::size_t offset, 
     return number;
 }
 
-/// Behind the file header of a .bmp; in a .ico where the first entry of its directory says.
+/// After the file header of a .bmp; in a .ico where the first entry of its directory says.
 std::size_t infoHeaderOffset(PictureKind kind, std::span<const std::uint8_t> bytes) {
     return kind == PictureKind::Bitmap ? 14 : numberAt(bytes, 18, 4);
 }

@@ -48,12 +48,13 @@ void cWMLFormat::browser(const ObjectRef& browser) {
 
 ObjectRef cWMLFormat::icon(const Value& strFormat) {
     const std::shared_ptr<clWMLFormat> format = m_formats->Item(strFormat);
-    return Platform::current()->pictures()->picture(format->iconRes(), PictureKind::Icon);
+    return require(Platform::current()->pictures()).picture(format->iconRes(), PictureKind::Icon);
 }
 
 ObjectRef cWMLFormat::iconSmall(const Value& strFormat) {
     const std::shared_ptr<clWMLFormat> format = m_formats->Item(strFormat);
-    return Platform::current()->pictures()->picture(format->iconResSmall(), PictureKind::Bitmap);
+    return require(Platform::current()->pictures())
+        .picture(format->iconResSmall(), PictureKind::Bitmap);
 }
 
 } // namespace tessaly

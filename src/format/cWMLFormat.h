@@ -37,7 +37,7 @@ private:
     void pasteIntoSelection(const FormatCommand& command);
     void alignParagraph(const std::u16string& alignment);
 
-    /// The page in the browser control, fetched anew for each use: a navigation replaces it.
+    /// The page in the browser control, fetched again for each use: a navigation replaces it.
     std::shared_ptr<HTMLDocument> page() const;
 
     std::shared_ptr<RichTextControl> m_MuRtb;

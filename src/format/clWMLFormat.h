@@ -7,7 +7,7 @@
 
 namespace tessaly {
 
-/// One formatting command of the catalogue. A picture is told by its name in the picture store, or
+/// One formatting command of the catalogue. A picture is known by its name in the picture store, or
 /// by whatever else a caller puts there. One setter takes values and objects alike: a Value that
 /// holds an object is a reference to it, any other Value is copied.
 class clWMLFormat : public Object {

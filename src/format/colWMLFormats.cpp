@@ -11,7 +11,7 @@ std::shared_ptr<clWMLFormat> colWMLFormats::Add(const std::u16string& Caption,
     format->ToolTiptext(ToolTiptext);
     format->iconRes(iconRes);
     format->iconResSmall(iconResSmall);
-    m_Col.add(format, sKey);
+    sKey.empty() ? m_Col.add(format) : m_Col.add(format, sKey);
     return format;
 }
 

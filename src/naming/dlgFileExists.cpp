@@ -2,6 +2,7 @@
 
 #include "external/Platform.h"
 #include "naming/FileExistsLayout.h"
+#include "util/Lasting.h"
 #include "util/LetterCase.h"
 #include "util/Steps.h"
 
@@ -36,7 +37,7 @@ struct dlgFileExists::State {
 };
 
 dlgFileExists& dlgFileExists::shared() {
-    static dlgFileExists dialog;
+    static auto& dialog = lasting<dlgFileExists>();
     return dialog;
 }
 
@@ -54,7 +55,7 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
     std::shared_ptr<File> file;
     const std::u16string taken = existingForm(m_strFileName);
     if (!taken.empty()) {
-        file = m_fso->GetFile(taken);
+        file = require(m_fso).GetFile(taken);
         const bool readOnly = (require(file).Attributes() & File::readOnly) != 0;
         if (readOnly) {
             m_iMode = m_bProject ? modeProjectReadOnly : modeDocumentReadOnly;
@@ -71,12 +72,11 @@ std::u16string dlgFileExists::getUniqueFileName(const std::u16string& strFileNam
 }
 
 std::u16string dlgFileExists::existingForm(const std::u16string& path) {
-    std::u16string lowerCase = toLower(path);
-    if (require(m_fso).FileExists(lowerCase)) {
-        return lowerCase;
-    }
-    // Where letters of either case are folders of their own, the small ones may lead elsewhere.
-    return path != lowerCase && m_fso->FileExists(path) ? path : std::u16string();
+    // Where letters of either case are names of their own, the small ones may lead to another file
+    // than the one that would be written over.
+    const std::u16string lowerCase = toLower(path);
+    const std::u16string& form = require(m_fso).isSameFile(lowerCase, path) ? lowerCase : path;
+    return require(m_fso).FileExists(form) ? form : std::u16string();
 }
 
 std::u16string dlgFileExists::askUser() {
@@ -108,7 +108,7 @@ dlgFileExists::State dlgFileExists::stateOfMode() {
     };
     const auto exists = [&](const std::u16string& kind) {
         const std::u16string file = require(m_fso).GetFileName(m_strFileName);
-        const std::u16string folder = m_fso->GetParentFolderName(m_strFileName);
+        const std::u16string folder = require(m_fso).GetParentFolderName(m_strFileName);
         return u"The " + kind + u" " + file + u" already exists in the directory " + folder +
                u"\nOverwrite? ";
     };
@@ -228,7 +228,7 @@ void dlgFileExists::txtName_Change() {
     const std::u16string name = require(m_form).text(u"txtName");
     const bool isNew =
         !name.empty() && !equalIgnoringCase(name, require(m_fso).GetBaseName(m_strFileName));
-    m_form->enabled(u"cmdOk", isNew);
+    require(m_form).enabled(u"cmdOk", isNew);
 }
 
 void dlgFileExists::Form_Load() {

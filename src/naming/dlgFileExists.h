@@ -52,6 +52,8 @@ private:
     struct State;
 
     dlgFileExists() = default;
+    template <class T, class... Arguments>
+    friend T& lasting(Arguments&&... arguments);
 
     void OnClick(const std::u16string& control) override;
     void OnChange(const std::u16string& control) override;

@@ -1,10 +1,21 @@
 #include "project/ProjectFile.h"
 
+#include "util/LetterCase.h"
+
 #include <algorithm>
 
 namespace tessaly {
 
+bool isBaseName(std::u16string_view name) {
+    const bool hasDrive =
+        name.size() >= 2 && name[1] == u':' && toLower(name[0]) >= u'a' && toLower(name[0]) <= u'z';
+    return name.find_first_of(u"\\/") == name.npos && !hasDrive && name != u"..";
+}
+
 std::optional<ProjectRecord> splitRecord(std::u16string_view line) {
+    if (line.starts_with(u'\uFEFF')) { // the byte-order mark of a file that an editor saved
+        line.remove_prefix(1);
+    }
     const std::size_t first = line.find(u'=');
     if (first == line.npos) {
         return std::nullopt;

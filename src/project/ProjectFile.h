@@ -28,7 +28,11 @@ struct ProjectRecord {
     std::u16string_view value;
 };
 
-/// `line` split at each `=`: the first two pieces, without trimming. What stands behind a second
+/// True if `name` can stand for a deck in the project's folder. One with a separator or a drive,
+/// and `..`, would lead to a file elsewhere: that is read, but neither written nor deleted.
+bool isBaseName(std::u16string_view name);
+
+/// `line` split at each `=`: the first two pieces, without trimming. What stands after a second
 /// `=` is lost. No record for a line without `=`.
 std::optional<ProjectRecord> splitRecord(std::u16string_view line);
 

@@ -38,8 +38,8 @@ std::u16string clProject::notes() const {
 
 void clProject::AppPath(const std::u16string& strPath) {
     m_AppPath = strPath;
-    m_Ravik->setDtdPath(kindMarkup, strPath + u"\\DTD\\wml.dtd");
-    m_Ravik->setSchemaPath(kindMarkup, strPath + u"\\DTD\\wml.xdr");
+    require(m_Ravik).setDtdPath(kindMarkup, strPath + u"\\DTD\\wml.dtd");
+    require(m_Ravik).setSchemaPath(kindMarkup, strPath + u"\\DTD\\wml.xdr");
 }
 
 std::u16string clProject::AppPath() const {

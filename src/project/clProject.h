@@ -41,7 +41,7 @@ public:
     virtual std::u16string notes() const;
 
     /// The host application's folder, without trailing `\`; the DTD and the schema lie below it.
-    /// Documents that are there already are not told.
+    /// Documents that are there already do not hear of it.
     virtual void AppPath(const std::u16string& strPath);
     virtual std::u16string AppPath() const;
 
@@ -94,17 +94,18 @@ public:
     virtual std::u16string ProjectName() const;
 
     /// Opens the project file at the full path `strProjectFilePath` with all its decks. False if
-    /// there is no such file, if a deck could not be loaded (the rest of the file is then not
-    /// read), or if the file gives no name or its path no folder, of which the user is told. What
-    /// was read until then stays. No failure reaches the caller, and no current document is chosen.
+    /// there is no such file or it cannot be read, and the object is then as it was; if a deck
+    /// could not be loaded (the rest of the file is then not read); or if the file gives no name or
+    /// its path no folder, which the user hears of. What was read until then stays. No failure
+    /// reaches the caller, and no current document is chosen.
     virtual bool init(const std::u16string& strProjectFilePath);
 
     /// Loads the deck `strName`, a file name without folder and extension, from the project's
     /// folder into Documents. `bTellApp` True raises OnDocAdd. False if it could not be loaded; the
-    /// user is told of a missing file. No failure reaches the caller.
+    /// user hears of a missing file. No failure reaches the caller.
     virtual bool addDocument(const std::u16string& strName, const Value& bTellApp = {});
 
-    /// Takes a document, told by name or by position from 1, out of Documents. Its file stays. One
+    /// Takes a document, given by name or by position from 1, out of Documents. Its file stays. One
     /// that is not there fails as colDocuments::Remove does.
     virtual void removeDocument(const Value& strDocName);
 
@@ -123,7 +124,7 @@ public:
                          std::u16string& strPath, const std::u16string& strFullDocumentName,
                          const std::u16string& strBy);
 
-    /// Rewrites the project file in place, and no deck. The user is told of a file that cannot be
+    /// Rewrites the project file in place, and no deck. The user hears of a file that cannot be
     /// written; NeedSave does not move.
     virtual void Save();
 
@@ -140,14 +141,16 @@ public:
     /// in a folder that exists. The decks go beside it, from memory. The user settles each name
     /// that is taken. True if all went well, and the object then stands for the new project; False
     /// if the user gave up or something failed: the object stands for the old one, unless the user
-    /// was told of each failure, and what was written stays. No failure reaches the caller.
+    /// heard of each failure, and what was written stays. A deck whose name is no file name ends
+    /// it before anything is written. No failure reaches the caller.
     virtual bool SaveAs(const std::u16string& strNewFullpath);
 
     /// Removes the project from the disk: its decks, its `images` folder, its project file and its
     /// folder with whatever lies there. True if every deck and the project file were there. A step
-    /// that fails is dropped. The object stays as it was, and NeedSave becomes True. A project
-    /// without a folder, or one in the root of a drive, is refused, and one of which that cannot be
-    /// told: the result is False, nothing is removed and NeedSave does not move.
+    /// that fails is dropped, and a deck that lies elsewhere is left alone. The object stays as it
+    /// was, and NeedSave becomes True. A project without a folder, one in the root of a drive, and
+    /// one whose project file lies elsewhere is refused, and one of which that is not known: the
+    /// result is False, nothing is removed and NeedSave does not move.
     virtual bool DeleteFiles();
 
     EventSource<__clProject>& events() { return m_events; }
@@ -183,23 +186,31 @@ private:
     /// `path` without trailing `\`.
     std::u16string withoutTrailingBackslash(std::u16string path) const;
 
-    /// Reads the lines of the project file to its end. False if a document could not be loaded.
-    bool readLines(const std::shared_ptr<FileSystemObject>& fso,
-                   const std::shared_ptr<TextStream>& stream,
+    class Lines;
+
+    /// Reads the lines of the project file to its end. False if a document could not be loaded, or
+    /// the file not be read on.
+    bool readLines(const std::shared_ptr<FileSystemObject>& fso, Lines& lines,
                    const std::u16string& strProjectFilePath);
     bool applyRecord(const ProjectRecord& record);
 
     void writeProjectFile();
 
-    /// One document's part of SaveAs. False if it was not saved.
+    /// True if the deck of each of `documents` has a name of its own in the project's folder.
+    /// Otherwise the user hears of the first that has none.
+    static bool lieInFolder(const std::vector<std::shared_ptr<WirelessDocument>>& documents);
+
+    /// One document's part of SaveAs, beside the project file `projectPath`. False if it was not
+    /// saved.
     bool saveDocumentAs(Steps& step, const std::shared_ptr<WirelessDocument>& document,
-                        const std::u16string& strNewFullpath,
+                        const std::u16string& projectPath,
                         const std::shared_ptr<TextStream>& stream);
 
     /// Where the deck of `document` goes in `folder`, a path without trailing `\`.
     static std::u16string deckPath(const std::u16string& folder, const WirelessDocument& document);
 
-    /// False where DeleteFiles would remove the root of a drive.
+    /// False where DeleteFiles would remove the root of a drive, or the folder of another project
+    /// than the one in projectFile.
     bool hasFolderToDelete(const std::shared_ptr<FileSystemObject>& fso);
 
     /// Tells the user if name or path is blank. True if neither is.

@@ -1,6 +1,7 @@
 // Removing a project from the disk. A failed step is dropped and the next one runs.
 
 #include "external/Platform.h"
+#include "project/ProjectFile.h"
 #include "project/clProject.h"
 #include "util/Attempt.h"
 
@@ -28,8 +29,14 @@ bool clProject::DeleteFiles() {
     };
     const std::int32_t count = mvarDocuments ? mvarDocuments->Count() : 0;
     for (std::int32_t i = 1; i <= count; ++i) {
-        attempt(
-            [&] { deleteFile(ProjectPath() + u"\\" + mvarDocuments->Item(i)->Name() + u".wml"); });
+        attempt([&] {
+            const std::u16string name = mvarDocuments->Item(i)->Name();
+            if (isBaseName(name)) {
+                deleteFile(ProjectPath() + u"\\" + name + u".wml");
+            } else {
+                result = false; // it lies elsewhere, and stays
+            }
+        });
     }
     attempt([&] { deleteFolder(ProjectPath() + u"\\images"); });
     attempt([&] { deleteFile(projectFile()); });
@@ -43,6 +50,13 @@ bool clProject::hasFolderToDelete(const std::shared_ptr<FileSystemObject>& fso) 
     attempt([&] {
         const std::u16string folder = require(fso).GetAbsolutePathName(ProjectPath());
         below = !ProjectPath().empty() && !fso->GetParentFolderName(folder).empty();
+        if (below && !projectFile().empty()) {
+            // Of a file that held no line, or of one whose first deck is missing, init leaves the
+            // folder of the project before it.
+            const std::u16string home =
+                fso->GetAbsolutePathName(fso->GetParentFolderName(projectFile()));
+            below = home == folder || fso->isSameFile(home, folder);
+        }
     });
     return below;
 }

@@ -14,19 +14,35 @@ bool isBlank(const std::u16string& text) {
     return text.find_first_not_of(u' ') == text.npos;
 }
 
-/// The next line. None at the end, and none where the stream cannot be read: it would fail the same
-/// way for ever.
-std::optional<std::u16string> nextLine(const std::shared_ptr<TextStream>& stream) {
-    std::optional<std::u16string> line;
-    attempt([&] {
-        if (!require(stream).AtEndOfStream()) {
-            line = stream->ReadLine();
-        }
-    });
-    return line;
-}
-
 } // namespace
+
+/// The lines of a stream. Where it cannot be read it ends: it would fail the same way for ever.
+class clProject::Lines {
+public:
+    explicit Lines(std::shared_ptr<TextStream> stream)
+        : m_stream(std::move(stream)) {
+        next();
+    }
+
+    /// None at the end, and none where reading failed.
+    const std::optional<std::u16string>& line() const { return m_line; }
+    bool failed() const { return m_failed; }
+
+    void next() {
+        m_line.reset();
+        const auto failure = attempt([&] {
+            if (!require(m_stream).AtEndOfStream()) {
+                m_line = m_stream->ReadLine();
+            }
+        });
+        m_failed = failure.has_value();
+    }
+
+private:
+    std::shared_ptr<TextStream> m_stream;
+    std::optional<std::u16string> m_line;
+    bool m_failed = false;
+};
 
 bool clProject::init(const std::u16string& strProjectFilePath) {
     const auto alive = keepAlive();
@@ -38,15 +54,21 @@ bool clProject::init(const std::u16string& strProjectFilePath) {
     if (!exists) {
         return false;
     }
-    attempt([&] { require(mvarDocuments).Clear(); });
-    attempt([&] { projectFile(strProjectFilePath); });
-
     std::shared_ptr<File> file;
     std::shared_ptr<TextStream> stream;
     attempt([&] { file = require(fso).GetFile(strProjectFilePath); });
     attempt([&] { stream = require(file).OpenAsTextStream(IOMode::ForReading, formatAnsi); });
 
-    if (!readLines(fso, stream, strProjectFilePath)) {
+    // Of a file that cannot be read nothing is known: the open project stays as it is, with its
+    // unsaved text, and is not mixed with another one's path.
+    Lines lines(stream);
+    if (lines.failed()) {
+        return false;
+    }
+    attempt([&] { require(mvarDocuments).Clear(); });
+    attempt([&] { projectFile(strProjectFilePath); });
+
+    if (!readLines(fso, lines, strProjectFilePath)) {
         return false;
     }
     attempt([&] { require(stream).Close(); });
@@ -54,13 +76,12 @@ bool clProject::init(const std::u16string& strProjectFilePath) {
     return hasNameAndPath(strProjectFilePath);
 }
 
-bool clProject::readLines(const std::shared_ptr<FileSystemObject>& fso,
-                          const std::shared_ptr<TextStream>& stream,
+bool clProject::readLines(const std::shared_ptr<FileSystemObject>& fso, Lines& lines,
                           const std::u16string& strProjectFilePath) {
-    while (const std::optional<std::u16string> line = nextLine(stream)) {
+    for (; lines.line(); lines.next()) {
         bool loaded = true;
         attempt([&] {
-            if (const std::optional<ProjectRecord> record = splitRecord(*line)) {
+            if (const std::optional<ProjectRecord> record = splitRecord(*lines.line())) {
                 loaded = applyRecord(*record);
             }
         });
@@ -72,7 +93,7 @@ bool clProject::readLines(const std::shared_ptr<FileSystemObject>& fso,
                 withoutTrailingBackslash(require(fso).GetParentFolderName(strProjectFilePath)));
         });
     }
-    return true;
+    return !lines.failed();
 }
 
 bool clProject::applyRecord(const ProjectRecord& record) {
@@ -117,7 +138,7 @@ bool clProject::addDocument(const std::u16string& strName, const Value& bTellApp
     const auto alive = keepAlive();
     const std::u16string path = mvarProjectPath + u"\\" + strName + u".wml";
     bool result = false;
-    // Runs a step; a failure makes the result False, and a missing file is told to the user.
+    // Runs a step; a failure makes the result False, and a missing file is shown to the user.
     const auto step = [&](auto&& action) {
         const std::optional<Failure> failure = attempt(action);
         if (!failure) {

@@ -17,7 +17,7 @@ void clProject::Save() {
 bool clProject::SaveDocument(const std::u16string& docName) {
     const auto alive = keepAlive();
     const auto document = require(mvarDocuments).Item(docName);
-    return document->Save(deckPath(ProjectPath(), *document));
+    return lieInFolder({document}) && document->Save(deckPath(ProjectPath(), *document));
 }
 
 bool clProject::SaveAll() {
@@ -25,7 +25,7 @@ bool clProject::SaveAll() {
     bool allSaved = true;
     for (std::int32_t i = 1; i <= require(mvarDocuments).Count(); ++i) {
         const auto document = mvarDocuments->Item(i);
-        if (document->Save(deckPath(ProjectPath(), *document))) {
+        if (lieInFolder({document}) && document->Save(deckPath(ProjectPath(), *document))) {
             document->isDirty(false);
             document->added(false);
         } else {
@@ -58,6 +58,10 @@ void clProject::writeProjectFile() {
 bool clProject::SaveAs(const std::u16string& strNewFullpath) {
     const auto alive = keepAlive();
     return runSteps([&](Steps& step) {
+        // Asked beforehand: nothing is begun that has to end at such a deck.
+        if (!lieInFolder(require(mvarDocuments).NewEnum())) {
+            return false;
+        }
         std::u16string path;
         step([&] { path = dlgFileExists::shared().getUniqueFileName(strNewFullpath, true); });
         if (path.empty()) {
@@ -78,7 +82,7 @@ bool clProject::SaveAs(const std::u16string& strNewFullpath) {
         step([&] { writeRecord(require(stream), keyOwner, mvarOwner); });
         step([&] { writeRecord(require(stream), keyNotes, m_notes); });
         for (std::int32_t i = 1; i <= require(mvarDocuments).Count(); ++i) {
-            if (!saveDocumentAs(step, mvarDocuments->Item(i), strNewFullpath, stream)) {
+            if (!saveDocumentAs(step, mvarDocuments->Item(i), path, stream)) {
                 return false;
             }
         }
@@ -93,12 +97,13 @@ bool clProject::SaveAs(const std::u16string& strNewFullpath) {
 }
 
 bool clProject::saveDocumentAs(Steps& step, const std::shared_ptr<WirelessDocument>& document,
-                               const std::u16string& strNewFullpath,
+                               const std::u16string& projectPath,
                                const std::shared_ptr<TextStream>& stream) {
     std::u16string path;
     bool saved = false;
     step([&] {
-        const std::u16string folder = require(m_fso).GetParentFolderName(strNewFullpath);
+        // Not of the path that was wished for: a name with a `\` may have led to another folder.
+        const std::u16string folder = require(m_fso).GetParentFolderName(projectPath);
         path = deckPath(withoutTrailingBackslash(folder), require(document));
     });
     step([&] { saved = require(document).SaveAs(path); });
@@ -109,6 +114,22 @@ bool clProject::saveDocumentAs(Steps& step, const std::shared_ptr<WirelessDocume
     step([&] { writeRecord(require(stream), keyDocument, document->Name()); });
     step([&] { document->isDirty(false); });
     step([&] { document->added(false); });
+    return true;
+}
+
+bool clProject::lieInFolder(const std::vector<std::shared_ptr<WirelessDocument>>& documents) {
+    for (const auto& document : documents) {
+        const std::u16string name = document->Name();
+        if (!isBaseName(name)) {
+            attempt([&] {
+                Platform::current()->MsgBox(u"The document " + name +
+                                                u" has not been saved. \nIts name is no file name, "
+                                                u"and would lead out of the project's folder.",
+                                            MsgBoxFlags::Critical, defaultCaption);
+            });
+            return false;
+        }
+    }
     return true;
 }
 

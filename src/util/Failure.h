@@ -35,7 +35,7 @@ enum class FailureCode : std::int32_t {
 /// The usual description of `code`, without a full stop.
 std::u16string describe(FailureCode code);
 
-/// The one exception type of the component and of everything that stands behind its interfaces.
+/// The one exception type of the component and of everything that its interfaces stand for.
 class Failure : public std::exception {
 public:
     explicit Failure(FailureCode code);

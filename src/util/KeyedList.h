@@ -7,16 +7,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace tessaly {
 
 /// An ordered list of references with optional keys: positions from 1, keys compared without
-/// regard to case, a key at most once. An empty key is no key.
+/// regard to case, a key at most once.
 ///
 /// A position outside the list fails with OutOfRange, a key that is not in it with InvalidArgument,
 /// a key that is taken with KeyInUse, and a Value that is neither number nor string with
@@ -24,9 +25,11 @@ namespace tessaly {
 template <class T>
 class KeyedList {
 public:
-    void add(const std::shared_ptr<T>& item, const std::u16string& key = {}) {
+    void add(const std::shared_ptr<T>& item) { m_entries.push_back({item, std::nullopt}); }
+
+    void add(const std::shared_ptr<T>& item, const std::u16string& key) {
         std::u16string folded = toLower(key);
-        if (!folded.empty() && !m_byKey.try_emplace(folded, item).second) {
+        if (!m_byKey.try_emplace(folded, item).second) {
             throw Failure(FailureCode::KeyInUse);
         }
         m_entries.push_back({item, std::move(folded)});
@@ -46,7 +49,9 @@ public:
         const auto entry = m_entries.begin() + static_cast<std::ptrdiff_t>(position);
         // The reference ends last: what its end sets off must find the list in order.
         const std::shared_ptr<T> last = std::move(entry->item);
-        m_byKey.erase(entry->key);
+        if (entry->key) {
+            m_byKey.erase(*entry->key);
+        }
         m_entries.erase(entry);
     }
 
@@ -66,10 +71,10 @@ public:
 private:
     struct Entry {
         std::shared_ptr<T> item;
-        std::u16string key;
+        std::optional<std::u16string> key;
     };
 
-    using ByKey = std::unordered_map<std::u16string, std::shared_ptr<T>>;
+    using ByKey = std::map<std::u16string, std::shared_ptr<T>>;
 
     static double numberOf(const Value& index) {
         if (const auto* whole = std::get_if<std::int32_t>(&index)) {

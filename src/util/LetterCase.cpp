@@ -1,66 +1,55 @@
 #include "util/LetterCase.h"
 
+#include "util/CaseFolding.h"
+
 #include <algorithm>
+#include <cstddef>
 
 namespace tessaly {
 
 namespace {
 
-bool within(char16_t unit, char16_t first, char16_t last) {
-    return unit >= first && unit <= last;
+char32_t folded(char32_t code) {
+    const auto* const range =
+        std::lower_bound(caseRanges.begin(), caseRanges.end(), code,
+                         [](const CaseRange& one, char32_t sought) { return one.last < sought; });
+    const bool isIn = range != caseRanges.end() && range->first <= code &&
+                      (code - range->first) % range->step == 0;
+    return isIn ? static_cast<char32_t>(static_cast<std::int32_t>(code) + range->distance) : code;
 }
 
-/// In these blocks capital and small letters stand in turns; `capitalIsEven` says which comes
-/// first.
-bool alternates(char16_t unit, bool& capitalIsEven) {
-    capitalIsEven = !(within(unit, 0x0139, 0x0148) || within(unit, 0x0179, 0x017E));
-    return (within(unit, 0x0100, 0x017E) && unit != 0x0130 && unit != 0x0131 && unit != 0x0138 &&
-            unit != 0x0149 && unit != 0x0178) ||
-           within(unit, 0x0460, 0x0481) || within(unit, 0x048A, 0x04BF) ||
-           within(unit, 0x04D0, 0x052F) || within(unit, 0x1E00, 0x1E95) ||
-           within(unit, 0x1EA0, 0x1EFF);
+bool isPair(std::u16string_view text, std::size_t at) {
+    return (text[at] & 0xFC00) == 0xD800 && at + 1 < text.size() &&
+           (text[at + 1] & 0xFC00) == 0xDC00;
 }
 
 } // namespace
 
 char16_t toLower(char16_t unit) {
-    if (within(unit, u'A', u'Z')) {
-        return unit + 0x20;
+    if (unit < 0x80) {
+        return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
     }
-    if (unit < 0xC0) {
-        return unit;
-    }
-    const bool latin1 = within(unit, 0xC0, 0xDE) && unit != 0xD7;
-    const bool greek = within(unit, 0x0391, 0x03AB) && unit != 0x03A2;
-    if (latin1 || greek || within(unit, 0x0410, 0x042F)) {
-        return unit + 0x20;
-    }
-    if (within(unit, 0x0400, 0x040F)) {
-        return unit + 0x50;
-    }
-    if (within(unit, 0x0531, 0x0556)) {
-        return unit + 0x30;
-    }
-    if (unit == 0x0178) {
-        return 0x00FF;
-    }
-    bool capitalIsEven = true;
-    if (alternates(unit, capitalIsEven) && (unit % 2 == 0) == capitalIsEven) {
-        return unit + 1;
-    }
-    return unit;
+    return static_cast<char16_t>(folded(unit));
 }
 
 std::u16string toLower(std::u16string_view text) {
     std::u16string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char16_t unit) { return toLower(unit); });
+    for (std::size_t at = 0; at < lower.size(); ++at) {
+        if (!isPair(text, at)) {
+            lower[at] = toLower(text[at]);
+            continue;
+        }
+        // What stands beyond the first plane folds to what does, too.
+        const char32_t code =
+            folded(0x10000 + ((text[at] & 0x3FFU) << 10U | (text[at + 1] & 0x3FFU)));
+        lower[at] = static_cast<char16_t>(0xD7C0 + (code >> 10U));
+        lower[++at] = static_cast<char16_t>(0xDC00 + (code & 0x3FFU));
+    }
     return lower;
 }
 
 bool equalIgnoringCase(std::u16string_view a, std::u16string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char16_t x, char16_t y) { return toLower(x) == toLower(y); });
+    return a.size() == b.size() && (a == b || toLower(a) == toLower(b));
 }
 
 } // namespace tessaly

@@ -13,7 +13,7 @@ namespace tessaly {
 /// objects alive, so that a leak shows as a number.
 ///
 /// Objects are held by std::shared_ptr. Interfaces derive virtually, so that one class can stand
-/// behind several of them.
+/// for several of them.
 class Object {
 public:
     Object(const Object&) = delete;
@@ -45,7 +45,7 @@ std::shared_ptr<T> narrow(const ObjectRef& object) {
     return narrowed;
 }
 
-/// The object behind `reference`; an absent one fails with FailureCode::ObjectNotSet.
+/// The object that `reference` holds; an absent one fails with FailureCode::ObjectNotSet.
 template <class T>
 T& require(const std::shared_ptr<T>& reference) {
     if (!reference) {

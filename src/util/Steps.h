@@ -7,7 +7,7 @@
 namespace tessaly {
 
 /// The steps of a routine that lets no failure out and tells the user of those that the user can
-/// mend: a file or folder that is closed to writing, a disk that is not there.
+/// fix: a file or folder that is closed to writing, a disk that is not there.
 class Steps {
 public:
     /// Runs `action`. False if it failed with PermissionDenied or DiskNotReady; the user has then

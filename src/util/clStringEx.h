@@ -22,13 +22,13 @@ public:
     /// hold. Otherwise the user is shown one message. The empty name passes.
     bool validFileName(const std::u16string& strFN) const;
 
-    /// Cuts `strFN` behind its last `\` and returns it: the path with its trailing backslash. A
+    /// Cuts `strFN` after its last `\` and returns it: the path with its trailing backslash. A
     /// name without a `\` fails with InvalidArgument and is left empty.
     std::u16string pathFromFileName(std::u16string& strFN) const;
 
     /// `sPath` as it is, if the device context `hdc` shows it in at most `lMaxPixels`; otherwise
-    /// shortened to fit, with one ellipsis in its middle. What stands behind the last `\` is
-    /// shortened, from its left, only when all that is ahead of it is gone. Where not even the
+    /// shortened to fit, with one ellipsis in its middle. What stands after the last `\` is
+    /// shortened, from its left, only when all that is before it is gone. Where not even the
     /// ellipsis fits, the empty string. A NUL ends the path.
     std::u16string CompactedPath(const std::u16string& sPath, std::int32_t lMaxPixels,
                                  std::int32_t hdc) const;
@@ -38,7 +38,7 @@ public:
                                    std::int32_t hdc) const;
 
     /// `StrSource` from position `lPos` on, without the stretches from an opening `strDel1` to the
-    /// next closing `strDel2`, both included; of a longer `strDel2` all behind its first character
+    /// next closing `strDel2`, both included; of a longer `strDel2` all after its first character
     /// stays. A text that begins with `strDel1` is taken as beginning inside a pair. A `lPos` below
     /// 1 counts as 1. Nested pairs fail with InvalidArgument, a `strDel2` that is no text with
     /// TypeMismatch.
@@ -47,8 +47,8 @@ public:
                                        std::int32_t lPos = 1) const;
 
     /// Whether position `lSelPos` of `StrSource` counts as lying inside a pair: the delimiter ahead
-    /// is an opening one, or the one behind is no opening one. A text with no closing delimiter at
-    /// or behind the position counts as inside. A `lSelPos` of 0 becomes 1 in the caller too.
+    /// is an opening one, or the one after is no opening one. A text with no closing delimiter at
+    /// or after the position counts as inside. A `lSelPos` of 0 becomes 1 in the caller too.
     bool bBetweenDelimeters(const std::u16string& StrSource, std::int32_t& lSelPos,
                             const std::u16string& strDel1, const std::u16string& strDel2) const;
 
@@ -56,7 +56,7 @@ public:
     /// one, also where control characters interrupt it. A tab is a control character.
     std::u16string removeControlCharacters(const std::u16string& StrSource) const;
 
-    /// `StrSource` with quotes around what stands behind a `=` without them, up to the next space
+    /// `StrSource` with quotes around what stands after a `=` without them, up to the next space
     /// or `>`. An `=` counts wherever it stands, but for between quotes. A value without an end
     /// fails with InvalidArgument.
     std::u16string insertQuotes(const std::u16string& StrSource) const;

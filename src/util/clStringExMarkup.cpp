@@ -7,7 +7,7 @@ namespace tessaly {
 
 namespace {
 
-/// The position of the first `what` at or behind position `start`, or 0. Behind the end even the
+/// The position of the first `what` at or after position `start`, or 0. After the end even the
 /// empty text is not found.
 std::size_t firstFrom(std::size_t start, std::u16string_view text, std::u16string_view what) {
     return start > text.size() ? 0 : text.find(what, start - 1) + 1;
@@ -66,7 +66,7 @@ bool clStringEx::bBetweenDelimeters(const std::u16string& StrSource, std::int32_
     if (lSelPos == 0) {
         lSelPos = 1;
     }
-    // Ahead of the text nothing lies behind, and all lies ahead.
+    // At its begin nothing has been passed, and all is to come.
     const std::size_t position = lSelPos < 0 ? 0 : static_cast<std::size_t>(lSelPos);
     const std::size_t o1 = lastUpTo(position, StrSource, strDel1);
     const std::size_t c1 = lastUpTo(position, StrSource, strDel2);
@@ -99,7 +99,7 @@ std::u16string clStringEx::insertQuotes(const std::u16string& StrSource) const {
     std::u16string result;
     bool isBetweenQuotes = false;
     std::size_t from = 0;
-    // Moves what lies ahead of `end` to the result and counts its quotes, each once.
+    // Moves what lies before `end` to the result and counts its quotes, each once.
     const auto take = [&](std::size_t end) {
         const std::u16string_view piece = source.substr(from, end - from);
         isBetweenQuotes = isBetweenQuotes != bBetweenQuotes(piece.size(), piece);

@@ -42,6 +42,7 @@ TEST_F(Collection, IsOrderedAndKeyedWithoutRegardToCase) {
     EXPECT_EQ(documents->Item(u"\u00E4INDEX"), index);
     EXPECT_EQ(documents->Item(u"Its Key"), other);
     EXPECT_EQ(codeOf([&] { documents->Item(u"other"); }), FailureCode::InvalidArgument);
+    EXPECT_EQ(codeOf([&] { documents->Item(u""); }), FailureCode::InvalidArgument);
     EXPECT_EQ(codeOf([&] { documents->Item({}); }), FailureCode::TypeMismatch);
     EXPECT_EQ(codeOf([&] { add(u"ITS KEY"); }), FailureCode::KeyInUse);
     for (const Value& outside : {Value(0), Value(3), Value(0.9), Value(5e9)}) {
@@ -56,6 +57,28 @@ TEST_F(Collection, IsOrderedAndKeyedWithoutRegardToCase) {
     ASSERT_EQ(walk.size(), 2U);
     EXPECT_EQ(walk[0], other);
     EXPECT_EQ(walk[1]->Name(), u"third");
+    const auto nameless = add(u"");
+    EXPECT_EQ(documents->Item(u""), nameless);
+    EXPECT_EQ(codeOf([&] { add(u""); }), FailureCode::KeyInUse);
+}
+
+TEST_F(Collection, WhereThePlatformGivesNothingTheCallFails) {
+    const auto document = build(u"<wml/>");
+    world.makesNothing = true;
+    const auto other = std::make_shared<clProject>();
+    const auto bare = std::make_shared<WirelessDocument>();
+    const std::function<void()> calls[] = {
+        [&] { other->AppPath(u"C:\\App"); },
+        [&] { bare->AppPath(u"C:\\App"); },
+        [&] { bare->Content(u""); },
+        [&] { document->Format()->icon(u"Bold"); },
+        [&] { document->Format()->iconSmall(u"Bold"); },
+    };
+    for (const auto& fails : calls) {
+        EXPECT_EQ(codeOf(fails), FailureCode::ObjectNotSet);
+    }
+    EXPECT_FALSE(other->init(u"C:\\p.cvp") || other->SaveAs(u"C:\\p.cvp") ||
+                 document->SaveAs(u"C:\\deck.wml") || document->Save(u"C:\\deck.wml"));
 }
 
 TEST_F(Collection, AddThatFailsLeavesTheListAlone) {

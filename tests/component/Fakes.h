@@ -261,7 +261,8 @@ class FakePlatform : public Platform {
     template <class Interface, class Fake, class... Arguments>
     static std::shared_ptr<Interface> make(const std::string& name, Arguments&&... arguments) {
         call(name);
-        return std::make_shared<Fake>(std::forward<Arguments>(arguments)...);
+        return world.makesNothing ? nullptr
+                                  : std::make_shared<Fake>(std::forward<Arguments>(arguments)...);
     }
 
 public:
@@ -294,7 +295,10 @@ public:
     Text temporaryFolder() override { return u"C:\\Temp\\"; }
     Date now() override { return 40000; }
     std::int32_t textWidth(std::int32_t, const Text&) override { return 0; }
-    std::shared_ptr<PictureStore> pictures() override { return std::make_shared<FakePictures>(); }
+    std::shared_ptr<PictureStore> pictures() override {
+
+        return world.makesNothing ? nullptr : std::make_shared<FakePictures>();
+    }
 };
 
 /// A test in a new world, with a project that is not listened to yet.

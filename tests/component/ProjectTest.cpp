@@ -168,11 +168,23 @@ TEST_F(Project, ADocumentThatCannotBeLoadedEndsTheRead) {
                   "file is not corrupt"});
 }
 
-TEST_F(Project, OpensWithoutAFileService) {
-    project->ProjectName(u"kept");
-    world.fails = {{"newFileSystemObject", FailureCode::DeviceError}};
-    EXPECT_TRUE(project->init(file));
-    EXPECT_FALSE(project->addDocument(u"a"));
+TEST_F(Project, AFileThatCannotBeReadLeavesTheOpenProjectAsItWas) {
+    ASSERT_TRUE(open({u"Site=S", u"Document=a"}, {u"a"}));
+    world.files[u"D:\\q\\q.cvp"] = u"Site=Q\r\nDocument=b\r\n";
+    for (const char* call :
+         {"newFileSystemObject", "GetFile", "OpenAsTextStream", "AtEndOfStream", "ReadLine"}) {
+        world.fails = {{call, FailureCode::DeviceError}};
+        EXPECT_FALSE(project->init(u"D:\\q\\q.cvp")) << call;
+        EXPECT_EQ(project->projectFile(), file) << call;
+        EXPECT_EQ(project->Documents()->Count(), 1) << call;
+        EXPECT_FALSE(project->addDocument(u"b"));
+    }
+    world.fails = {};
+    world.files[u"D:\\q\\q.cvp"].clear(); // gives no folder either
+    EXPECT_TRUE(project->init(u"D:\\q\\q.cvp"));
+    const Files before = world.files;
+    EXPECT_FALSE(project->DeleteFiles());
+    EXPECT_EQ(world.files, before) << "neither project goes in place of the other";
 }
 
 TEST_F(Project, AddsADeckForTheHost) {

@@ -48,6 +48,12 @@ TEST_F(Saving, ADeckGoesOutAsTheMarkupLibraryMakesIt) {
               (Log{"rtb.Text", "newFileSystemObject", "OpenTextFile D:\\q\\x.wml 2 True 0",
                    "exportText", "Write exported:<wml>typed</wml>", "Close", "stream gone"}));
     EXPECT_EQ(document->Content(), u"exported:<wml>typed</wml>");
+    world.diskCalls = 0;
+    world.fault = {5, FailureCode::PermissionDenied};
+    EXPECT_FALSE(document->SaveAs(u"D:\\q\\y.wml"));
+    EXPECT_EQ(world.takeOnly({"Close", "MsgBox", "stream"}),
+              (Log{"Close", "MsgBox 16 [Corvane professional] no GetBaseName", "stream gone"}))
+        << "the stream lasts as long as the routine";
     EXPECT_EQ(rtb->text, u"<wml>typed</wml>");
 
     // In the plain view the page is taken over first; one that is refused leaves the older text.
@@ -102,6 +108,40 @@ TEST_F(Saving, ADeckRenamedByAMoveIsStillTheCurrentDocumentUnderItsKey) {
     EXPECT_EQ(project->Documents()->Item(u"b"), b) << "filed under its old name";
     EXPECT_EQ(project->CurrentDocument(), b);
     EXPECT_EQ(world.takeCount("OnSetCurrentDocument"), 0);
+}
+
+TEST_F(Saving, ANameWithAFolderKeepsTheProjectTogether) {
+    add(u"a");
+    world.folders.insert(u"D:\\q\\sub");
+    world.files[u"D:\\q\\n.cvp"] = u"taken";
+    world.onShow = [](FakeForm& form) {
+        form.click(u"cmdNo");
+        form.text(u"txtName", u"sub\\n");
+        form.click(u"cmdOk");
+    };
+    EXPECT_TRUE(project->SaveAs(u"D:\\q\\n.cvp"));
+    EXPECT_EQ(project->projectFile(), u"D:\\q\\sub\\n.cvp");
+    EXPECT_TRUE(world.files.contains(u"D:\\q\\sub\\a.wml"));
+}
+
+TEST_F(Saving, ADeckThatIsReadFromElsewhereIsNeitherWrittenNorDeleted) {
+    for (const Text name : {u"..\\q\\v", u"sub/v", u"c:v", u".."}) {
+        add(name);
+        const Files before = world.files;
+        EXPECT_FALSE(project->SaveAs(u"D:\\q\\n.cvp"));
+        EXPECT_FALSE(project->SaveDocument(name));
+        EXPECT_EQ(world.takeCount("MsgBox 16 [Corvane professional] The document " + ascii(name) +
+                                  " has not been saved. \nIts name is no file name, and would lead "
+                                  "out of the project's folder."),
+                  2);
+        EXPECT_EQ(world.files, before);
+        EXPECT_FALSE(project->SaveAll());
+        EXPECT_FALSE(project->DeleteFiles());
+        EXPECT_EQ(world.takeOnly({"OpenTextFile", "DeleteF"}),
+                  (Log{"DeleteFile D:\\p\\p.cvp False", "DeleteFolder D:\\p True"}));
+        project->removeDocument(1);
+        world.folders.insert(u"D:\\p");
+    }
 }
 
 TEST_F(Saving, AProjectIsMadeAroundOneDeck) {

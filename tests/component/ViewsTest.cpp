@@ -52,7 +52,7 @@ const Log looksForDiv{"innerHTML", "innerText", "innerText", "getElementsByTagNa
 const Log looksForDivAroundPictures{"innerHTML", "innerText", "innerText", "innerHTML",
                                     "getElementsByTagName div"};
 
-/// What a document holds ahead of a switch.
+/// What a document holds before a switch.
 struct Before {
     enumView view;
     std::u16string markup = deck;
@@ -274,6 +274,11 @@ TEST_F(Views, WaitsForTheBrowserOnTheWayToThePlainViewOnly) {
     browser->events().raise(&BrowserControlEvents::NavigateComplete2); // no longer listened to
     world.onDoEvents = [] { throw std::logic_error("still waiting"); };
     EXPECT_THROW(doc->view(vPLain), std::logic_error);
+    EXPECT_TRUE(doc->view() == vMarkup && world.take().back() == "DoEvents");
+    rtb->text = u"<wml>edited</wml>"; // goes out, and not the page that was not written
+    world.folders = {u"D:"};
+    EXPECT_TRUE(doc->Save(u"D:\\x.wml"));
+    EXPECT_EQ(world.files[u"D:\\x.wml"], u"exported:<wml>edited</wml>");
 }
 
 TEST_F(Views, SelectsAllAndReloads) {

@@ -44,6 +44,7 @@ struct World {
     Paths readOnly;
     std::map<std::string, FailureCode> fails; // by the name of the call
     Fault fault;
+    bool makesNothing = false; // the platform hands out no objects
     std::int32_t diskCalls = 0;
     std::function<void()> onDoEvents;
     std::function<void(FakeForm&)> onShow; // the user at the dialog

@@ -1,5 +1,5 @@
 #include "platform/DefaultPlatform.h"
-#include "platform/LocalDate.h"
+#include "platform/files/LocalDate.h"
 #include "support/Test.h"
 
 #include <ctime>

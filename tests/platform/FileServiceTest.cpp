@@ -1,6 +1,6 @@
-#include "platform/Drives.h"
-#include "platform/FolderSearch.h"
-#include "platform/PosixFileSystem.h"
+#include "platform/files/Drives.h"
+#include "platform/files/FolderSearch.h"
+#include "platform/files/PosixFileSystem.h"
 #include "support/Test.h"
 #include "tests/platform/TempFolder.h"
 
@@ -165,6 +165,31 @@ TEST_F(FileService, NamesAreFoundWithoutRegardToCase) {
     EXPECT_EQ(temp.read("Decks/Weather/New.wml"), "x");
 }
 
+TEST_F(FileService, ARemovedNameIsFreeAndDoesNotLeadToItsTwin) {
+    for (const std::string wish : {"deck.wml", "dEcK.wml"}) { // there as it is written, or not
+        temp.write("Deck.wml", "twin");
+        temp.write("DECK.wml", "twin");
+        temp.write("deck.wml", "old");
+        EXPECT_EQ(deleteCode(wish, true), 0);
+        EXPECT_FALSE(files.FileExists(temp.path(wish)));
+        temp.write("from", "new");
+        EXPECT_EQ(failureOf([&] {
+                      PosixFileSystem().CopyFile(temp.path("from"), temp.path(wish), false);
+                  }),
+                  0);
+        EXPECT_EQ(temp.read(wish) + temp.read("Deck.wml"), "newtwin");
+        std::filesystem::remove(temp.posix(wish));
+        EXPECT_TRUE(files.FileExists(temp.path(wish))) << "written since, so it may lead to others";
+    }
+    temp.folder("Weather");
+    temp.write("weather/index.wml", "kept");
+    EXPECT_EQ(removeFolderCode(temp.path("Weather"), true), 0);
+    EXPECT_EQ(removeFolderCode(temp.path("Weather"), true), 76);
+    EXPECT_EQ(openCode("Weather/index.wml", IOMode::ForWriting), 76);
+    EXPECT_EQ(temp.read("weather/index.wml"), "kept");
+    EXPECT_EQ(makeFolderCode("Weather"), 0);
+}
+
 TEST_F(FileService, AnIndexedFolderIsNeverStale) {
     temp.write("Old.wml", "");
     const std::string folder = temp.posix();
@@ -189,7 +214,7 @@ TEST_F(FileService, DrivesAreMountedFolders) {
     temp.folder("disk/Sub");
     temp.write("disk/Sub/a.wml", "a");
     temp.write("secret", "s");
-    EXPECT_EQ(getCode(u"Q:\\Sub\\a.wml"), 71) << "never mounted";
+    EXPECT_EQ(getCode(u"Q:\\Sub\\a.wml"), 53) << "never mounted";
     EXPECT_FALSE(files.FileExists(u"Q:\\Sub\\a.wml"));
     mountDrive(u'q', temp.posix("disk"));
     EXPECT_TRUE(files.FileExists(u"Q:\\sub\\A.WML"));
@@ -200,7 +225,7 @@ TEST_F(FileService, DrivesAreMountedFolders) {
     EXPECT_EQ(removeFolderCode(u"Q:\\", true), 70);
     EXPECT_EQ(toPosixPath(u"Q:\\Sub\\.\\x"), temp.posix("disk/Sub/x"));
     std::filesystem::remove_all(temp.posix("disk"));
-    EXPECT_EQ(getCode(u"Q:\\Sub\\a.wml"), 71) << "gone";
+    EXPECT_EQ(getCode(u"Q:\\Sub\\a.wml"), 53) << "gone";
     EXPECT_EQ(failureOf([&] { files.CreateFolder(u"Q:\\x"); }), 71);
     EXPECT_FALSE(files.FolderExists(u"Q:\\"));
     unmountDrive(u'Q');

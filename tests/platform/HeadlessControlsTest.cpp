@@ -1,5 +1,5 @@
-#include "platform/HeadlessBrowser.h"
-#include "platform/HeadlessRichText.h"
+#include "platform/controls/HeadlessBrowser.h"
+#include "platform/controls/HeadlessRichText.h"
 #include "platform/page/HeadlessPage.h"
 #include "support/Test.h"
 

@@ -1,5 +1,5 @@
-#include "platform/HeadlessBrowser.h"
-#include "platform/HeadlessRichText.h"
+#include "platform/controls/HeadlessBrowser.h"
+#include "platform/controls/HeadlessRichText.h"
 #include "platform/page/HeadlessPage.h"
 #include "support/EventLog.h"
 #include "support/Test.h"
@@ -43,7 +43,10 @@ TEST_F(NineKeys, OnThePageChangeTheLineAndNothingElse) {
         std::u16string key;
         std::u16string selected;
         std::u16string line;
+        std::u16string before = ::line;
     };
+    const std::u16string rich =
+        u"<p><b>bo<!--c-->ld</b> <strong id=\"s\" class=\"k\">a <i>str</i> ong</strong></p>";
     const Case cases[] = {
         {u"Bold", u"four", u"<p>one <b>two</b> <big>three</big> &nbsp;<b>four</b></p>"},
         {u"Bold", u"two", u"<p>one two <big>three</big> &nbsp;four</p>"},
@@ -59,10 +62,23 @@ TEST_F(NineKeys, OnThePageChangeTheLineAndNothingElse) {
         {u"Small Font", u"two",
          u"<p>one <b><small>two</small></b> <big>three</big> &nbsp;four</p>"},
         {u"Normal Font", u"three", u"<p>one <b>two</b> three &nbsp;four</p>"},
+        {u"Bold", u"ld",
+         u"<p><b>bo<!--c--></b>ld <strong id=\"s\" class=\"k\">a <i>str</i> ong</strong></p>",
+         rich},
+        {u"Bold", u"bo",
+         u"<p>bo<b><!--c-->ld</b> <strong id=\"s\" class=\"k\">a <i>str</i> ong</strong></p>",
+         rich},
+        {u"Bold", u"str",
+         u"<p><b>bo<!--c-->ld</b> <strong id=\"s\" class=\"k\">a </strong><i>str</i><strong>"
+         u" ong</strong></p>",
+         rich},
+        {u"Bold", u"ng",
+         u"<p><b>bo<!--c-->ld</b> <strong id=\"s\" class=\"k\">a <i>str</i> o</strong>ng</p>",
+         rich},
     };
     for (const Case& each : cases) {
         document->view(vMarkup);
-        text->Text(deck);
+        text->Text(head + each.before + tail);
         document->view(vPLain);
         ASSERT_TRUE(page->selectText(each.selected));
         document->Format()->exec(each.key);

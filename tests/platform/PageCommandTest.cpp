@@ -91,6 +91,12 @@ TEST(PageCommand, WithoutTextToActOnChangesNothing) {
     EXPECT_FALSE(page->execCommand(u"Bold"));
     page->placeCaret({page->body(), 2});
     EXPECT_TRUE(page->execCommand(u"Bold"));
+    for (std::int32_t at = 0; at < 9; ++at) { // a selection of nothing, also at a picture's border
+        const auto paragraph = first(page, u"p");
+        page->select({paragraph, at}, {paragraph, at});
+        page->execCommand(u"Bold");
+        page->execCommand(u"FontSize", false, std::u16string(u"5"));
+    }
     page->selectText(u"one");
     EXPECT_FALSE(page->execCommand(u"Embolden"));
     EXPECT_FALSE(page->execCommand(u"FontSize"));

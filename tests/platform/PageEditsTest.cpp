@@ -1,7 +1,7 @@
 #include "platform/page/PageElement.h"
-#include "platform/page/PageParser.h"
-#include "platform/page/Paste.h"
-#include "platform/page/StyleCommand.h"
+#include "platform/page/dom/PageParser.h"
+#include "platform/page/editing/Paste.h"
+#include "platform/page/editing/StyleCommand.h"
 #include "support/Test.h"
 
 using namespace tessaly::page;
@@ -157,7 +157,7 @@ TEST(PageEdits, PasteReplacesTheSelectedLettersAlone) {
     }
 }
 
-// The nodes that edits leave behind do not pile up.
+// The nodes that edits leave over do not pile up.
 TEST(PageEdits, FreeWhatNothingHolds) {
     const auto dom = std::make_shared<Dom>();
     dom->root(parsePage(*dom, u""));

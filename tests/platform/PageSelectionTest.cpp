@@ -37,7 +37,7 @@ TEST(PageSelection, IsSetByPlaceAndByText) {
     EXPECT_EQ(rangeOf(page)->parentElement()->tagName(), u"B");
     page->select({page->body(), 12}, {paragraph, 2}); // the wrong way round
     EXPECT_EQ(rangeOf(page)->text(), u"e two \U0001F600\n\nth");
-    page->select({paragraph, 9}, {paragraph, 99}); // between two halves, and behind the end
+    page->select({paragraph, 9}, {paragraph, 99}); // between two halves, and after the end
     EXPECT_EQ(rangeOf(page)->text(), u"\U0001F600");
 
     EXPECT_TRUE(page->selectText(u"e two", u"thr"));
@@ -75,7 +75,7 @@ TEST(PagePaste, ReplacesTheRange) {
         range->pasteHTML(u"X<u>Y</u>");
         EXPECT_EQ(range->text(), u"");
         EXPECT_EQ(page->selection()->type(), u"None");
-        range->pasteHTML(u"|"); // behind what was pasted
+        range->pasteHTML(u"|"); // after what was pasted
         EXPECT_EQ(bodyOf(page), each.result);
     }
 }

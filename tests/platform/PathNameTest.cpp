@@ -1,4 +1,4 @@
-#include "platform/PathName.h"
+#include "platform/files/PathName.h"
 #include "support/Test.h"
 #include "tests/platform/TempFolder.h"
 

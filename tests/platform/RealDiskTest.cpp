@@ -151,8 +151,13 @@ TEST_F(RealDisk, SomethingElseInThePlaceOfAFile) {
     EXPECT_EQ(project->projectFile(), temp.path("p/p.cvp"));
 }
 
-TEST_F(RealDisk, AFolderOfOtherLettersHidesNoConflict) {
+TEST_F(RealDisk, AFolderOfOtherLettersMakesAndHidesNoConflict) {
     temp.folder("Q");
+    temp.write("q/a.wml", "another deck");
+    temp.write("q/n.cvp", "another project");
+    EXPECT_TRUE(project->SaveAs(temp.path("Q/n.cvp")));
+    EXPECT_EQ(temp.read("q/a.wml") + temp.read("q/n.cvp"), "another deckanother project");
+
     temp.write("Q/a.wml", "another deck");
     EXPECT_FALSE(project->SaveAs(temp.path("Q/n.cvp"))) << "nobody agreed to overwrite";
     EXPECT_EQ(temp.read("Q/a.wml"), "another deck");
@@ -180,6 +185,9 @@ TEST_F(RealDisk, ADeckThatWentBetweenTwoSteps) {
     EXPECT_TRUE(project->SaveAll()) << "it is written anew from memory";
     EXPECT_TRUE(temp.read("p/a.wml").ends_with(deck));
     ASSERT_TRUE(std::filesystem::remove(temp.posix("p/a.wml")));
+    temp.write("P/a.wml", "of another project");
     EXPECT_FALSE(project->DeleteFiles());
     EXPECT_FALSE(temp.has("p"));
+    EXPECT_FALSE(project->DeleteFiles());
+    EXPECT_TRUE(temp.has("P/a.wml"));
 }

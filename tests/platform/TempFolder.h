@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/PathName.h"
+#include "platform/files/PathName.h"
 #include "tests/support/File.h"
 #include "util/Attempt.h"
 

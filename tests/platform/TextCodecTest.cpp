@@ -1,4 +1,5 @@
-#include "platform/TextCodec.h"
+#include "platform/files/TextCodec.h"
+#include "platform/files/FileText.h"
 #include "support/Test.h"
 #include "tests/support/Iconv.h"
 
@@ -61,4 +62,54 @@ TEST(TextCodec, WhatIsNotUtf8IsWindows1252) {
     }
     EXPECT_EQ(decodeText("caf\xE9 \x93\xC3\xA9\x94"), u"caf\u00E9 \u201C\u00C3\u00A9\u201D")
         << "the whole file, not the bad part";
+}
+
+/// What a deck says of its encoding, and the bytes of a text in it.
+TEST(FileText, IsReadByItsMarkThenByItsDeclaration) {
+    using namespace std::string_literals;
+    const auto deck = [](const std::string& encoding, const std::string& text) {
+        return "<?xml version='1.0' encoding='" + encoding + "'?>" + text;
+    };
+    const auto wide = [](const std::string& ascii, std::size_t first) {
+        std::string bytes;
+        for (const char c : ascii) {
+            bytes += first == 0 ? std::string{c, '\0'} : std::string{'\0', c};
+        }
+        return bytes;
+    };
+    const struct {
+        std::string bytes;
+        std::u16string text; ///< its end
+        std::string note;    ///< the begin of the first note
+    } files[] = {
+        {deck("Shift_JIS", "\x93\xFA\x96\x7B"), u"\u65E5\u672C", ""},
+        {deck("EUC-JP", "\xC6\xFC\xCB\xDC"), u"\u65E5\u672C", ""},
+        {deck("ISO-2022-JP", "\x1B$BF|K\\\x1B(B"), u"\u65E5\u672C", ""},
+        {deck("gb2312", "\xD6\xD0\xCE\xC4"), u"\u4E2D\u6587", ""},
+        {deck("GBK", "\xD6\xD0\xE9\x46"), u"\u4E2D\u9555", ""},
+        {deck("GB18030", "\x81\x39\xEE\x39"), u"\u3400", ""},
+        {deck("Big5", "\xA4\xA4\xA4\xE5"), u"\u4E2D\u6587", ""},
+        {deck("EUC-KR", "\xC7\xD1\xB1\xDB"), u"\uD55C\uAE00", ""},
+        {deck("koi8-r", "\xF0\xD2"), u"\u041F\u0440", ""},
+        {deck("iso-8859-1", "\x93\xE9"), u"\u201C\u00E9", ""},
+        {wide(deck("UTF-16", "e"), 0), u"?>e", ""},
+        {"\xFE\xFF" + wide(deck("utf-16", "e"), 1), u"?>e", ""},
+        {"\xFF\xFE" + wide(deck("UTF-8", "e"), 0), u"?>e", "the file declares UTF-8"},
+        {deck("windows-1251", "\u041F\u0440\u0438"), u"\u041F\u0440\u0438", "the file declares"},
+        {"<wml>caf\xE9", u"caf\u00E9", "byte 0xE9 is not UTF-8, and no other"},
+        {deck("UTF-8", "\xE9\xE8"), u"\u00E9\u00E8", "byte 0xE9 is not UTF-8, which"},
+        {deck("UTF-8", "\u041F\u0440\u0438\xE9"), u"\u041F\u0440\u0438\u00E9", "byte 0xE9"},
+        {"\xEF\xBB\xBF<wml>\xE9", u"\u00E9", "byte 0xE9"},
+    };
+    for (const auto& file : files) {
+        const FileText read = decodeFile(file.bytes);
+        EXPECT_TRUE(read.text.ends_with(file.text)) << testing::PrintToString(file.bytes);
+        const std::string note = read.notes.empty() ? "" : encodeUtf8(read.notes.front().text);
+        EXPECT_TRUE(note.starts_with(file.note) && note.empty() == file.note.empty()) << note;
+    }
+    // What cannot be read goes back to the disk as it was.
+    for (const std::string& bytes : {deck("Shift_JIS", "\x93\xFF\xE9"), deck("x-none", "\xE9\x80"),
+                                     "\xFF\xFE" + wide("<wml>", 0) + "\x00\xD8"s}) {
+        EXPECT_EQ(encodeFile(decodeFile(bytes).text), bytes);
+    }
 }

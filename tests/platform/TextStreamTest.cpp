@@ -1,4 +1,4 @@
-#include "platform/PosixFileSystem.h"
+#include "platform/files/PosixFileSystem.h"
 #include "support/Test.h"
 #include "tests/platform/TempFolder.h"
 

@@ -1,4 +1,4 @@
-#include "ravikit/convert/Carrier.h"
+#include "ravikit/convert/page/Carrier.h"
 
 #include <gtest/gtest.h>
 

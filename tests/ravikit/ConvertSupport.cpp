@@ -2,6 +2,7 @@
 #include "support/Test.h"
 
 #include "ravikit/DeckGenerator.h"
+#include "ravikit/WmlDtd.h"
 #include "support/File.h"
 
 namespace convert_test {
@@ -9,7 +10,7 @@ namespace convert_test {
 namespace {
 
 const ravikit::Declarations& known() {
-    return ravikit::Dtd::builtIn()->declarations();
+    return wmlDtd()->declarations();
 }
 
 } // namespace

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ravikit/Dtd.h"
 #include "ravikit/Pages.h"
-#include "ravikit/Parser.h"
 #include "ravikit/convert/Convert.h"
+#include "ravikit/validity/Dtd.h"
+#include "ravikit/xml/Parser.h"
 
 #include <memory>
 #include <random>

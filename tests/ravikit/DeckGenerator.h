@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Declarations.h"
+#include "ravikit/xml/declarations/Declarations.h"
 
 #include <cstddef>
 #include <cstdint>

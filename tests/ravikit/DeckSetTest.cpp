@@ -1,7 +1,8 @@
 #include "ravikit/ConvertSupport.h"
 #include "support/Test.h"
 
-#include "ravikit/LocationPath.h"
+#include "ravikit/WmlDtd.h"
+#include "ravikit/path/LocationPath.h"
 
 /// The decks beside this file are the test of all that reads decks: they must go on to hold every
 /// element and attribute of WML, and what real decks do that a simple reader gets wrong.
@@ -19,7 +20,7 @@ std::vector<Deck> folder() {
 TEST(DeckSet, UsesEveryElementAndAttribute) {
     std::set<std::u16string> used;
     for (const Deck& deck : folder()) {
-        const auto tree = ravikit::parse(deck.text, &ravikit::Dtd::builtIn()->declarations());
+        const auto tree = ravikit::parse(deck.text, &wmlDtd()->declarations());
         std::u16string element;
         for (ravikit::Tree::Id id = 1; id < tree->size(); ++id) {
             if (tree->kind(id) == NodeKind::Element) {
@@ -29,7 +30,7 @@ TEST(DeckSet, UsesEveryElementAndAttribute) {
             }
         }
     }
-    const ravikit::Declarations& wml = ravikit::Dtd::builtIn()->declarations();
+    const ravikit::Declarations& wml = wmlDtd()->declarations();
     for (const auto& element : wml.elements) {
         EXPECT_TRUE(used.contains(element.name)) << toUtf8(element.name);
     }

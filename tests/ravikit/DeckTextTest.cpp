@@ -1,50 +1,18 @@
 // Decks on their way in and out.
 
-#include "ravikit/DeckText.h"
+#include "ravikit/deck/DeckText.h"
 #include "ravikit/Pages.h"
-#include "ravikit/Parser.h"
+#include "ravikit/xml/Parser.h"
 #include "support/Test.h"
 
 namespace {
 
 using ravikit::exportDeck;
-using ravikit::importDeck;
 using namespace std::string_literals;
 
 const std::u16string declaration = u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 const std::u16string doctype = u"<!DOCTYPE wml PUBLIC \"-//WAPFORUM//DTD WML 1.3//EN\" "
                                u"\"http://www.wapforum.org/DTD/wml13.dtd\">";
-
-std::u16string declared(const std::u16string& encoding, const std::u16string& text) {
-    return u"<?xml version='1.0' encoding='" + encoding + u"'?><wml>" + text + u"</wml>";
-}
-
-TEST(DeckText, ComesInAsItsDeclarationSaysIfItWasNotUtf8) {
-    // "Пр" in bytes, as the code page shows them in which such a file is read.
-    EXPECT_EQ(importDeck(declared(u"windows-1251", u"\u00CF\u00F0")),
-              declared(u"windows-1251", u"\u041F\u0440"));
-    EXPECT_EQ(importDeck(declared(u"KOI8-R", u"\u00F0\u00D2")),
-              declared(u"KOI8-R", u"\u041F\u0440"));
-    // Bytes 80 and 81: a quote there, none in this code page.
-    EXPECT_EQ(importDeck(declared(u"windows-1251", u"\u20AC\u0081")),
-              declared(u"windows-1251", u"\u0402\u0403"));
-    EXPECT_EQ(importDeck(declared(u"iso-8859-15", u"\u00A4")), declared(u"iso-8859-15", u"\u20AC"));
-
-    for (const std::u16string& same :
-         {declared(u"utf-8", u"\u00E9"), u"<wml>\u00E9</wml>"s,
-          declared(u"iso-8859-1", u"\u201C\u00E9\u201D"), // whose quotes are another code page's
-          declared(u"windows-1251", u"\u041F"),           // no byte reads as this: it was UTF-8
-          declared(u"windows-1251", u"\u00D0\u0178"),     // bytes that would have been UTF-8
-          declared(u"windows-1251", u"plain"), declared(u"no-such-code", u"\u00E9"),
-          declared(u"utf-16", u"\u00E9"), declared(u"shift_jis", u"\u0192A"),
-          declared(u"windows-1251//TRANSLIT", u"\u00E9"),
-          u"<wml encoding='koi8-r'>\u00E9</wml>"s}) {
-        EXPECT_EQ(importDeck(same), same);
-    }
-    // With a byte-order mark it was UTF-8 too.
-    EXPECT_EQ(importDeck(u"\xFEFF" + declared(u"koi8-r", u"\u00F0")),
-              declared(u"koi8-r", u"\u00F0"));
-}
 
 TEST(DeckText, GoesOutWithWhatADeckLacks) {
     EXPECT_EQ(convert_test::faultOf(exportDeck(u"<!-- c --><wml><card/></wml>")), "");

@@ -1,7 +1,7 @@
 // What a DOCTYPE or a DTD declares, and when it is not well-formed; libxml2 says the same of each.
 
-#include "ravikit/Declarations.h"
-#include "ravikit/Parser.h"
+#include "ravikit/xml/declarations/Declarations.h"
+#include "ravikit/xml/Parser.h"
 #include "support/Test.h"
 #include "tests/ravikit/LibXml.h"
 

@@ -1,7 +1,8 @@
 // Content models as tables, and the files that ship beside the command.
 
-#include "ravikit/Dtd.h"
-#include "ravikit/Parser.h"
+#include "ravikit/validity/Dtd.h"
+#include "ravikit/WmlDtd.h"
+#include "ravikit/xml/Parser.h"
 #include "support/File.h"
 #include "support/Test.h"
 
@@ -134,7 +135,7 @@ TEST(Dtd, TheSchemaNamesTheSameElementsAndAttributes) {
         }
     }
     AttributesOf declared;
-    const auto& declarations = Dtd::builtIn()->declarations();
+    const auto& declarations = wmlDtd()->declarations();
     for (const auto& declaration : declarations.elements) {
         declared[declaration.name];
     }

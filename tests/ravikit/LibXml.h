@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 
 #include <libxml/parser.h>
 #include <libxml/parserInternals.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ravikit/Dtd.h"
-#include "ravikit/Parser.h"
+#include "ravikit/WmlDtd.h"
+#include "ravikit/xml/Parser.h"
 #include "tests/ravikit/LibXml.h"
 
 #include <libxml/valid.h>
@@ -61,7 +61,7 @@ inline bool isExcused(const ravikit::Tree& tree, const ravikit::Problems& proble
 /// Empty if we agree about `text`, which starts with the wml tag or with a DOCTYPE that has an
 /// internal subset; otherwise what is to be told.
 inline std::string validityFault(const std::u16string& text, bool* valid = nullptr) {
-    const auto dtd = ravikit::Dtd::builtIn();
+    const auto& dtd = wmlDtd();
     const auto tree = ravikit::parse(text, &dtd->declarations());
     ravikit::Problems problems = tree->problems();
     if (problems.empty()) {

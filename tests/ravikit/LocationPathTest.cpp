@@ -1,5 +1,5 @@
-#include "ravikit/LocationPath.h"
-#include "ravikit/Parser.h"
+#include "ravikit/path/LocationPath.h"
+#include "ravikit/xml/Parser.h"
 #include "support/Test.h"
 
 #include <libxml/parser.h>

@@ -1,6 +1,6 @@
 #include "ravikit/PageElements.h"
 
-#include "ravikit/Chars.h"
+#include "ravikit/text/Chars.h"
 #include "support/Iconv.h"
 #include <algorithm>
 
@@ -61,7 +61,7 @@ void write(const PageElement& node, Browser browser, std::u16string& out) {
         }
     }
     out += u'>';
-    if (node.tag == u"br") {
+    if (node.tag == u"br" || node.tag == u"img" || node.tag == u"input") {
         return;
     }
     for (const auto& child : node.children) {
@@ -150,6 +150,10 @@ PageElement* PageElement::insert(std::size_t at, std::unique_ptr<PageElement> ch
 
 std::u16string PageElement::innerText() const {
     std::u16string all = text;
+    for (const char16_t* const shown : {u"alt", u"value", u"label"}) {
+        const std::u16string* const value = attribute(shown);
+        all += value != nullptr ? *value : u"";
+    }
     for (const auto& child : children) {
         all += child->innerText();
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ravikit/convert/Carrier.h"
-#include "ravikit/convert/PageTree.h"
+#include "ravikit/convert/page/Carrier.h"
+#include "ravikit/html/PageTree.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "ravikit/PageMaker.h"
 
 #include "ravikit/DeckGenerator.h"
-#include "ravikit/Dtd.h"
 #include "ravikit/Pages.h"
+#include "ravikit/WmlDtd.h"
 
 #include <algorithm>
 #include <array>
@@ -108,7 +108,7 @@ Tokens tokensOf(std::u16string_view page) {
 }
 
 std::u16string deckFrom(Choices& choices) {
-    static DeckGenerator generator(ravikit::Dtd::builtIn()->declarations());
+    static DeckGenerator generator(wmlDtd()->declarations());
     const std::size_t kind = choices.below(decks.size() + 4);
     if (kind < decks.size()) {
         return decks[kind];

@@ -1,9 +1,9 @@
 #include "ravikit/Pages.h"
 
-#include "ravikit/Chars.h"
-#include "ravikit/Dtd.h"
-#include "ravikit/Parser.h"
+#include "ravikit/WmlDtd.h"
 #include "ravikit/convert/Convert.h"
+#include "ravikit/text/Chars.h"
+#include "ravikit/xml/Parser.h"
 
 #include <map>
 #include <stdexcept>
@@ -13,7 +13,7 @@ namespace convert_test {
 namespace {
 
 const ravikit::Declarations& known() {
-    return ravikit::Dtd::builtIn()->declarations();
+    return wmlDtd()->declarations();
 }
 
 /// What a conversion made of `text`, which must have a reason if it refused, and only then.
@@ -31,8 +31,9 @@ std::map<char16_t, std::size_t> lettersShown(const std::u16string& page) {
     expect(ravikit::readLiterally(page, tree) || ravikit::readAsBrowser(page, tree, problems),
            "not read again", page);
     std::map<char16_t, std::size_t> counts;
-    for (const ravikit::PageNode& node : tree.nodes()) {
-        for (const char16_t c : node.tag == ravikit::PageTag::None ? node.text : u"") {
+    for (std::uint32_t node = 0; node < tree.size(); ++node) {
+        const bool isText = tree[node].tag == ravikit::PageTag::None;
+        for (const char16_t c : isText ? tree[node].text : ravikit::shownOnPage(tree, node)) {
             const bool isSurrogate = c >= 0xD800 && c < 0xE000;
             if (ravikit::isChar(c) && !ravikit::isBlank(c) && !isSurrogate) {
                 ++counts[c];
@@ -83,7 +84,7 @@ std::string faultOf(const std::u16string& deck, bool valid) {
     const auto tree = ravikit::parse(deck, &known());
     ravikit::Problems problems = tree->problems();
     if (problems.empty() && valid) {
-        ravikit::Dtd::builtIn()->judge(*tree, problems);
+        wmlDtd()->judge(*tree, problems);
     }
     return problems.empty() ? std::string() : toUtf8(problems.list().front().reason);
 }

@@ -1,9 +1,9 @@
 // What the parser makes of broken text: one good problem for one mistake, at its place, and a tree
 // that still holds all of the text.
 
-#include "ravikit/Parser.h"
-#include "ravikit/Declarations.h"
-#include "ravikit/Lines.h"
+#include "ravikit/xml/Parser.h"
+#include "ravikit/text/Lines.h"
+#include "ravikit/xml/declarations/Declarations.h"
 #include "support/Test.h"
 #include "tests/ravikit/Tiling.h"
 
@@ -22,15 +22,15 @@ struct Mistake {
 };
 
 constexpr Mistake mistakes[] = {
-    {u"<p>The <b>bold <i>and</b> the italic</i> cross.</p>", u"<i",
+    {u"<p>The <b>bold <i>and</b> the italic</i> cross.</p>", u"i",
      u"`i` is closed by `</b>`; write `</i>` first"},
-    {u"<wml>\n<card>\n<p>\n</card>\n</wml>", u"<p",
+    {u"<wml>\n<card>\n<p>\n</card>\n</wml>", u"p",
      u"`p` opened on line 3 is closed by `</card>` on line 4; write `</p>` first"},
-    {u"<p><b>x</p>", u"<b", u"`b` is closed by `</p>`; write `</b>` first"},
-    {u"<wml><p>x</p>", u"<wml", u"`wml` is never closed; write `</wml>`"},
+    {u"<p><b>x</p>", u"b", u"`b` is closed by `</p>`; write `</b>` first"},
+    {u"<wml><p>x</p>", u"wml", u"`wml` is never closed; write `</wml>`"},
     {u"<p>x</b></p>", u"</b>", u"`</b>` ends nothing: no `b` is open here"},
-    {u"<P>x</p>", u"</p>", u"`P` is closed by `</p>`; capital and small letters differ"},
-    {u"<p>x</ p>", u"</ ", u"no blank may stand behind `</`"},
+    {u"<P>x</p>", u"P", u"`P` is closed by `</p>`; did you mean `p`?"},
+    {u"<p>x</ p>", u"</ ", u"no blank may stand after `</`"},
     {u"<p><b>x</></p>", u"</>", u"an end tag names its element; write `</b>`"},
     {u"<p>x</p", u"</p", u"the end tag `</p` has no `>`"},
     {u"<p <b>x</b></p>", u"<p ", u"the tag `<p` has no `>`"},
@@ -44,17 +44,17 @@ constexpr Mistake mistakes[] = {
      u"the value of `href` has no closing quote"},
     {u"<img src='sun.wbmp/>", u"src='sun.wbmp", u"the value of `src` has no closing quote"},
     {u"<a b='x < y'/>", u"<", u"`<` cannot stand in the value of `b`; write `&lt;`"},
-    {u"<a b='c'd='e'/>", u"", u"a blank is missing ahead of `d`"},
-    {u"<a / b='c'/>", u"/", u"`/` in the tag of `a` must stand directly ahead of its `>`"},
+    {u"<a b='c'd='e'/>", u"", u"a blank is missing before `d`"},
+    {u"<a / b='c'/>", u"/", u"`/` in the tag of `a` must stand directly before its `>`"},
     {u"<p>1 < 2</p>", u"<", u"`<` begins a tag; write `&lt;` for the character itself"},
     {u"<p>Fish & chips</p>", u"&",
      u"`&` starts a reference; write `&amp;` for the character itself"},
     {u"<p>a&nbsp b</p>", u"&nbsp",
      u"the reference `&nbsp` must end with `;`; for the character `&` itself write `&amp;`"},
     {u"<p>&bull;</p>", u"&bull;",
-     u"no entity `bull` is declared; for the character `&` write `&amp;`"},
+     u"`&bull;` is an entity of HTML; write `&#8226;` for its character"},
     {u"<p>x</p><p>y</p>", u"<p",
-     u"`p` stands beside the outermost element `p`; a text has one outermost element, which holds "
+     u"`p` stands beside the root element `p`; a text has one root element, which holds "
      u"all others"},
     {u"<p>x<!-- y</p>", u"<!--", u"the comment has no end; write `-->`"},
     {u"<?xml version='1.0'>\n<p/>", u"<?xml version='1.0'>",

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ravikit/Tree.h"
+#include "ravikit/xml/Tree.h"
 
 #include <string>
 

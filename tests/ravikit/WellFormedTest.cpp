@@ -1,6 +1,6 @@
 // Our verdict on the niceties of XML, and libxml2's on the same texts.
 
-#include "ravikit/Parser.h"
+#include "ravikit/xml/Parser.h"
 #include "support/Test.h"
 #include "tests/ravikit/LibXml.h"
 #include "tests/ravikit/Tiling.h"

@@ -94,7 +94,7 @@ TEST_F(Registry, FailuresNameTheFile) {
               "429: Tessaly.clProject is not registered in the class registry " + file);
     for (const char* cut : {"", "\t", "\tid", "\tid\t", "\tid\tlib.so", "\t\t/lib.so"}) {
         EXPECT_EQ(failureOfCreating("#\n" + entryOf(library) + "\nTessaly.clProject" + cut + "\n"),
-                  "321: Line 3 does not tell identifier and library of Tessaly.clProject in the "
+                  "321: Line 3 lacks the identifier or the library of Tessaly.clProject in the "
                   "class registry " +
                       file)
             << cut;

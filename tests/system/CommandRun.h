@@ -10,7 +10,7 @@ namespace system_test {
 
 using support::Outcome;
 
-/// `arguments` behind `program`, in `folder`, without a terminal. Standard error goes along if
+/// `arguments` after `program`, in `folder`, without a terminal. Standard error goes along if
 /// `errors`.
 inline Outcome runIn(const std::string& folder, const std::string& arguments, bool errors = false,
                      const std::string& program = TESSALY_COMMAND) {

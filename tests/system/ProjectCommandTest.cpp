@@ -175,7 +175,7 @@ TEST_F(ProjectCommand, ChangesNothingWhenThePersonGoes) {
         TerminalSession session(folder, arguments);
         EXPECT_TRUE(session.sees(arguments == save ? "yes, no or cancel? " : "[y/N] "));
         session.types(typed);
-        EXPECT_EQ(session.ends(), 1) << session.shown;
+        EXPECT_EQ(session.ends(), *typed == '\x03' ? 130 : 1) << session.shown;
         EXPECT_EQ(everything(), before) << testing::PrintToString(typed) << session.shown;
     }
 }
@@ -261,7 +261,21 @@ TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
     EXPECT_EQ(read("new/news.wml"), "anew");
 }
 
-/// Ctrl-C may come at any moment: here behind the first deck, and at the latest at the question
+TEST_F(ProjectCommand, OverwritesNoFileThatDiffersInCaseAlone) {
+    makeProject({"index"});
+    for (const char* taken : {"new.cvp", "New.cvp", "Index.wml", "index.wml"}) {
+        write(std::string("new/") + taken, "taken");
+    }
+    temp.mode("new/new.cvp", 0444); // which is not the one that is asked about
+    EXPECT_EQ(run("save-as old/Old.cvp new/New.cvp --on-conflict overwrite").out,
+              "saved new/New.cvp with 1 deck\n");
+    EXPECT_EQ(read("new/index.wml"), deckOf("index"));
+    EXPECT_EQ(run("new new --name X --from source/index.wml --on-conflict overwrite").status, 0);
+    EXPECT_EQ(read("new/index.wml"), deckOf("index"));
+    EXPECT_EQ(read("new/new.cvp") + read("new/Index.wml"), "takentaken");
+}
+
+/// Ctrl-C may come at any moment: here after the first deck, and at the latest at the question
 /// about the last one.
 TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
     std::vector<std::string> decks;
@@ -278,7 +292,7 @@ TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
     session.types("y\n");
     EXPECT_TRUE(session.sees("saving ")) << session.shown;
     session.types("\x03");
-    EXPECT_EQ(session.ends(), 1) << session.shown;
+    EXPECT_EQ(session.ends(), 130) << session.shown;
     EXPECT_NE(session.shown.find("tessaly: new/New.cvp: interrupted"), std::string::npos);
 
     std::vector<std::string> saved;
@@ -306,6 +320,10 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
     write("plain", "no folder");
     write("Twin/index.wml", "taken");
     fs::create_directory(folder / "twin");
+    write("away/A.cvp", "Site=A\r\nDocument=index\r\nDocument=..\\source\\news\r\n");
+    write("away/index.wml", deckOf("index"));
+    write("away/Index.wml", "twin");
+    const std::string elsewhere = "away/..\\source\\news.wml";
     const std::string long251(251, 'x');
     const std::string fresh = "new fresh --from source/index.wml --name ";
     const struct {
@@ -328,7 +346,7 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         {"add old/Old.cvp INDEX", 1, "old/INDEX.wml: is a deck of the project already"},
         {"add old/Old.cvp ../source/sport", 1, "../source/sport: holds one"},
         {"add old/Old.cvp -- -gone", 3, "old/-gone.wml: is not there"},
-        {"add old/Old.cvp -gone", 2, "NAME is required"},
+        {"add old/Old.cvp -gone", 2, "`-gone` is no option"},
         {"add broken/Broken.cvp index", 3, "its deck broken/gone.wml is missing"},
         {"remove broken/Broken.cvp index", 3, "its deck broken/gone.wml is missing"},
         {"add shut/S.cvp news", 3,
@@ -336,7 +354,10 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         {"remove old/Old.cvp sport", 1, "sport: is no deck of the project"},
         {"save-as old/Old.cvp old/Old.cvp", 1, "old/Old.cvp: is there already"},
         {"save-as old/Old.cvp nowhere/New.cvp", 3, "not there: " + (folder / "nowhere").string()},
-        {"save-as old/Old.cvp Twin/New.cvp", 1, "Twin/New.cvp: cannot be told apart"},
+        {"save-as old/Old.cvp Twin/New.cvp", 1, "Twin/index.wml: is there already"},
+        {"save-as away/A.cvp New.cvp", 1, elsewhere + ": is listed by the project but lies else"},
+        {"delete away/A.cvp", 1,
+         "1 deck and 1 other file:\n  away/Index.wml\nIts deck " + elsewhere + " lies elsewhere"},
         {"save-as old/Old.cvp New", 1, "New: is no project file"},
         {"save-as old/Old.cvp 'a=b.cvp'", 1, "a=b.cvp: cannot hold ="},
         {"save-as old/Old.cvp $'\\xff.cvp'", 1, "no path that can be used"},
@@ -352,6 +373,11 @@ TEST_F(ProjectCommand, RefusesWhatItCannotDoAndNamesTheFile) {
         EXPECT_TRUE(holds(outcome, one.told)) << one.arguments << '\n' << outcome.out;
         EXPECT_EQ(everything(), before) << one.arguments;
     }
+    const Outcome deleted = run("delete away/A.cvp --yes");
+    EXPECT_EQ(deleted.status, 1);
+    EXPECT_TRUE(holds(deleted, elsewhere + ": is listed")) << deleted.out;
+    EXPECT_EQ(read("source/news.wml"), deckOf("news"));
+    EXPECT_EQ(run("save-as old/Old.cvp twin/New.cvp").status, 0) << "a folder of its own";
 }
 
 TEST_F(ProjectCommand, NamesTheFileThatTheDiskIsTooSmallFor) {
@@ -361,7 +387,7 @@ TEST_F(ProjectCommand, NamesTheFileThatTheDiskIsTooSmallFor) {
     const std::string small = "ulimit -f 16 && " TESSALY_COMMAND;
     const Outcome full = system_test::runIn(folder, "save-as old/Old.cvp new/New.cvp", true, small);
     EXPECT_EQ(full.status, 3);
-    EXPECT_EQ(full.out, "tessaly: new/news.wml: could not be written in full\n"
+    EXPECT_EQ(full.out, "tessaly: new/news.wml: cannot be written: Disk full\n"
                         "tessaly: new/New.cvp: lists the 1 of 2 decks that were saved\n");
     EXPECT_EQ(read("new/index.wml"), deckOf("index"));
 }
@@ -378,9 +404,51 @@ TEST_F(ProjectCommand, PutsTheProjectFileBackThatTheDiskIsTooSmallFor) {
     const std::string kilobyte = "ulimit -f 2 && " TESSALY_COMMAND; // in blocks of 512 bytes
     const Outcome full = system_test::runIn(folder, "add old/OLD.cvp " + last, true, kilobyte);
     EXPECT_EQ(full.status, 3);
-    EXPECT_EQ(full.out, "tessaly: old/OLD.cvp: the project file was not written in full\n"
-                        "tessaly: old/OLD.cvp: holds what it held before\n");
+    EXPECT_EQ(full.out,
+              "tessaly: old/OLD.cvp: the project file was not written in full: Disk full\n"
+              "tessaly: old/OLD.cvp: holds what it held before\n");
     EXPECT_EQ(everything(), before);
+}
+
+TEST_F(ProjectCommand, LeavesNothingHalfOnAFullDisk) {
+    write("big.wml", deckOf(std::string(20'000, 'x')));
+    write("page.html", "good");
+    temp.mode("page.html", 0604);
+    fs::create_symlink("page.html", folder / "link");
+    const auto before = everything();
+    const std::string small = "ulimit -f 16 && " TESSALY_COMMAND;
+    for (const char* command :
+         {"convert big.wml --to plain -o link", "convert big.wml --to plain -o fresh.html",
+          "new fresh --name Fresh --from big.wml"}) {
+        EXPECT_EQ(system_test::runIn(folder, command, true, small).status, 3) << command;
+        EXPECT_EQ(everything(), before) << command;
+    }
+    EXPECT_EQ(run("convert source/news.wml --to plain -o link").status, 0);
+    EXPECT_TRUE(holds({0, read("page.html")}, "news"));
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(fs::status(folder / "page.html").permissions(), fs::perms(0604));
+    for (const char* command : {"--help", "check source", "convert big.wml --to plain",
+                                "convert big.wml --to plain -o /dev/full"}) {
+        const Outcome full = system_test::runIn(folder, std::string(command) + " >/dev/full");
+        EXPECT_EQ(full.status, 3) << command;
+    }
+}
+
+TEST_F(ProjectCommand, LosesNothingOfTwoCommandsAtOnce) {
+    std::vector<std::string> decks = {"index"};
+    for (int i = 0; i < 40; ++i) {
+        decks.push_back("deck" + std::to_string(i));
+        write("old/" + decks.back() + ".wml", deckOf("x"));
+    }
+    makeProject({"index"});
+    const std::string add = TESSALY_COMMAND " add old/Old.cvp deck";
+    const std::string script = "for i in $(seq 0 2 39); do " + add + "$i & " + add +
+                               "$((i + 1)); one=$?; wait $! && [ $one = 0 ] || exit 1; done";
+    EXPECT_EQ(system_test::runIn(folder, "'" + script + "'", true, "bash -c").status, 0);
+    const std::string listed = read("old/Old.cvp");
+    for (const std::string& deck : decks) {
+        EXPECT_NE(listed.find("Document=" + deck + "\r\n"), std::string::npos) << deck;
+    }
 }
 
 TEST_F(ProjectCommand, TakesUnusualNames) {

@@ -17,7 +17,7 @@ std::string consoleBlocks(const std::string& page) {
     return blocks;
 }
 
-/// A script that runs the lines behind each `$ `, and prints them as they stand there.
+/// A script that runs the lines after each `$ `, and prints them as they stand there.
 std::string scriptOf(const std::string& blocks) {
     std::string script = "cd '" TESSALY_SOURCE_DIR "'\ntessaly() { " TESSALY_COMMAND " \"$@\"; }\n";
     std::istringstream lines(blocks);

@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace system_test {
@@ -30,6 +32,9 @@ public:
             }
             _exit(127);
         }
+        if (m_child < 0) { // nothing would ever be shown, and every wait take its whole time
+            throw std::system_error(errno, std::generic_category(), "no pseudo-terminal");
+        }
         // The echo of what is typed would come in between at any place.
         termios settings = {};
         tcgetattr(m_terminal, &settings);
@@ -42,7 +47,7 @@ public:
     TerminalSession(TerminalSession&&) = delete;
     TerminalSession& operator=(TerminalSession&&) = delete;
 
-    /// Waits until `text` is shown behind what was last waited for. False if it never is.
+    /// Waits until `text` is shown after what was last waited for. False if it never is.
     bool sees(const std::string& text) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         for (;;) {
