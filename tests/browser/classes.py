@@ -54,8 +54,8 @@ TYPING = [
     Edit("type-by-mouse", "word", ("Click", "=Zq"), text="any"),
     Edit("type-and-erase", "wordMiddle", ("=Z", "Backspace"), text="same"),
     Edit("two-words", "firstOfWords", ("=Zq", "@lastOfWords", "=Wk"), text="any"),
-    Edit("replace-word", "word", ("DoubleClick", "=Zq"), FORMATS),
-    Edit("replace-word-dragged", "word", ("Drag", "=Zq"), FORMATS),
+    Edit("replace-word", "word", ("DoubleClick", "=Zq"), FORMATS, text="any"),
+    Edit("replace-word-dragged", "word", ("Drag", "=Zq"), f"{FORMATS} p br"),
     Edit("replace-line", "line", ("=Zq",), "-*", removes=True),
 ]
 
@@ -64,11 +64,11 @@ DELETING = [
     Edit("delete-letter", "wordStart", ("Delete",), text="any"),
     Edit("backspace-word", "wordEnd", ("Ctrl+Backspace",), f"{NO_FORMATS} -a -anchor", text="any", removes=True),
     Edit("delete-word", "word", ("Delete",), f"{NO_FORMATS} -a -anchor", removes=True),
-    Edit("delete-format", "format", ("Delete",), "-*", removes=True),
+    Edit("delete-format", "format", ("Delete",), "-* +br", removes=True),
     Edit("delete-link", "link", ("Delete",), "-*", removes=True),
     Edit("delete-field", "field", ("Delete",), "-*", text="any", removes=True),
     Edit("backspace-field", "afterField", ("Backspace",), "-*", text="any", removes=True),
-    Edit("delete-cell", "cell", ("Delete",), "-*", removes=True),
+    Edit("delete-cell", "cell", ("Delete",), "-* +br", removes=True),
     Edit("delete-pre-word", "preWord", ("Delete",)),
     Edit("delete-paragraph", "paragraph", ("Delete",), "-*", removes=True),
     Edit("delete-first-paragraph", "firstParagraph", ("Delete", "Backspace"), f"-* {CAPTIONS}", text="any", removes=True),
@@ -83,10 +83,10 @@ DELETING = [
 ]
 
 STRUCTURE = [
-    Edit("backspace-join", "join", ("Backspace",), "-p br", text="same"),
-    Edit("delete-join", "joinAhead", ("Delete",), "-p br", text="same"),
+    Edit("backspace-join", "join", ("Backspace",), "-p -fieldset br", text="same"),
+    Edit("delete-join", "joinAhead", ("Delete",), "-p -fieldset br", text="same"),
     Edit("backspace-after-box", "afterBox", ("Backspace",), f"-* {CAPTIONS} do@label", text="any", removes=True),
-    Edit("delete-before-box", "beforeBox", ("Delete",), "-*", text="any", removes=True),
+    Edit("delete-before-box", "beforeBox", ("Delete",), f"-* {CAPTIONS}", text="any", removes=True),
     Edit("backspace-break", "afterBreak", ("Backspace",), "-br", text="same"),
     Edit("enter-middle", "wordMiddle", ("Enter",), f"+p +br +fieldset {FORMATS} {LINKS}", text="same"),
     Edit("enter-start", "lineStart", ("Enter",), f"+p +br {FORMATS} {LINKS}", text="same"),
@@ -116,14 +116,14 @@ FORMATTING = [
     Edit("big-word", "plainWord", ("#const t = getSelection().toString(); document.execCommand("
                               "'insertHTML', false, `<big>${t}</big>`)",), "+big", text="same"),
     Edit("normal-font", "format", ("!fontSize 3",), FORMATS, text="same"),
-    Edit("remove-format", "format", ("!removeFormat",), FORMATS, text="same"),
+    Edit("remove-format", "format", ("!removeFormat",), f"{FORMATS} br", text="same"),
     Edit("all-bold", "body", ("Ctrl+A", "Ctrl+B"), f"b strong {LINKS}", text="same"),
 ]
 
 ALIGN = "#let p = getSelection().anchorNode; p = (p.closest ? p : p.parentNode).closest('p');" \
         " if (p) p.setAttribute('align', 'right')"
 ALIGNING = [
-    Edit("align-by-attribute", "paragraph", (ALIGN,), "p@align", text="same"),
+    Edit("align-by-attribute", "paragraph", (ALIGN,), "p@align +p", text="same"),
     Edit("center-one-line", "oneLine", ("!justifyCenter",), "p@align", text="same"),
     Edit("center-several-lines", "severalLines", ("!justifyCenter",), ALIGNED, text="same"),
     Edit("right-several-lines", "severalLines", ("!justifyRight",), ALIGNED, text="same"),
@@ -135,14 +135,15 @@ ALIGNING = [
 CLIPBOARD = [
     Edit("cut-paste-paragraph", "paragraph", ("Ctrl+X", "Ctrl+V"), f"p {FORMATS} {LINKS}", text="same"),
     Edit("move-paragraph", "paragraph", ("Ctrl+X", "@lastParagraphEnd", "Ctrl+V"), "*", text="moved", removes=True),
-    Edit("cut-paste-word", "word", ("Ctrl+X", "Ctrl+V"), text="same"),
+    # Chromium ends the paragraph where it pastes at the end of a line.
+    Edit("cut-paste-word", "word", ("Ctrl+X", "Ctrl+V"), "p br", text="same"),
     Edit("copy-paste-word", "word", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), f"+p {FORMATS} {LINKS}", text="any", copies=True),
     Edit("copy-paste-link", "link", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), f"+p {FORMATS} {LINKS}", text="any", copies=True),
     Edit("cut-paste-link", "link", ("Ctrl+X", "Ctrl+V"), "", text="same"),
-    Edit("cut-paste-field", "field", ("Ctrl+X", "Ctrl+V"), "", text="same"),
+    Edit("cut-paste-field", "field", ("Ctrl+X", "Ctrl+V"), f"p br {LINKS}", text="same"),
     Edit("copy-paste-field", "field", ("Ctrl+C", "@lastParagraphEnd", "Ctrl+V"), "*", text="any", copies=True),
     Edit("paste-lines", "wordEnd", ("!insertText  Zq\nWk",), "+p +br +a +anchor +fieldset", text="any"),
-    Edit("paste-html", "wordEnd", ("!insertHTML <b>Zq</b> <i>wy</i>",), "+b +i", text="any"),
+    Edit("paste-html", "wordEnd", ("!insertHTML <b>Zq</b> <i>wy</i>",), f"+b +i {LINKS}", text="any"),
     Edit("copy-paste-all", "body", ("Ctrl+A", "Ctrl+C", "Ctrl+V"), "+card", text="same"),
 ]
 

@@ -5,6 +5,7 @@ const LINK = 'a, span[style*="border-bottom"]';
 const CAPTION = '[data-text]';
 const ATOM = 'input, select, img:not([data-room])';
 const FIELD = 'input, select, img:not([data-room]), [data-text=value], [data-text=alt], span[style*="inline-block"]';
+const GROUP = 'div[style*="padding:2px"]';  // a fieldset, which has no alignment of its own
 const ALIGN = {center: 'center', '-webkit-center': 'center', right: 'right', '-webkit-right': 'right', end: 'right'};
 const CARET = '\uE000';
 
@@ -25,7 +26,7 @@ class Rendering {
     if (!this.line) {
       const block = context.block || document.body;
       this.line = {glyphs: [], block, role: context.role, card: context.card,
-        align: ALIGN[getComputedStyle(block).textAlign] || 'left'};
+        align: block.closest(GROUP) ? '' : ALIGN[getComputedStyle(block).textAlign] || 'left'};
     }
     return this.line;
   }
@@ -114,11 +115,13 @@ const plainOf = (line) => line.glyphs.map((glyph) => glyph.text).join('').replac
 
 // A paragraph that is there for the caret: a deck has no place for the empty line that it shows.
 const isInvitation = (node) => node.matches('p[data-room], p[data-part]') && !node.textContent.trim() &&
-  !node.querySelector(ATOM);
+  !node.querySelector(ATOM) && partsLike(node) < 2;
+const partsLike = (node) => [...node.parentNode.children].filter((other) => other.hasAttribute('data-part') &&
+  other.getAttribute('data-part') === node.getAttribute('data-part')).length;
 
 // A line with its formats, to be compared: `card|role|align|<b 16>bold</>`.
 function writtenOf(line) {
-  let text = `${line.card}|${line.role}|${line.align}|`;
+  let text = `${line.card}|${line.role}|${line.glyphs.length ? line.align : ''}|`;
   let format = null;
   for (const glyph of line.glyphs) {
     const isBlank = /^[ \u00A0]$/.test(glyph.text);
@@ -259,7 +262,8 @@ const PLACES = {
   paragraph: () => paragraphs().map(whole),
   paragraphEnd: () => paragraphs().map((group) => caretAt(...endOf(group[group.length - 1]))),
   severalLines: () => paragraphs().filter((group) => group.length > 1).map(whole),
-  oneLine: () => paragraphs().filter((group) => group.length === 1 && isInP(group[0])).map(whole),
+  oneLine: () => paragraphs().filter(([line]) => isInP(line) && !line.block.querySelector('br') &&
+    !line.block.matches('[data-part]')).map(whole),
   firstParagraph: () => paragraphs().filter((group, index, all) => !index || all[index - 1][0].card !== group[0].card).map(whole),
   // Paragraphs of two words or more: the first of them, and the last.
   firstOfWords: () => severalWords().map((words) => middleOf(words[0])),
