@@ -181,7 +181,7 @@ void KnownElements::matchSource(const Declarations* known) {
     }
     dissolveWrappers();
     choose();
-    joinParagraphs();
+    m_joins = ParagraphJoins(m_page, *m_tree, *m_outline, m_elements, m_parents);
     chooseAnchors();
 }
 
@@ -349,40 +349,6 @@ void KnownElements::chooseInside(const std::vector<std::uint32_t>& whole) {
             element.source > outer.source && element.source < (*m_tree)[outer.source].next;
         element.isCopy = outer.isCopy || !isInside || isTaken[element.source];
         isTaken[element.source] = true;
-    }
-}
-
-/// A paragraph that was joined to the one before it leaves no element on the page. What it held is
-/// then looked for in the other one.
-void KnownElements::joinParagraphs() {
-    std::vector<bool> isOnPage(m_tree->size());
-    for (const KnownElement& element : m_elements) {
-        if (element.source != Tree::none) {
-            isOnPage[element.source] = true;
-        }
-    }
-    const auto isParagraph = [this](Tree::Id id) {
-        return m_tree->kind(id) == NodeKind::Element && m_outline->element(id) == Element::P &&
-               !m_outline->holdsBlock(id);
-    };
-    for (const KnownElement& element : m_elements) {
-        if (element.source == Tree::none || element.isCopy || element.isUnchanged ||
-            !isParagraph(element.source)) {
-            continue;
-        }
-        const Tree::Id end = (*m_tree)[m_parents[element.source]].next;
-        for (Tree::Id id = (*m_tree)[element.source].next; id < end; id = (*m_tree)[id].next) {
-            if (m_tree->kind(id) == NodeKind::Element) {
-                if (!isParagraph(id) || isOnPage[id]) {
-                    break;
-                }
-                m_joined[element.source].push_back(id);
-                for (Tree::Id in = m_tree->firstContent(id); in < (*m_tree)[id].next;
-                     in = (*m_tree)[in].next) {
-                    m_parents[in] = element.source;
-                }
-            }
-        }
     }
 }
 

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "ravikit/convert/Elements.h"
+#include "ravikit/convert/KnownElement.h"
+#include "ravikit/convert/ParagraphJoins.h"
 #include "ravikit/html/PageTree.h"
 #include "ravikit/xml/Parser.h"
 
 #include <algorithm>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,19 +20,6 @@ Element formatOf(PageTag tag);
 
 /// The effects of all attributes of an element of the page: of `align`, `style`, `size`.
 std::uint32_t pageEffects(const PageTree& page, std::uint32_t node);
-
-/// An element of the page that the source knows.
-struct KnownElement {
-    std::uint32_t page = 0;        ///< its node of the page
-    Tree::Id source = Tree::none;  ///< its element of the source
-    std::uint32_t parent = 0;      ///< the known element around it, by number; itself if none
-    std::uint32_t firstAnchor = 0; ///< the anchors in it, as numbers in `anchors`
-    std::uint32_t behindAnchors = 0;
-    bool isUnchanged = false; ///< the page shows what it was made to show
-    bool isCopy = false;      ///< another one on the page is the real one
-    bool isAnchor =
-        false; ///< stands in its parent as in the source, in the same order as the others
-};
 
 /// What a page still knows of the deck that it was made from.
 class KnownElements {
@@ -60,12 +48,7 @@ public:
     }
     const std::vector<KnownElement>& elements() const { return m_elements; }
     std::uint32_t rootNode() const { return m_root; }
-    /// The paragraphs directly after `paragraph` in the source that the page has no more, in order:
-    /// what is left of them was joined to it.
-    std::vector<Tree::Id> joinedTo(Tree::Id paragraph) const {
-        const auto joined = m_joined.find(paragraph);
-        return joined == m_joined.end() ? std::vector<Tree::Id>() : joined->second;
-    }
+    const ParagraphJoins& joins() const { return m_joins; }
     Tree::Id anchor(std::uint32_t index) const { return m_anchors[index]; }
     Tree::Id parentOf(Tree::Id source) const { return m_parents[source]; }
 
@@ -77,7 +60,6 @@ private:
     bool holdsBlocksOnly(std::uint32_t pageNode) const;
     void dissolveWrappers();
     void choose();
-    void joinParagraphs();
     void chooseInside(const std::vector<std::uint32_t>& whole);
     void chooseAnchors();
     bool hasTextOutside() const;
@@ -95,7 +77,7 @@ private:
     std::vector<KnownElement> m_elements;
     std::vector<std::uint32_t> m_byNode;
     std::vector<std::uint32_t> m_wrappers; ///< nodes of the page, in order
-    std::map<Tree::Id, std::vector<Tree::Id>> m_joined;
+    ParagraphJoins m_joins;
     std::vector<Tree::Id> m_parents;
     std::vector<Tree::Id> m_anchors;
 };

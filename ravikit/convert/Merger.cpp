@@ -200,7 +200,7 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
                       .isExact = element.tag == PageTag::Pre});
     m_newExact += m_open.back().isExact ? 1U : 0U;
     if (isTransparent) {
-        m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true});
+        m_items.push_back({.kind = Item::Kind::Edge, .isBlock = true, .isBegin = true});
     } else {
         enterSoft(node);
     }
@@ -225,6 +225,12 @@ bool Merger::isRoom(std::uint32_t node) const {
         isRoom = isRoom || isInner;
     }
     return isRoom;
+}
+
+bool Merger::isEmptyLine(std::uint32_t node) const {
+    const std::uint32_t first = node + 1;
+    return first == m_page[node].next ||
+           (m_page[first].tag == PageTag::Br && first + 1 == m_page[node].next);
 }
 
 /// Enters a block that is one of the lines of its paragraph: what ends the line before is a break.
@@ -258,18 +264,23 @@ bool Merger::isPart(std::uint32_t node) {
     const auto* const part = m_page.attribute(node, partAttribute);
     Frame& frame = m_frames.back();
     if (part == nullptr || m_page[node].tag != PageTag::P || frame.known == nullptr ||
-        frame.isParagraph || m_open.empty() || !m_open.back().isFrame ||
-        m_known.outline().element(frame.known->source) != Element::P) {
+        frame.isParagraph || m_open.empty() || !m_open.back().isFrame) {
         return false;
     }
-    if ((pageEffects(m_page, node) & AlignBits) != frame.align) {
+    const Element whole = m_known.outline().element(frame.known->source);
+    const bool isAligned = (pageEffects(m_page, node) & AlignBits) == frame.align;
+    if (whole != Element::Fieldset && (whole != Element::P || !isAligned)) {
         return false;
     }
     std::uint32_t number = 0;
     for (const char16_t c : part->value.substr(0, 9)) {
         number = c >= u'0' && c <= u'9' ? number * 10 + (c - u'0') : number;
     }
-    const bool isNext = number > frame.lastPart;
+    // Of several of one number an empty one before another is a line that an author made.
+    const std::uint32_t after = m_page[node].next;
+    const bool isEmptied = isEmptyLine(node) && after < m_page.size() &&
+                           m_page.value(after, partAttribute) == part->value;
+    const bool isNext = number > frame.lastPart && !isEmptied;
     frame.lastPart = isNext ? number : frame.lastPart;
     return isNext;
 }

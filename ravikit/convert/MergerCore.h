@@ -78,6 +78,7 @@ private:
         Kind kind = Kind::Character;
         bool isBlock = false;
         bool isDropped = false; ///< a blank that doesn't count
+        bool isBegin = false;   ///< of an edge: a line begins
         char32_t unit = 0;      ///< as in SourceAtom
         std::uint32_t node = 0; ///< of Enter; of Words, the number of their range
     };
@@ -109,6 +110,7 @@ private:
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
     bool isRoom(std::uint32_t node) const;
+    bool isEmptyLine(std::uint32_t node) const;
     bool enterLine(std::uint32_t node);
     void enterSoft(std::uint32_t node);
     void endLine(bool isBlock);
@@ -191,6 +193,7 @@ private:
     std::u16string m_words;      ///< with each blank as one space
     std::vector<List> m_lists;
     std::map<Tree::Id, Pieces> m_pieces; ///< of the paragraphs that have copies
+    bool m_wantsBreak = false;           ///< a line of the page has ended, and only that
     bool m_isInLine = false;      ///< of what is written in a gap, something stands in this line
     std::uint32_t m_exact = 0;    ///< open elements of the source in which each blank counts
     std::uint32_t m_newExact = 0; ///< and such that only the page has

@@ -59,7 +59,7 @@ void Merger::openGap() {
         return; // its elements are not on the page one by one
     }
     std::vector<Tree::Id> parts{id};
-    const std::vector<Tree::Id> joined = m_known.joinedTo(id);
+    const std::vector<Tree::Id> joined = m_known.joins().joinedTo(id);
     parts.insert(parts.end(), joined.begin(), joined.end());
     const auto partOf = [&](Tree::Id anchor) {
         const auto after = std::upper_bound(parts.begin(), parts.end(), anchor);
@@ -81,9 +81,12 @@ void Merger::readPart(Tree::Id part, bool isFirst, bool isLast) {
     place.edgeBefore = place.edgeBefore || !isFirst;
     place.edgeAfter = place.edgeAfter || !isLast;
     const bool isFromAnchor = isFirst && frame.lastAnchor != Tree::none;
-    const Tree::Id first = isFromAnchor ? tree[frame.lastAnchor].next : tree.firstContent(part);
-    const Tree::Id behind =
-        isLast && endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : tree[part].next;
+    const ParagraphJoins& joins = m_known.joins();
+    const bool isJoined = part != frame.known->source;
+    const Tree::Id begin = isJoined ? tree.firstContent(part) : joins.contentBegin(part, tree);
+    const Tree::Id end = isJoined ? joins.headEnd(part, tree) : tree[part].next;
+    const Tree::Id first = isFromAnchor ? tree[frame.lastAnchor].next : begin;
+    const Tree::Id behind = isLast && endsAtAnchor() ? m_known.anchor(frame.nextAnchor) : end;
     Gap gap;
     readGap(tree, m_known.outline(), first, behind, place, gap);
     if (!isFirst) {
@@ -124,7 +127,11 @@ void Merger::flush(bool isLast, bool beforeBlock) {
         writeUnseen(0, false);
     }
     m_isInLine = !place.edgeBefore;
+    m_wantsBreak = false;
     writeItems(shared);
+    if (m_wantsBreak && !place.edgeAfter) {
+        m_writer.lineBreak(u"<br/>", isBare());
+    }
     m_isInLine = m_isInLine && !place.edgeAfter;
     m_items.clear();
     m_ranges.clear();
@@ -169,8 +176,10 @@ void Merger::dropFillers(const GapPlace& place) {
                 ++count;
                 first = first == 0 ? m_items.size() : first - 1;
             }
-            const bool isAlone = first < m_items.size() &&
-                                 m_items[first].kind == Item::Kind::Enter && m_items[first].isBlock;
+            // A line of its own between two blocks is one to be seen.
+            const bool isAlone = first < m_items.size()
+                                     ? m_items[first].isBlock && !m_items[first].isBegin
+                                     : place.edgeBefore && i + 1 < m_items.size();
             if (count > (isLast ? inSource : 0) && !isAlone) {
                 m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(i));
             }

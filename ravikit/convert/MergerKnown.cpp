@@ -29,8 +29,9 @@ std::u16string collapsed(std::u16string_view text) {
 bool Merger::isHollow(const KnownElement& known) const {
     const Element element = m_known.outline().element(known.source);
     const bool isParagraph = element == Element::P || element == Element::Pre;
-    const bool isEmptyCopy = known.isCopy && m_page[known.page].next == known.page + 1;
-    return isParagraph && (isEmptyCopy || isRoom(known.page));
+    const bool isEmpty = m_page[known.page].next == known.page + 1;
+    const bool isOfBlocks = m_page[known.page].tag == PageTag::Div; // has no line of its own
+    return isParagraph && ((isEmpty && (known.isCopy || isOfBlocks)) || isRoom(known.page));
 }
 
 std::uint32_t Merger::visitKnown(const KnownElement& known) {

@@ -27,12 +27,16 @@ void Merger::writeItems(const std::vector<SharedRun>& shared) {
             ++end;
         }
         if (end > i) {
+            if (std::exchange(m_wantsBreak, false)) {
+                m_writer.lineBreak(u"<br/>", isBare());
+            }
             writeCharacterItems(i, end, number, shared, next);
             number += end - i;
             i = end;
             continue;
         }
         const Item item = m_items[i++];
+        m_wantsBreak = item.kind == Item::Kind::Edge && (m_wantsBreak || m_isInLine);
         m_isInLine = !item.isBlock && (m_isInLine || item.kind == Item::Kind::Words);
         switch (item.kind) {
         case Item::Kind::Enter:
@@ -357,7 +361,7 @@ void Merger::writeUnseen(std::size_t atom, bool keepsLastBlank) {
     if (line.isEmpty()) {
         return;
     }
-    if (m_frames.back().isParagraph) {
+    if (m_frames.back().isParagraph && m_writer.paragraphsWritten() == m_frames.back().lastPart) {
         m_writer.forceParagraph();
     }
     m_writer.unseen(line.take(), m_frames.back().handle);

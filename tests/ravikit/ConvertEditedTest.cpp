@@ -400,6 +400,16 @@ TEST(ConvertEdited, AsABrowserWritesIt) {
         {u"<p>a<fieldset>f</fieldset>b</p>", u"<p data-part=\"2\"",
          u"<p data-part=\"2\" align=\"right\"",
          u"<p>a<fieldset>f</fieldset></p><p align=\"right\">b</p>"},
+        // Lines that are aligned become paragraphs, and what isn't seen after them makes none.
+        {u"<p>a<br/>\n  <small>b</small><br/>\n  c\n</p>", u"<br>\n  c\n",
+         u"<div align=\"right\">c</div>\n",
+         u"<p>a<br/>\n  <small>b</small></p><p align=\"right\">\n  c\n</p>"},
+        {u"<p>a<br/>\n  <b>b</b>\n</p>", u"b</b>", u"<div align=\"right\">b</div></b>",
+         u"<p>a<br/>\n  </p><p align=\"right\"><b>b</b>\n</p>"},
+        // A new line in a group, with an empty one before it.
+        {u"<p>a<fieldset>f</fieldset></p>", u"f</p>",
+         u"f</p><p data-part=\"1\"><br></p><p data-part=\"1\">g</p>",
+         u"<p>a<fieldset>f<br/><br/>g</fieldset></p>"},
         // A copy of a paragraph that came with its room, or empty, or in itself.
         {u"<p>a</p>", u"</p>",
          u"</p><p data-mark=MARK></p><p data-mark=MARK><img data-room=\"\"></p>", u"<p>a</p>"},
@@ -433,6 +443,15 @@ TEST(ConvertEdited, JoinedParagraphs) {
     joined.erase(end, page.find(u'8', page.find(u'>', end + 5)) - end);
     EXPECT_EQ(toUtf8(markupOf(joined)),
               "<wml><card><p>a <i>c</i><!--1-->8&#xB0;<!--2--> <b>d</b> e</p></card></wml>");
+    const std::u16string lines = u"<wml><card><p>a</p><p>8&#xB0;<!--1--> b<br/>c</p></card></wml>";
+    std::u16string oneLine = plainOf(lines); // its first line alone went
+    const std::size_t next = oneLine.find(u"</p><p");
+    const std::u16string opened =
+        oneLine.substr(next, oneLine.find(u'8', oneLine.find(u'>', next + 5)) - next);
+    oneLine.erase(next, opened.size());
+    oneLine.replace(oneLine.find(u"<br>"), 4, opened);
+    EXPECT_EQ(toUtf8(markupOf(oneLine)),
+              "<wml><card><p>a8&#xB0;<!--1--> b</p><p>c</p></card></wml>");
     std::u16string shorter = page;
     shorter.erase(end, page.find(u"</p>", end + 1) - end).insert(end, u"f");
     EXPECT_EQ(toUtf8(markupOf(shorter)), "<wml><card><p>a <i>c</i><!--1-->f</p></card></wml>");

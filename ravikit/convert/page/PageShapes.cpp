@@ -25,9 +25,13 @@ constexpr Shape neutralTable{PageTag::Div, u"<div",     u"</div>", u"<div data-t
                              u"</div>",    PageTag::Div};
 constexpr Shape row{PageTag::Tr, u"<tr", u"</tr>"};
 constexpr Shape cell{PageTag::Td, u"<td", u"</td>"};
-constexpr Shape fieldset{PageTag::Div, u"<div style=\"border:1px solid #888;padding:2px\"",
-                         u"</div>",    u"<div data-text=\"title\">",
-                         u"</div>",    PageTag::Div};
+constexpr Shape fieldset{
+    PageTag::Div,
+    u"<div style=\"border:1px solid #888;padding:2px\"",
+    u"</div>",
+    u"<h2 contenteditable=\"false\"><span contenteditable=\"true\" data-text=\"title\">",
+    u"</span></h2>",
+    PageTag::H2};
 constexpr Shape choice{PageTag::Select, u"<select multiple=\"\"", u"</select>"};
 constexpr Shape group{PageTag::Optgroup, u"<optgroup", u"</optgroup>", {}, {},
                       PageTag::None,     u"label"};

@@ -161,9 +161,10 @@ private:
         if (frame.isCard) {
             writeRoom();
         }
-        frame.inParts = split;
+        frame.inParts = split || (element == Element::Fieldset && !flat);
         frame.skipsBlanks = holdsElementsOnly(element) && !m_outline.isBare(id);
         writeCaption(id, element, shape);
+        m_open.back().begin = m_page.size();
         if (flat) {
             writeFlat(id);
             return m_tree[id].next;
@@ -275,7 +276,7 @@ private:
             return;
         }
         const std::u16string caption = shownText(m_tree, id, element);
-        if (caption.empty() && element != Element::Card) {
+        if (caption.empty() && shape.captionTag != PageTag::H2) {
             return;
         }
         m_page += shape.caption;
@@ -313,7 +314,8 @@ private:
     }
 
     /// What an author can click into where there is nothing.
-    void fillEmpty(const Frame& frame) {
+    void fillEmpty() {
+        const Frame& frame = m_open.back(); // until a part is opened
         if (frame.isCard && !frame.hasContent) {
             m_page += emptyRoom;
             m_digest.open(PageTag::P, 0);
@@ -321,6 +323,12 @@ private:
             m_digest.close();
         } else if (frame.isCard && frame.endsInKey) {
             writeRoom();
+        } else if (frame.element == Element::Fieldset && frame.inParts &&
+                   frame.begin == m_page.size()) {
+            openPart();
+            m_page += u"<br>";
+            writeFiller();
+            close();
         } else if ((frame.element == Element::P || frame.element == Element::Td) && !frame.isPart &&
                    !frame.inParts && !frame.isNeutral && isBlankFrom(frame.begin)) {
             m_page += u"<br>";
@@ -400,8 +408,8 @@ private:
     }
 
     void close() {
+        fillEmpty();
         const Frame& frame = m_open.back();
-        fillEmpty(frame);
         if (frame.hasBody) {
             m_digest.close();
             m_page += u"</tbody>";

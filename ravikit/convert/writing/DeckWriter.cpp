@@ -81,12 +81,14 @@ bool DeckWriter::close(Handle handle) {
                (entry.isInPlace ? mayBeEmpty(e) : e == Element::Td || e == Element::Card)) {
         writeEmpty(index);
     }
-    for (std::size_t i = m_written.size(); i-- > 0;) {
-        if (m_written[i].handle == handle && m_written[i].added == Element::Unknown) {
-            closeWritten(i);
-            break;
-        }
+    std::size_t last = m_written.size(); // of its pieces, if it stands open
+    while (last > 0 && (m_written[last - 1].handle != handle ||
+                        m_written[last - 1].added != Element::Unknown)) {
+        --last;
     }
+    closeWritten(last > 0 ? last : m_written.size());
+    m_out += isBetweenPieces(index) ? entry.waiting : std::u16string();
+    closeWritten(last > 0 ? last - 1 : m_written.size());
     const bool isWritten = entry.isWritten;
     m_open.pop();
     return isWritten;
@@ -144,6 +146,10 @@ void DeckWriter::lineBreak(std::u16string_view tag, bool bare) {
     openForText(bare);
     const bool isOption = !m_chain.empty() && m_chain.back().element == Element::Option;
     m_out += isOption ? std::u16string_view(u" ") : tag;
+    const std::size_t block = m_open.innermostBlock();
+    if (block != npos && holdsLines(m_open[block].opening.element)) {
+        m_open[block].hasText = false; // the next line begins here: it needs no other break
+    }
 }
 
 bool DeckWriter::takesBreaks(bool bare) const {
@@ -196,10 +202,22 @@ void DeckWriter::unseen(std::u16string_view markup, Handle handle) {
         m_open[index].waiting += markup; // it may come to nothing
         return;
     }
+    if (index != npos && isBetweenPieces(index)) {
+        m_open[index].waiting += markup; // for the next piece, or else it ends the one before
+        return;
+    }
     if (m_open.findInside(index, m_chain) || (m_written.empty() && m_open.findInside(0, m_chain))) {
         openExactly(m_chain);
     }
     m_out += markup;
+}
+
+/// Whether a paragraph was written that a line of its own has ended, and nothing stands in the
+/// next.
+bool DeckWriter::isBetweenPieces(std::size_t index) const {
+    const OpenElements::Entry& entry = m_open[index];
+    return entry.opening.element == Element::P && entry.isWritten && entry.isInPlace &&
+           !isOpen({.element = Element::P, .entry = static_cast<std::uint32_t>(index)});
 }
 
 void DeckWriter::noteTask() {

@@ -92,6 +92,7 @@ private:
     bool isOpen(const Standing& standing) const;
     void openExactly(const Chain& chain);
     void openFor(const Chain& chain);
+    bool isBetweenPieces(std::size_t index) const;
     void closeWritten(std::size_t left);
     void writeStart(const Chain& chain, std::size_t index);
     void writeEmpty(std::size_t index);
