@@ -5,7 +5,7 @@ const LINK = 'a, span[style*="border-bottom"]';
 const CAPTION = '[data-text]';
 const ATOM = 'input, select, img:not([data-room])';
 const FIELD = 'input, select, img:not([data-room]), [data-text=value], [data-text=alt], span[style*="inline-block"]';
-const GROUP = 'div[style*="padding:2px"]';  // a fieldset, which has no alignment of its own
+const GROUP = 'div[style*="padding:2px"], div[style*="padding: 2px"]';  // a fieldset, which has no alignment of its own
 const ALIGN = {center: 'center', '-webkit-center': 'center', right: 'right', '-webkit-right': 'right', end: 'right'};
 const CARET = '\uE000';
 
@@ -21,6 +21,8 @@ class Rendering {
     this.cards = [...document.querySelectorAll('.card')].filter((card) => !card.querySelector('.card'));
     this.visit(document.body, {underlined: false, card: -1, role: ''});
     this.endLine();
+    const filled = new Set(this.lines.filter((line) => line.glyphs.length && line.role !== 'title').map((line) => line.card));
+    this.lines = this.lines.filter((line) => line.glyphs.length || filled.has(line.card));  // a caret may stand there
   }
   openLine(context) {
     if (!this.line) {
