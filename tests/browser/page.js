@@ -71,7 +71,8 @@ class Rendering {
   endBlock(node) {
     this.endLine();
     const [before, last] = this.lines.slice(-2);
-    if (last && !last.glyphs.length && last.block === node && before.block === node) this.lines.pop();
+    if (last && !last.glyphs.length && node.contains(last.block) && node.contains(before.block) &&
+      (last.block === before.block || node.tagName === 'P')) this.lines.pop();
     // HTML drops the line end that a pre begins with, and browsers do not write it again.
     if (node.tagName === 'PRE') this.lines = this.lines.filter((line, i) => line.block !== node || line.glyphs.length ||
       this.lines.slice(0, i).some((other) => other.block === node && other.glyphs.length));
