@@ -92,7 +92,7 @@ std::u16string Merger::merge() {
             addText(m_page[node].text);
             ++node;
         } else if (deck != nullptr && m_tree != nullptr && node == deck->page) {
-            m_open.push_back({.next = m_page[node].next});
+            m_open.push_back({.node = node, .next = m_page[node].next});
             ++node;
         } else {
             node = visitElement(node);
@@ -119,8 +119,8 @@ void Merger::closeUpTo(std::uint32_t node) {
             m_items.push_back({.kind = Item::Kind::Leave, .isBlock = open.isBlock});
         }
         m_newExact -= open.isExact ? 1U : 0U;
-        if (open.isLine && m_items.size() > 1 && m_items.back().unit == breakAtom &&
-            m_items[m_items.size() - 2].unit != breakAtom) {
+        if (open.isLine && !m_items.empty() && m_items.back().unit == breakAtom &&
+            !m_items.back().isBegin) {
             m_items.pop_back(); // it lets a caret be there, and ends no line
         }
         if (open.isPart) {
@@ -182,7 +182,7 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         return element.next;
     }
     if (m_known.isWrapper(node)) {
-        m_open.push_back({.next = element.next});
+        m_open.push_back({.node = node, .next = element.next});
         return node + 1;
     }
     if (element.tag == PageTag::Br) {
@@ -193,7 +193,8 @@ std::uint32_t Merger::visitElement(std::uint32_t node) {
         return node + 1;
     }
     const bool isTransparent = isPart(node);
-    m_open.push_back({.next = element.next,
+    m_open.push_back({.node = node,
+                      .next = element.next,
                       .isSoft = !isTransparent,
                       .isBlock = isBlockTag(element.tag),
                       .isPart = isTransparent,
@@ -217,7 +218,9 @@ bool Merger::isRoom(std::uint32_t node) const {
     for (std::uint32_t at = node + 1; at < m_page[node].next; ++at) {
         const bool isInner =
             m_page[at].tag == PageTag::Img && m_page.attribute(at, roomAttribute) != nullptr;
-        const bool isFiller = m_page[at].tag == PageTag::Br ||
+        const bool isFormat =
+            formatOf(m_page[at].tag) != Element::Unknown && m_known.find(at) == nullptr;
+        const bool isFiller = isFormat || m_page[at].tag == PageTag::Br ||
                               (m_page[at].tag == PageTag::None && trimmed(m_page[at].text).empty());
         if (!isFiller && !isInner) {
             return false;
@@ -239,9 +242,9 @@ bool Merger::enterLine(std::uint32_t node) {
         return false;
     }
     if (m_frames.back().linesEntered++ > 0) {
-        m_items.push_back({.unit = breakAtom});
+        m_items.push_back({.isBegin = true, .unit = breakAtom});
     }
-    m_open.push_back({.next = m_page[node].next, .isLine = true});
+    m_open.push_back({.node = node, .next = m_page[node].next, .isLine = true});
     return true;
 }
 

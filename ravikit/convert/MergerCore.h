@@ -62,6 +62,7 @@ private:
         std::u16string_view label = {}; ///< of a group of options: text, if it comes to nothing
     };
     struct Open {
+        std::uint32_t node = 0;
         std::uint32_t next = 0;
         bool isFrame = false;
         bool isSoft = false;
@@ -78,7 +79,7 @@ private:
         Kind kind = Kind::Character;
         bool isBlock = false;
         bool isDropped = false; ///< a blank that doesn't count
-        bool isBegin = false;   ///< of an edge: a line begins
+        bool isBegin = false;   ///< of an edge or a break: a line of the page begins
         char32_t unit = 0;      ///< as in SourceAtom
         std::uint32_t node = 0; ///< of Enter; of Words, the number of their range
     };
@@ -120,6 +121,7 @@ private:
     bool writeWhole(const KnownElement& known);
     bool writeBox(const KnownElement& known);
     void enterKnown(const KnownElement& known);
+    void alignCard(const KnownElement& known);
     AttributeChanges alignChange(const KnownElement& known, std::uint32_t align) const;
     AttributeChanges captionChange(const KnownElement& known, std::uint32_t caption) const;
     std::uint32_t captionOf(const KnownElement& known) const;
@@ -139,7 +141,8 @@ private:
     bool ownsElements(bool amongText) const;
     bool endsAtAnchor() const;
     GapPlace placeOfGap() const;
-    void dropFillers(const GapPlace& place);
+    bool endsBlock() const;
+    void dropFillers(const GapPlace& place, bool isAtEnd);
     void normaliseItems(const GapPlace& place);
     std::vector<SharedRun> compare(bool isFirst, bool isLast) const;
     bool trimEnd(const Item& words, bool isAtEdge);
@@ -148,6 +151,10 @@ private:
     void writeCharacterItems(std::size_t firstItem, std::size_t behind, std::size_t number,
                              const std::vector<SharedRun>& shared, std::size_t& next);
     void leadLine(std::size_t item, std::size_t number, const std::vector<SharedRun>& shared);
+    std::size_t joinedTo(const std::vector<SharedRun>& shared, std::size_t run, std::size_t number,
+                         std::size_t firstItem, std::size_t limit) const;
+    bool hasTrivia(std::size_t first, std::size_t last) const;
+    std::size_t wordBegin(std::size_t first, std::size_t end) const;
     void writeLine(LineText& line);
     void addUnseenForNew(std::size_t firstItem, std::size_t behind, std::size_t atom,
                          std::size_t nextAtom, LineText& line);

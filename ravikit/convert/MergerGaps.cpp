@@ -1,4 +1,5 @@
 #include "ravikit/convert/MergerCore.h"
+#include "ravikit/html/Style.h"
 #include "ravikit/text/Chars.h"
 
 #include <algorithm>
@@ -101,8 +102,9 @@ void Merger::readPart(Tree::Id part, bool isFirst, bool isLast) {
 
 void Merger::flush(bool isLast, bool beforeBlock) {
     const bool isFirst = !m_frames.back().isGapOpen;
+    const bool isSomewhere = m_frames.back().known != nullptr;
     if (isFirst) {
-        if (!isLast && m_items.empty() && m_frames.back().known == nullptr) {
+        if (!isLast && m_items.empty() && !isSomewhere) {
             return;
         }
         openGap();
@@ -112,14 +114,14 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     place.edgeBefore = isFirst ? place.edgeBefore || place.noBlanks : m_frames.back().isAfterBlock;
     place.edgeAfter = isLast ? place.edgeAfter || place.noBlanks : beforeBlock;
     m_frames.back().isAfterBlock = beforeBlock;
-    dropFillers(place);
+    const bool isAtEnd = isLast && isSomewhere && !endsAtAnchor();
+    dropFillers(place, place.edgeAfter || (isAtEnd && endsBlock()));
     normaliseItems(place);
     const std::vector<SharedRun> shared = compare(isFirst, isLast);
     const std::vector<SourceAtom>& atoms = m_frames.back().gap.atoms;
     const bool onlyUnseen = std::all_of(atoms.begin(), atoms.end(), [](const SourceAtom& atom) {
         return atom.unit == removedAtom || atom.unit == jointAtom;
     });
-    const bool isSomewhere = m_frames.back().known != nullptr;
     const bool isBegin = m_frames.back().lastAnchor == Tree::none;
     if (isSomewhere && onlyUnseen && isBegin && !m_frames.back().isParagraph &&
         (!m_items.empty() || !isLast)) {
@@ -145,9 +147,28 @@ void Merger::flush(bool isLast, bool beforeBlock) {
     }
 }
 
+/// Whether nothing is shown after the innermost frame's element up to the end of the block that it
+/// is in.
+bool Merger::endsBlock() const {
+    std::uint32_t at = m_page[m_frames.back().known->page].next;
+    for (auto open = m_open.rbegin(); open != m_open.rend(); ++open) {
+        while (at < open->next && m_page[at].tag == PageTag::None &&
+               trimmed(m_page[at].text).empty()) {
+            ++at;
+        }
+        if (at < open->next) {
+            return false;
+        }
+        if (isBlockTag(m_page[open->node].tag)) {
+            return true;
+        }
+    }
+    return true;
+}
+
 /// Takes out the line breaks that browsers write at the end of a block, where they show nothing, so
-/// that a caret can be there.
-void Merger::dropFillers(const GapPlace& place) {
+/// that a caret can be there. `isAtEnd`: the items end where a block does.
+void Merger::dropFillers(const GapPlace& place, bool isAtEnd) {
     if (place.exact) {
         return;
     }
@@ -165,24 +186,26 @@ void Merger::dropFillers(const GapPlace& place) {
     const auto isBlankItem = [](const Item& item) {
         return item.kind == Item::Kind::Character && item.unit == u' ';
     };
-    bool isAtEnd = place.edgeAfter; // the break before this would be at the end of its block
+    const auto isInlineTag = [this](std::size_t i) {
+        const Item::Kind kind = m_items[i].kind;
+        return (kind == Item::Kind::Enter || kind == Item::Kind::Leave) && !m_items[i].isBlock;
+    };
     bool isLast = true;
-    for (std::size_t i = m_items.size(); i-- > 0;) {
-        const Item& item = m_items[i];
+    bool isFollowed = false;
+    for (std::size_t i = m_items.size(); i-- > 0; isFollowed = isFollowed || !isInlineTag(i)) {
+        const Item& item = m_items[i]; // a break before `isAtEnd` is at the end of its block
         if (isBreak(item) && isAtEnd) {
             std::size_t count = 0;
             std::size_t first = i;
-            while (first < m_items.size() && isBreak(m_items[first])) {
-                ++count;
+            while (first < m_items.size() && (isBreak(m_items[first]) || isInlineTag(first))) {
+                count += isBreak(m_items[first]) ? 1U : 0U;
                 first = first == 0 ? m_items.size() : first - 1;
             }
             // A line of its own between two blocks is one to be seen.
             const bool isAlone = first < m_items.size()
                                      ? m_items[first].isBlock && !m_items[first].isBegin
-                                     : place.edgeBefore && i + 1 < m_items.size();
-            if (count > (isLast ? inSource : 0) && !isAlone) {
-                m_items.erase(m_items.begin() + static_cast<std::ptrdiff_t>(i));
-            }
+                                     : place.edgeBefore && isFollowed;
+            m_items[i].isDropped = count > (isLast ? inSource : 0) && !isAlone;
             isAtEnd = isLast = false;
         } else if (item.kind == Item::Kind::Character || item.kind == Item::Kind::Words) {
             isAtEnd = isAtEnd && isBlankItem(item);
@@ -191,6 +214,7 @@ void Merger::dropFillers(const GapPlace& place) {
             isAtEnd = true;
         }
     }
+    std::erase_if(m_items, [](const Item& item) { return item.isDropped; });
 }
 
 /// Takes out the blanks that don't count.

@@ -57,7 +57,7 @@ std::uint32_t Merger::visitKnown(const KnownElement& known) {
         writeText(textOf(known.page));
         return m_page[known.page].next;
     }
-    m_open.push_back({.next = m_page[known.page].next, .isFrame = true});
+    m_open.push_back({.node = known.page, .next = m_page[known.page].next, .isFrame = true});
     enterKnown(known);
     return known.page + 1;
 }
@@ -133,12 +133,22 @@ void Merger::enterKnown(const KnownElement& known) {
     }
     m_exact += frame.exact ? 1 : 0;
     m_frames.push_back(std::move(frame));
+    alignCard(known);
     // A style that a browser put on the element itself works on what is in it.
     const std::uint32_t effects = pageEffects(m_page, known.page) & ~std::uint32_t{AlignBits};
     if (effects != 0 && !isRoot) {
         m_soft.emplace_back();
         addFormats(effects, m_soft.back());
         m_open.back().isSoft = true;
+    }
+}
+
+/// Lets the lines that have come to stand right in a card have the alignment that it has on the
+/// page, which a deck's card has not.
+void Merger::alignCard(const KnownElement& known) {
+    const std::uint32_t align = pageEffects(m_page, known.page) & AlignBits;
+    if (m_known.outline().element(known.source) == Element::Card) {
+        m_writer.breakParagraph({.align = align});
     }
 }
 

@@ -133,11 +133,66 @@ void Merger::writeCharacterItems(std::size_t firstItem, std::size_t behind, std:
         }
         const SharedRun& run = shared[next];
         const std::size_t end = std::min(run.after + run.length, limit);
-        addRun(itemOf(at), itemOf(end), run.before + (at - run.after), line);
+        const std::size_t atom = run.before + (at - run.after);
+        const std::size_t joined = joinedTo(shared, next, number, firstItem, limit);
+        const std::size_t word = hasTrivia(run.before + run.length, joined)
+                                     ? wordBegin(itemOf(at), itemOf(end))
+                                     : itemOf(end);
+        addRun(itemOf(at), word, atom, line);
+        if (word < itemOf(end)) {
+            addUnseenUpTo(joined, true, line);
+            addRun(word, itemOf(end), atom + (word - itemOf(at)), line);
+        }
         at = end;
         m_isInLine = m_items[itemOf(at) - 1].unit != breakAtom;
     }
     writeLine(line);
+}
+
+/// The atom that the last of the runs begins with whose words the page has joined to the end of the
+/// run `run`; 0 if there is none. The characters before `limit` count; the item `firstItem` is the
+/// character `number`.
+std::size_t Merger::joinedTo(const std::vector<SharedRun>& shared, std::size_t run,
+                             std::size_t number, std::size_t firstItem, std::size_t limit) const {
+    const auto isWordAt = [&](std::size_t character) {
+        return isWordUnit(m_items[firstItem + (character - number)].unit);
+    };
+    std::size_t joined = 0;
+    for (; run + 1 < shared.size(); ++run) {
+        const std::size_t end = shared[run].after + shared[run].length;
+        if (end >= limit || shared[run + 1].after != end || !isWordAt(end - 1) || !isWordAt(end)) {
+            break;
+        }
+        joined = shared[run + 1].before;
+        const std::size_t next = std::min(end + shared[run + 1].length, limit);
+        for (std::size_t at = end; at < next; ++at) {
+            if (!isWordAt(at)) {
+                return joined;
+            }
+        }
+    }
+    return joined;
+}
+
+/// Whether something that isn't seen, but for blanks and elements, stands from the atom `first` up
+/// to `last`.
+bool Merger::hasTrivia(std::size_t first, std::size_t last) const {
+    const Frame& frame = m_frames.back();
+    const std::vector<Unseen>& unseen = frame.gap.unseen;
+    for (std::size_t i = frame.usedUnseen; i < unseen.size() && unseen[i].before <= last; ++i) {
+        if (unseen[i].before >= first && !unseen[i].isBlank && !unseen[i].isElement) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Where the word begins that the items [first, end) end with.
+std::size_t Merger::wordBegin(std::size_t first, std::size_t end) const {
+    while (end > first && isWordUnit(m_items[end - 1].unit)) {
+        --end;
+    }
+    return end;
 }
 
 void Merger::writeLine(LineText& line) {
