@@ -9,6 +9,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -27,6 +28,7 @@ public:
         argv.push_back(nullptr);
         m_child = forkpty(&m_terminal, nullptr, nullptr, nullptr);
         if (m_child == 0) {
+            std::signal(SIGINT, SIG_DFL); // whoever runs the tests may ignore it
             if (chdir(folder.c_str()) == 0) {
                 execv(argv[0], argv.data());
             }
