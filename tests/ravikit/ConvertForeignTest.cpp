@@ -22,6 +22,27 @@ std::string cardOf(const std::u16string& page) {
     return toUtf8(inside);
 }
 
+/// The node below the body to which these places among its siblings, from 0, lead.
+Node& nodeAt(const Dom& page, std::initializer_list<int> path) {
+    Node* node = page.body();
+    for (int place : path) {
+        for (node = node->first; place > 0; --place) {
+            node = node->next;
+        }
+    }
+    return *node;
+}
+
+/// Puts a copy of `node`, which may be of another page, into `parent`.
+void put(Dom& page, const Node& node, Node& parent, Node* before) {
+    Node& copy = node.isText() ? page.newText(node.text) : page.newElement(node.text);
+    copy.attributes = node.attributes;
+    page.put(copy, parent, before);
+    for (const Node* child = node.first; child != nullptr; child = child->next) {
+        put(page, *child, copy, nullptr);
+    }
+}
+
 TEST(ConvertForeign, WhatPeopleTypeAndPaste) {
     const std::array<std::pair<const char16_t*, const char*>, 25> cases{{
         {u"", ""},
@@ -73,25 +94,24 @@ TEST(ConvertForeign, MarksThatDoNotHold) {
     const std::u16string deck = u"<wml><card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>";
     const std::u16string other =
         u"<wml><card><p id=\"p\"><b>two</b></p><timer value=\"1\"/></card></wml>";
-    auto body = browse(plainOf(deck));
-    PageElement& card = *body->children[0]->children[0];
-    PageElement& root = *body->children[0];
-    root.insert(1, card.clone()); // a card copied, ids and all
+    const auto dom = browse(plainOf(deck));
+    Node& card = nodeAt(*dom, {0, 0});
+    put(*dom, card, *card.parent, &card); // a card copied, ids and all
     const auto from = browse(plainOf(other));
-    card.insert(3, from->children[0]->children[0]->children[2]->clone());
-    EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Modern))),
-              "<wml><card title=\"A\"><p>one</p><p><b>two</b></p></card>"
-              "<card id=\"a\" title=\"A\"><p id=\"p\">one</p></card></wml>");
+    put(*dom, nodeAt(*from, {0, 0, 2}), card, nullptr);
+    EXPECT_EQ(toUtf8(markupOf(written(*dom, Writing::Modern))),
+              "<wml><card id=\"a\" title=\"A\"><p id=\"p\">one</p></card>"
+              "<card title=\"A\"><p>one</p><p><b>two</b></p></card></wml>");
 
     // A deck in a deck, in which a card stands twice and hides another that looks the same.
     const auto nested = browse(plainOf(u"<wml><card id=\"c\"/><card/></wml>"));
-    PageElement& outer = *nested->children[0];
-    outer.children[1]->take();
-    outer.insert(1, outer.children[0]->clone());
-    auto inner = outer.clone();
-    outer.children.clear();
-    outer.insert(0, std::move(inner));
-    EXPECT_EQ(faultOf(markupOf(serialise(*nested, Browser::Modern))), "");
+    Node& outer = nodeAt(*nested, {0});
+    nested->remove(*outer.last);
+    put(*nested, *outer.first, outer, nullptr);
+    const auto inner = browse(written(*nested, Writing::Modern));
+    nested->removeChildren(outer);
+    put(*nested, nodeAt(*inner, {0}), outer, nullptr);
+    EXPECT_EQ(faultOf(markupOf(written(*nested, Writing::Modern))), "");
 
     // A source that was tampered with is none.
     std::u16string page = plainOf(deck);
@@ -123,15 +143,16 @@ TEST(ConvertForeign, MovesAndUnseenThings) {
     const std::u16string deck = u"<wml>\n  <card id=\"a\">\n    <timer value=\"5\"/>\n    "
                                 u"<p>one</p>\n    <!-- two -->\n    <p >two</p>\n  </card>\n"
                                 u"  <card id=\"b\">\n    <p>three</p>\n  </card>\n</wml>";
-    auto body = browse(plainOf(deck));
-    PageElement& root = *body->children[0];
-    root.children[1]->insert(2, root.children[0]->children[2]->take());
-    EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Old))),
+    const auto dom = browse(plainOf(deck));
+    Node& root = nodeAt(*dom, {0});
+    Node& second = *root.last;
+    dom->put(nodeAt(*dom, {0, 0, 2}), second, nodeAt(*dom, {0, 1, 1}).next);
+    EXPECT_EQ(toUtf8(markupOf(written(*dom, Writing::Older))),
               "<wml>\n  <card id=\"a\">\n    <timer value=\"5\"/>\n    <!-- two -->\n    <p "
               ">two</p>\n  </card>\n"
               "  <card id=\"b\">\n    <p>one</p>\n    <p>three</p>\n  </card>\n</wml>");
-    root.insert(0, root.children[1]->take());
-    EXPECT_EQ(toUtf8(markupOf(serialise(*body, Browser::Modern))),
+    dom->put(second, root, root.first);
+    EXPECT_EQ(toUtf8(markupOf(written(*dom, Writing::Modern))),
               "<wml>\n  <card id=\"b\">\n    <p>one</p>\n    <p>three</p>\n  </card>\n"
               "  <card id=\"a\">\n    <timer value=\"5\"/>\n    <!-- two -->\n    <p >two</p>\n  "
               "</card>\n</wml>");

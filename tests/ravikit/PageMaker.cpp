@@ -155,8 +155,8 @@ MadePage makePage(const std::uint8_t* data, std::size_t size) {
     MadePage made{.html = pageOf(deck).value_or(u"")};
     made.isOfValidDeck = made.html.empty() || faultOf(deck).empty();
     if (choices.below(4) == 0) {
-        const auto body = browse(made.html);
-        made.html = body ? serialise(*body, Browser::Old) : u"";
+        const auto dom = browse(made.html);
+        made.html = dom ? written(*dom, Writing::Older) : u"";
     }
     Tokens tokens = tokensOf(made.html);
     while (!choices.isEmpty()) {

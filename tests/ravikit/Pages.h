@@ -1,9 +1,13 @@
 #pragma once
 
-#include "ravikit/PageElements.h"
+#include "platform/page/dom/Dom.h"
+#include "platform/page/dom/PageWriter.h"
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 /// The way of a deck to its page and back, as the tests and the fuzzers ask about it. What does not
 /// hold is thrown, with the texts that it is about.
@@ -24,8 +28,22 @@ std::u16string markupOf(const std::u16string& page);
 /// Why `deck` is not well-formed, or else not valid; empty if it is both.
 std::string faultOf(const std::u16string& deck, bool valid = true);
 
+using tessaly::page::Dom;
+using tessaly::page::Node;
+using tessaly::page::Writing;
+
 /// The page as a browser reads it; none if it is too deep for one.
-std::unique_ptr<PageElement> browse(const std::u16string& page);
+std::unique_ptr<Dom> browse(const std::u16string& page);
+std::u16string written(const Dom& page, Writing writing);
+/// What the page shows below `node`, labels of fields and pictures included.
+std::u16string shownText(const Node& node);
+
+/// The text of `bytes`; what is no UTF-8 gives some text too.
+std::u16string fromUtf8(const std::string& bytes);
+/// `text` with what isn't ASCII escaped.
+std::string toUtf8(std::u16string_view text);
+/// `text` without blanks.
+std::u16string letters(std::u16string_view text);
 
 /// A page that nobody changed gives `deck` back, unit by unit, also when a browser has parsed it
 /// and written it in its own way, and a page with a stranger on it still gives a deck.
