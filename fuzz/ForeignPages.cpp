@@ -3,8 +3,8 @@
 //
 //   fuzz_page -dict=fuzz/xml.dict -max_len=400 CORPUS fuzz/corpus/page
 
-#include "tests/ravikit/PageMaker.h"
-#include "tests/ravikit/Pages.h"
+#include "tests/ravikit/convert/PageMaker.h"
+#include "tests/ravikit/convert/Pages.h"
 
 #include <cstddef>
 #include <cstdint>

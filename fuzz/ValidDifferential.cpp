@@ -4,9 +4,9 @@
 //
 //   fuzz_valid -max_len=2000 CORPUS
 
-#include "tests/ravikit/DeckGenerator.h"
-#include "tests/ravikit/LibXmlValidity.h"
-#include "tests/ravikit/WmlDtd.h"
+#include "tests/ravikit/validity/DeckGenerator.h"
+#include "tests/ravikit/validity/LibXmlValidity.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 #include <cstddef>
 #include <cstdint>

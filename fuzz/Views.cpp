@@ -3,9 +3,9 @@
 //
 //   fuzz_views -dict=fuzz/xml.dict -max_len=2000 CORPUS fuzz/corpus/deck
 
-#include "tests/ravikit/DeckGenerator.h"
-#include "tests/ravikit/Pages.h"
-#include "tests/ravikit/WmlDtd.h"
+#include "tests/ravikit/convert/Pages.h"
+#include "tests/ravikit/validity/DeckGenerator.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -5,8 +5,8 @@
 
 #include "ravikit/text/Chars.h"
 #include "ravikit/xml/Parser.h"
-#include "tests/ravikit/LibXml.h"
-#include "tests/ravikit/Tiling.h"
+#include "tests/ravikit/xml/LibXml.h"
+#include "tests/ravikit/xml/Tiling.h"
 #include "tests/support/Iconv.h"
 
 #include <algorithm>

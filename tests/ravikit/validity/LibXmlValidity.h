@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ravikit/WmlDtd.h"
 #include "ravikit/xml/Parser.h"
-#include "tests/ravikit/LibXml.h"
+#include "tests/ravikit/validity/WmlDtd.h"
+#include "tests/ravikit/xml/LibXml.h"
 
 #include <libxml/valid.h>
 

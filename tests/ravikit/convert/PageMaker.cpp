@@ -1,8 +1,8 @@
-#include "ravikit/PageMaker.h"
+#include "tests/ravikit/convert/PageMaker.h"
 
-#include "ravikit/DeckGenerator.h"
-#include "ravikit/Pages.h"
-#include "ravikit/WmlDtd.h"
+#include "tests/ravikit/convert/Pages.h"
+#include "tests/ravikit/validity/DeckGenerator.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
-#include "ravikit/ConvertSupport.h"
 #include "support/Test.h"
+#include "tests/ravikit/convert/Decks.h"
 
 /// Pages that were made to take for ever, or to end in a crash.
 namespace {

@@ -1,10 +1,10 @@
 // Content models as tables, and the files that ship beside the command.
 
 #include "ravikit/validity/Dtd.h"
-#include "ravikit/WmlDtd.h"
 #include "ravikit/xml/Parser.h"
 #include "support/File.h"
 #include "support/Test.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 #include <regex.h>
 

@@ -1,5 +1,5 @@
-#include "ravikit/ConvertSupport.h"
 #include "support/Test.h"
+#include "tests/ravikit/convert/Decks.h"
 
 /// A page that nobody changed gives the deck back, byte for byte.
 namespace {

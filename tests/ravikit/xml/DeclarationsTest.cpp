@@ -3,7 +3,7 @@
 #include "ravikit/xml/declarations/Declarations.h"
 #include "ravikit/xml/Parser.h"
 #include "support/Test.h"
-#include "tests/ravikit/LibXml.h"
+#include "tests/ravikit/xml/LibXml.h"
 
 namespace {
 

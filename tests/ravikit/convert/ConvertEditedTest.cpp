@@ -1,9 +1,9 @@
-#include "ravikit/ConvertSupport.h"
 #include "support/Test.h"
+#include "tests/ravikit/convert/Decks.h"
 
-#include "ravikit/WmlDtd.h"
 #include "ravikit/convert/page/Carrier.h"
 #include "ravikit/text/Chars.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 /// A page that was changed in one place: the deck changes there and nowhere else, and stays valid.
 namespace {

@@ -2,8 +2,8 @@
 
 #include "ravikit/xml/Parser.h"
 #include "support/Test.h"
-#include "tests/ravikit/LibXml.h"
-#include "tests/ravikit/Tiling.h"
+#include "tests/ravikit/xml/LibXml.h"
+#include "tests/ravikit/xml/Tiling.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "ravikit/ConvertSupport.h"
-#include "ravikit/PageMaker.h"
 #include "support/Test.h"
+#include "tests/ravikit/convert/Decks.h"
+#include "tests/ravikit/convert/PageMaker.h"
 
 /// Pages that were made from no deck, or that nobody should have to read.
 namespace {

@@ -1,13 +1,13 @@
-#include "ravikit/Pages.h"
+#include "tests/ravikit/convert/Pages.h"
 
 #include "platform/page/dom/PageParser.h"
 
-#include "ravikit/WmlDtd.h"
 #include "ravikit/convert/Convert.h"
 #include "ravikit/html/PageTree.h"
 #include "ravikit/text/Chars.h"
 #include "ravikit/xml/Parser.h"
 #include "support/Iconv.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 #include <map>
 #include <stdexcept>

@@ -5,7 +5,7 @@
 #include "ravikit/text/Lines.h"
 #include "ravikit/xml/declarations/Declarations.h"
 #include "support/Test.h"
-#include "tests/ravikit/Tiling.h"
+#include "tests/ravikit/xml/Tiling.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
-#include "ravikit/ConvertSupport.h"
+#include "tests/ravikit/convert/Decks.h"
 #include "support/Test.h"
 
-#include "ravikit/DeckGenerator.h"
-#include "ravikit/WmlDtd.h"
 #include "support/File.h"
+#include "tests/ravikit/validity/DeckGenerator.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 namespace convert_test {
 

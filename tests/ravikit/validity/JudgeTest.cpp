@@ -1,12 +1,12 @@
 // Judging by the WML DTD: what is told of a fault, what is not told twice, and libxml2's verdict on
 // the same decks.
 
-#include "ravikit/WmlDtd.h"
 #include "ravikit/validity/Dtd.h"
 #include "ravikit/xml/Parser.h"
 #include "support/Test.h"
-#include "tests/ravikit/DeckGenerator.h"
-#include "tests/ravikit/LibXmlValidity.h"
+#include "tests/ravikit/validity/DeckGenerator.h"
+#include "tests/ravikit/validity/LibXmlValidity.h"
+#include "tests/ravikit/validity/WmlDtd.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "ravikit/Pages.h"
 #include "ravikit/convert/Convert.h"
 #include "ravikit/validity/Dtd.h"
 #include "ravikit/xml/Parser.h"
+#include "tests/ravikit/convert/Pages.h"
 
 #include <memory>
 #include <random>
