@@ -7,6 +7,7 @@
 #include "ravikit/html/Style.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace ravikit {
@@ -180,6 +181,7 @@ void KnownElements::matchSource(const Declarations* known) {
         }
     }
     dissolveWrappers();
+    dissolveEmptied();
     choose();
     m_joins = ParagraphJoins(m_page, *m_tree, *m_outline, m_elements, m_parents);
     chooseAnchors();
@@ -295,6 +297,34 @@ void KnownElements::dissolveWrappers() {
         }
     }
     std::sort(m_wrappers.begin(), m_wrappers.end());
+}
+
+/// Where a link was split, its piece on a line without text is none.
+void KnownElements::dissolveEmptied() {
+    std::map<Tree::Id, bool> isFilled; // of the links, whether one of their pieces is
+    std::vector<KnownElement*> emptied;
+    for (KnownElement& element : m_elements) {
+        if (element.source != Tree::none && isLink(m_outline->element(element.source))) {
+            const bool isEmptied = isEmptyLine(element.page);
+            isFilled[element.source] |= !isEmptied;
+            if (isEmptied) {
+                emptied.push_back(&element);
+            }
+        }
+    }
+    for (KnownElement* const element : emptied) {
+        if (isFilled[element->source]) {
+            element->source = Tree::none;
+            m_byNode[element->page] = none;
+        }
+    }
+}
+
+/// Whether nothing stands in `pageNode` but what keeps a caret there.
+bool KnownElements::isEmptyLine(std::uint32_t pageNode) const {
+    const std::uint32_t end = m_page[pageNode].next;
+    const std::uint32_t first = pageNode + 1;
+    return first == end || (m_page[first].tag == PageTag::Br && m_page[first].next == end);
 }
 
 /// Of those that name the same element of the source one is it and the others are copies. What is

@@ -59,6 +59,8 @@ private:
     void findParents();
     bool holdsBlocksOnly(std::uint32_t pageNode) const;
     void dissolveWrappers();
+    void dissolveEmptied();
+    bool isEmptyLine(std::uint32_t pageNode) const;
     void choose();
     void chooseInside(const std::vector<std::uint32_t>& whole);
     void chooseAnchors();

@@ -317,11 +317,21 @@ void Merger::addText(std::u16string_view text) {
     }
     for (const char16_t c : text) {
         const bool blank = c <= u' ' && isBlank(c);
+        if (c == emptyLink && isKeptEmpty()) {
+            continue;
+        }
         if (!blank || m_items.empty() || m_items.back().unit != u' ' ||
             m_items.back().kind != Item::Kind::Character) {
             m_items.push_back({.unit = blank ? u' ' : c});
         }
     }
+}
+
+/// Whether the page has an `emptyLink` here so that a link without text stays.
+bool Merger::isKeptEmpty() const {
+    const Tree::Id id = m_frames.back().known->source;
+    return isLink(m_known.outline().element(id)) &&
+           m_tree->source(id).find(emptyLink) == std::u16string_view::npos;
 }
 
 void Merger::addWords(std::u16string_view text) {

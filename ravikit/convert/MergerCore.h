@@ -107,6 +107,7 @@ private:
     void closeUpTo(std::uint32_t node);
     std::uint32_t visitElement(std::uint32_t node);
     void addText(std::u16string_view text);
+    bool isKeptEmpty() const;
     void addWords(std::u16string_view text);
     bool takeCaption(std::uint32_t node);
     bool isPart(std::uint32_t node);
@@ -120,6 +121,7 @@ private:
     std::uint32_t visitKnown(const KnownElement& known);
     bool writeWhole(const KnownElement& known);
     bool writeBox(const KnownElement& known);
+    void startLine(const KnownElement& known);
     void enterKnown(const KnownElement& known);
     void alignCard(const KnownElement& known);
     AttributeChanges alignChange(const KnownElement& known, std::uint32_t align) const;

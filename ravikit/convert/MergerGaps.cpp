@@ -6,6 +6,45 @@
 
 namespace ravikit {
 
+namespace {
+
+/// Where the page has a no-break space in place of a blank of the source, and no more, it is that
+/// blank: browsers write the one for the other.
+void takeAsBlanks(std::vector<SharedRun>& runs, std::u32string_view source,
+                  std::u32string_view shown) {
+    std::vector<SharedRun> joined{{0, 0, 0}};
+    runs.push_back({source.size(), shown.size(), 0});
+    for (const SharedRun& run : runs) {
+        SharedRun& last = joined.back();
+        const std::size_t before = last.before + last.length;
+        const std::size_t after = last.after + last.length;
+        const bool isBlank = run.before == before + 1 && run.after == after + 1 &&
+                             source[before] == u' ' && shown[after] == u'\u00A0';
+        if (isBlank || (run.before == before && run.after == after)) {
+            last.length += (isBlank ? 1 : 0) + run.length;
+        } else {
+            joined.push_back(run);
+        }
+    }
+    std::erase_if(joined, [](const SharedRun& run) { return run.length == 0; });
+    runs = std::move(joined);
+}
+
+/// The characters that both texts begin with, or else end with; `used` of the source are not free.
+std::vector<SharedRun> sharedEnd(std::u32string_view source, std::u32string_view shown,
+                                 bool atBegin, std::size_t used) {
+    const std::size_t free = std::min(source.size() - used, shown.size());
+    std::size_t length = 0;
+    while (length < free &&
+           (atBegin ? source[length] == shown[length]
+                    : source[source.size() - 1 - length] == shown[shown.size() - 1 - length])) {
+        ++length;
+    }
+    return {{atBegin ? 0 : source.size() - length, atBegin ? 0 : shown.size() - length, length}};
+}
+
+} // namespace
+
 /// Whether `id` ends the line of text around it.
 bool Merger::isBlockSource(Tree::Id id) const {
     const Element e = m_known.outline().element(id);
@@ -307,22 +346,11 @@ std::vector<SharedRun> Merger::compare(bool isFirst, bool isLast) const {
             shown += item.unit;
         }
     }
-    if (isFirst && isLast) {
-        return sharedRuns(source, shown);
-    }
-    const std::size_t free = std::min(source.size() - frame.usedAtoms, shown.size());
-    std::size_t length = 0;
-    if (isFirst) {
-        while (length < free && source[length] == shown[length]) {
-            ++length;
-        }
-        return {{0, 0, length}};
-    }
-    while (length < free &&
-           source[source.size() - 1 - length] == shown[shown.size() - 1 - length]) {
-        ++length;
-    }
-    return {{source.size() - length, shown.size() - length, length}};
+    std::vector<SharedRun> runs = isFirst && isLast
+                                      ? sharedRuns(source, shown)
+                                      : sharedEnd(source, shown, isFirst, frame.usedAtoms);
+    takeAsBlanks(runs, source, shown);
+    return runs;
 }
 
 } // namespace ravikit

@@ -67,6 +67,7 @@ bool Merger::writeWhole(const KnownElement& known) {
     const Element element = m_known.outline().element(known.source);
     const std::u16string markup =
         known.isCopy ? withoutIds(known.source) : std::u16string(m_tree->source(known.source));
+    startLine(known);
     return m_writer.leaf(element, markup, parent);
 }
 
@@ -91,7 +92,18 @@ bool Merger::writeBox(const KnownElement& known) {
         markup = std::move(tags.out());
     }
     const Tree::Id parent = known.isAnchor ? m_known.parentOf(known.source) : Tree::none;
+    startLine(known);
     return m_writer.leaf(element, markup, parent);
+}
+
+/// Lets a key that stands in a line on the page stand in a paragraph, where a card would take it
+/// too.
+void Merger::startLine(const KnownElement& known) {
+    const bool isElsewhere = !known.isAnchor || m_frames.back().isParagraph;
+    if (m_page[known.page].tag == PageTag::Input && isElsewhere &&
+        m_known.outline().element(known.source) == Element::Do) {
+        m_writer.text({}, false);
+    }
 }
 
 void Merger::enterKnown(const KnownElement& known) {

@@ -250,11 +250,13 @@ bool Merger::canCopy(std::size_t atom, std::size_t count) const {
 bool Merger::isJoined(std::size_t atom) const {
     const Frame& frame = m_frames.back();
     const auto atoms = frame.gap.atoms.begin();
+    const bool isAtJoint = atom < frame.gap.atoms.size() && frame.gap.atoms[atom].unit == jointAtom;
     return m_isInLine &&
-           std::any_of(atoms + static_cast<std::ptrdiff_t>(std::min(frame.copiedAtoms, atom)),
-                       atoms + static_cast<std::ptrdiff_t>(atom), [](const SourceAtom& one) {
-                           return one.unit == breakAtom || one.unit == jointAtom;
-                       });
+           (isAtJoint ||
+            std::any_of(atoms + static_cast<std::ptrdiff_t>(std::min(frame.copiedAtoms, atom)),
+                        atoms + static_cast<std::ptrdiff_t>(atom), [](const SourceAtom& one) {
+                            return one.unit == breakAtom || one.unit == jointAtom;
+                        }));
 }
 
 /// Whether what isn't seen goes with the piece of its paragraph that is being written: of several

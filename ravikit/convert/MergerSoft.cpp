@@ -184,6 +184,9 @@ void Merger::openInline(std::uint32_t node, Soft& soft) {
 }
 
 void Merger::addFormats(std::uint32_t effects, Soft& soft) {
+    if ((effects & AllNormal) != 0) {
+        soft.handles.push_back(m_writer.openWithout(effects & AllNormal));
+    }
     if ((effects & Bold) != 0) {
         addFormat(Element::B, soft);
     }
@@ -197,8 +200,6 @@ void Merger::addFormats(std::uint32_t effects, Soft& soft) {
         addFormat(Element::Big, soft);
     } else if ((effects & Smaller) != 0) {
         addFormat(Element::Small, soft);
-    } else if ((effects & NormalSize) != 0) {
-        soft.handles.push_back(m_writer.openNormalSize());
     }
 }
 

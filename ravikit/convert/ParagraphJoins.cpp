@@ -51,8 +51,8 @@ std::u16string lettersOf(const Tree& tree, Tree::Id first, Tree::Id end, std::si
 /// So many letters of one text at the end or begin of another say that it stands there.
 constexpr std::size_t enough = 8;
 
-/// The break of `paragraph` up to which it went to the end of the text `before`, so that `after` is
-/// what is left of it; none if there is no such.
+/// The break of `paragraph` up to which it went to the end of the text `before`, while `after`,
+/// what is left of it, does not begin with that; none if there is no such.
 Tree::Id breakAfterHead(const Tree& tree, const Outline& outline, Tree::Id paragraph,
                         const std::u16string& before, const std::u16string& after) {
     const Tree::Id end = tree[paragraph].next;
@@ -64,13 +64,11 @@ Tree::Id breakAfterHead(const Tree& tree, const Outline& outline, Tree::Id parag
         }
         head += lettersOf(tree, from, id, std::u16string::npos);
         from = tree[id].next;
-        const std::u16string tail = lettersOf(tree, from, end, enough);
         const std::size_t shown = std::min(head.size(), enough);
-        if (!tail.empty() && after.starts_with(tail.substr(0, enough))) {
-            const bool isThere =
-                shown > 0 &&
-                before.ends_with(std::u16string_view(head).substr(head.size() - shown));
-            return isThere ? id : Tree::none;
+        const bool isThere =
+            shown > 0 && before.ends_with(std::u16string_view(head).substr(head.size() - shown));
+        if (isThere && !after.starts_with(std::u16string_view(head).substr(0, shown))) {
+            return id;
         }
     }
     return Tree::none;

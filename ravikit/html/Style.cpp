@@ -68,10 +68,14 @@ std::uint32_t propertyEffect(std::u16string_view name, std::u16string_view value
         return alignCode(value);
     }
     if (sameWord(name, u"font-weight")) {
-        return holds(value, u"bold") || leadingNumber(value) >= 600 ? Bold : Plain;
+        const int number = leadingNumber(value);
+        const bool isNormal = sameWord(value, u"normal") || (number > 0 && number < 600);
+        return isNormal ? NormalWeight : holds(value, u"bold") || number >= 600 ? Bold : Plain;
     }
     if (sameWord(name, u"font-style")) {
-        return sameWord(value, u"italic") || sameWord(value, u"oblique") ? Italic : Plain;
+        return sameWord(value, u"normal")                                  ? NormalSlant
+               : sameWord(value, u"italic") || sameWord(value, u"oblique") ? Italic
+                                                                           : Plain;
     }
     if (sameWord(name, u"text-decoration") || sameWord(name, u"text-decoration-line")) {
         return holds(value, u"underline") ? Underlined : Plain;

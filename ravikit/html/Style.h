@@ -18,7 +18,10 @@ enum Effect : std::uint32_t {
     Underlined = 16,
     Larger = 32,
     Smaller = 64,
-    NormalSize = 128,
+    NormalSize = 128, ///< of what is around it `big` and `small` don't count, and so on
+    NormalWeight = 256,
+    NormalSlant = 512,
+    AllNormal = NormalSize | NormalWeight | NormalSlant,
 };
 
 /// Of the value of a `style` attribute.

@@ -33,6 +33,8 @@ inline constexpr std::u16string_view roomAttribute = u"data-room";
 inline constexpr std::u16string_view room =
     u"<img alt=\"\" data-room=\"\" style=\"display:block;width:1px;height:1px\">";
 inline constexpr std::u16string_view emptyRoom = u"<p data-room=\"\"><br></p>";
+/// What a host may write into a link so that the browser keeps it when its text is deleted.
+inline constexpr char16_t emptyLink = u'\u200B';
 
 /// How one stands there that is nothing to see by itself, in a line of text.
 const Shape& neutralShape();

@@ -57,8 +57,8 @@ DeckWriter::Handle DeckWriter::openStructure(Opening opening) {
         {.opening = std::move(opening), .indent = std::move(indent), .around = m_paragraph});
 }
 
-DeckWriter::Handle DeckWriter::openNormalSize() {
-    return m_open.emptySizes() ? m_open.push({.takesSizesOff = true}) : 0;
+DeckWriter::Handle DeckWriter::openWithout(std::uint32_t effects) {
+    return m_open.emptyFormats(effects) ? m_open.push({.takesOff = effects}) : 0;
 }
 
 bool DeckWriter::close(Handle handle) {

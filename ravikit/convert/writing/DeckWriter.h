@@ -33,8 +33,8 @@ public:
     Handle openFormat(Opening opening);
     Handle openLink(Opening opening);
     Handle openStructure(Opening opening);
-    /// From here on `big` and `small` don't count.
-    Handle openNormalSize();
+    /// From here on the formats around it don't count that `effects`, of AllNormal, take off.
+    Handle openWithout(std::uint32_t effects);
     bool isWritten(Handle handle) const;
     /// Ends it; of all that are open it is the innermost. One that has a place in the source is
     /// written even if nothing was in it, but for a size that did not count.

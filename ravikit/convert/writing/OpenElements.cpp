@@ -1,5 +1,7 @@
 #include "ravikit/convert/writing/OpenElements.h"
 
+#include "ravikit/html/Style.h"
+
 #include <algorithm>
 
 namespace ravikit {
@@ -8,6 +10,23 @@ namespace {
 
 constexpr bool isInLine(Element e) {
     return isFormat(e) || isLink(e);
+}
+
+/// The effect of a style that takes this format off.
+constexpr std::uint32_t takenOffBy(Element e) {
+    switch (e) {
+    case Element::Big:
+    case Element::Small:
+        return NormalSize;
+    case Element::B:
+    case Element::Strong:
+        return NormalWeight;
+    case Element::I:
+    case Element::Em:
+        return NormalSlant;
+    default:
+        return 0;
+    }
 }
 
 constexpr bool holdsText(Element e) {
@@ -109,10 +128,11 @@ bool OpenElements::isInsideLink() const {
 }
 
 bool OpenElements::hasFormat(Element element) const {
-    const bool isSize = element == Element::Big || element == Element::Small;
     for (std::size_t i = m_entries.size(); i-- > 0;) {
         const Entry& entry = m_entries[i];
-        if (entry.takesSizesOff ? isSize : !isInLine(entry.opening.element)) {
+        const bool isNone = entry.takesOff != 0 ? (entry.takesOff & takenOffBy(element)) != 0
+                                                : !isInLine(entry.opening.element);
+        if (isNone) {
             return false;
         }
         if (entry.opening.element == element) {
@@ -131,15 +151,16 @@ bool OpenElements::isInsideLooseLink() const {
     return false;
 }
 
-bool OpenElements::emptySizes() {
+bool OpenElements::emptyFormats(std::uint32_t effects) {
     bool found = false;
     for (std::size_t i = m_entries.size(); i-- > 0;) {
         Entry& entry = m_entries[i];
         const Element e = entry.opening.element;
-        if (entry.takesSizesOff || !isInLine(e)) {
-            break; // around a table a size can't be taken back for one cell
+        if (entry.takesOff == 0 && !isInLine(e)) {
+            break; // around a table a format can't be taken back for one cell
         }
-        if (e == Element::Big || e == Element::Small) {
+        effects &= ~entry.takesOff;
+        if ((effects & takenOffBy(e)) != 0) {
             entry.isEmptied = found = true;
         }
     }
@@ -248,9 +269,9 @@ void OpenElements::add(std::size_t index) {
     const Entry& entry = m_entries[index];
     const Standing standing{.element = entry.opening.element,
                             .entry = static_cast<std::uint32_t>(index)};
-    if (entry.takesSizesOff) {
+    if (entry.takesOff != 0) {
         for (std::size_t i = m_chain.size(); i-- > 0 && isInLine(m_chain[i].element);) {
-            if (m_chain[i].element == Element::Big || m_chain[i].element == Element::Small) {
+            if ((entry.takesOff & takenOffBy(m_chain[i].element)) != 0) {
                 m_chain.erase(m_chain.begin() + static_cast<std::ptrdiff_t>(i));
             }
         }

@@ -44,7 +44,7 @@ public:
     struct Entry {
         Opening opening = {};
         bool isInPlace = false;
-        bool takesSizesOff = false; ///< no element: from here on `big` and `small` don't count
+        std::uint32_t takesOff = 0; ///< no element: from here on these formats don't count
         Handle handle = 0;
         std::uint32_t instance = 0;  ///< grows when it is to be closed and opened again
         std::uint32_t line = 0;      ///< grows when what is added in it ends
@@ -74,8 +74,9 @@ public:
     bool hasFormat(Element element) const;
     /// Whether a link that is not in its place is around the text at hand.
     bool isInsideLooseLink() const;
-    /// Marks the sizes of the text at hand as emptied; false if there are none.
-    bool emptySizes();
+    /// Marks the formats of the text at hand that `effects` take off as emptied; false if it has
+    /// none of them.
+    bool emptyFormats(std::uint32_t effects);
 
     /// What stands open for elements.
     const Chain& chain() const { return m_chain; }
