@@ -211,13 +211,11 @@ private:
     EventSource<BrowserControlEvents> m_events;
 };
 
-class FakeListBar : public ListBarControl {};
-
 class FakePictures : public PictureStore {
 public:
     ObjectRef picture(const Value& name, PictureKind kind) override {
         call("picture", std::get<Text>(name), static_cast<std::int32_t>(kind));
-        return std::make_shared<FakeListBar>();
+        return std::make_shared<FakeRtb>();
     }
 };
 
@@ -296,7 +294,6 @@ public:
     Date now() override { return 40000; }
     std::int32_t textWidth(std::int32_t, const Text&) override { return 0; }
     std::shared_ptr<PictureStore> pictures() override {
-
         return world.makesNothing ? nullptr : std::make_shared<FakePictures>();
     }
 };

@@ -72,14 +72,3 @@ TEST(EventSourceTest, ANestedEventAndAnExceptionLeaveTheListInOrder) {
     EXPECT_EQ(nested, "b");
     EXPECT_EQ(raised(source), "b");
 }
-
-TEST(EventSourceTest, ASourceMayEndInsideItsEvent) {
-    std::optional<EventSource<Events>> source(std::in_place);
-    Listener a('a');
-    Listener b('b');
-    Subscription ofA = source->advise(a);
-    const Subscription ofB = source->advise(b);
-    a.then = [&] { source.reset(); };
-    EXPECT_EQ(raised(*source), "ab");
-    ofA.end(); // the bond outlived its source
-}
