@@ -200,12 +200,6 @@ std::string made(clProject& project) {
     Text path = u"D:\\q";
     return ascii(std::get<bool>(project.Create(u"N", u"d", path, folder + u"a.wml", u"o")));
 }
-std::string moved(clProject& project) {
-    return ascii(project.SaveAs(newFile));
-}
-std::string firstSavedAs(clProject& project) {
-    return ascii(project.Documents()->Item(1)->SaveAs(u"D:\\q\\a.wml"));
-}
 std::function<void()> taken(const Text& path) {
     return [=] { world.files[path] = u"taken"; };
 }
@@ -219,6 +213,10 @@ TEST_F(Faults, LoseNothingElseAndAreNeverTakenForSuccess) {
     const std::set<Text> everything = {folder + u"a.wml", folder + u"b.wml", folder + u"c.wml",
                                        folder + u"images\\x.wbmp", oldFile};
     const Text away = u"D:\\q\\a.wml";
+    const auto moved = [](clProject& p) { return ascii(p.SaveAs(newFile)); };
+    const auto firstSavedAs = [&](clProject& p) {
+        return ascii(p.Documents()->Item(1)->SaveAs(away));
+    };
     const auto namesTaken = [] { world.files[newFile] = world.files[u"D:\\q\\b.wml"] = u"taken"; };
     const auto saved = [](clProject& p) { return p.Save(), "done"; };
     const auto deckSaved = [](clProject& p) { return ascii(p.SaveDocument(u"a")); };

@@ -25,7 +25,6 @@ protected:
     }
     std::shared_ptr<WirelessDocument> doc = build(u"<wml>t</wml>");
     std::shared_ptr<IFormat> format = doc->Format();
-    FakePage& page = *browser->page;
 };
 
 } // namespace
@@ -110,54 +109,8 @@ TEST_F(Format, AFailureStaysWithTheCallerAndUndoesNothing) {
     format->MuRtb(nullptr);
     EXPECT_EQ(codeOf([&] { format->exec(u"Bold"); }), FailureCode::ObjectNotSet);
     format->view(vPLain);
+    EXPECT_EQ(exec(u"Align Left"), Log{}) << "the page has no selection";
+    EXPECT_EQ(exec(u"Big Font"), Log{});
     format->browser(nullptr);
     EXPECT_EQ(codeOf([&] { format->exec(u"Bold"); }), FailureCode::ObjectNotSet);
-}
-
-TEST_F(Format, InThePageItUsesTheBrowsersCommandsAndPastes) {
-    format->view(vPLain);
-    for (const std::u16string key : {u"Bold", u"Italic", u"Underline"}) {
-        EXPECT_EQ(exec(key), Log{"execCommand " + ascii(key)});
-    }
-    EXPECT_EQ(exec(u"Normal Font"), Log{"execCommand FontSize False 3"});
-    EXPECT_EQ(exec(u"Align Left"), Log{}); // no selection
-    page.theSelection = std::make_shared<FakeSelection>();
-    page.theSelection->range->selected = u"a<b";
-    EXPECT_EQ(exec(u"Big Font"), Log{"pasteHTML <big>a<b</big>"});
-    page.theSelection->kind = u"None"; // a caret
-    page.theSelection->range->selected.clear();
-    EXPECT_EQ(exec(u"Big Font"), Log{"pasteHTML <big></big>"});
-    page.theSelection->kind = u"Control";
-    EXPECT_EQ(exec(u"Big Font"), Log{});
-    EXPECT_FALSE(doc->isDirty());
-}
-
-TEST_F(Format, InThePageAlignmentFindsTheParagraphAround) {
-    format->view(vPLain);
-    const auto element = [](const std::u16string& tag, const std::u16string& id) {
-        return std::make_shared<FakeElement>(tag, id);
-    };
-    const auto first = element(u"P", u"p1");
-    const auto second = element(u"P", u"p2");
-    const auto third = element(u"P", u"p3"); // in the second
-    third->inside = {element(u"B", u"b1")};
-    second->inside = {element(u"B", u"b0"), third, element(u"B", u"b1")};
-    page.elements = {first, second, third, element(u"P", u"p4")};
-    page.theSelection = std::make_shared<FakeSelection>();
-    FakeRange& range = *page.theSelection->range;
-
-    range.element = first;
-    EXPECT_EQ(exec(u"Align Left"), Log{"setAttribute p1 align left 0"});
-    range.element = element(u"B", u"b1"); // another object for the element in the paragraph
-    EXPECT_EQ(exec(u"Align Center"),
-              (Log{"getElementsByTagName P", "setAttribute p2 align center 0",
-                   "setAttribute p3 align center 0"}));
-    for (const char16_t* const tag : {u"I", u"BODY", u"p"}) {
-        range.element = element(tag, u"outside");
-        EXPECT_EQ(exec(u"Align Right"), Log{"getElementsByTagName P"});
-    }
-    page.theSelection->kind = u"Control";
-    range.control = element(u"IMG", u"img");
-    range.control->parent = first;
-    EXPECT_EQ(exec(u"Align Right"), Log{"setAttribute p1 align right 0"});
 }

@@ -97,3 +97,29 @@ TEST_F(NineKeys, InTheMarkupAreShownOnThePage) {
     document->view(vMarkup);
     EXPECT_EQ(text->Text(), written);
 }
+
+TEST_F(NineKeys, OnThePageWithoutSelectedText) {
+    const std::u16string picture = u"<img src=\"a\" alt=\"b\"/></p>";
+    const std::tuple<std::u16string, std::u16string, std::u16string> cases[] = {
+        {u"Align Left", u"", u"<p>one "},
+        {u"Big Font", u"picture", u"<p>one "},
+        {u"Align Right", u"picture", u"<p align=\"right\">one "},
+        {u"Big Font", u"caret", u"<p>one "}, // an empty format does not come back
+    };
+    for (const auto& [key, selected, becomes] : cases) {
+        document->view(vMarkup);
+        text->Text(head + u"<p>one " + picture + tail);
+        document->view(vPLain);
+        const auto shown = page->getElementsByTagName(u"img")->item(1); // after the page's own
+        if (selected == u"picture") {
+            page->selectObject(shown);
+        } else if (selected == u"caret") {
+            page->placeCaret({shown->parentElement(), 1});
+        }
+        document->Format()->exec(key);
+        const std::u16string html = page->body()->innerHTML();
+        EXPECT_EQ(html.find(u">o<big></big>ne") != html.npos, selected == u"caret");
+        document->view(vMarkup);
+        EXPECT_EQ(text->Text(), head + becomes + picture + tail);
+    }
+}
