@@ -4,16 +4,16 @@ using namespace fakes;
 
 namespace {
 
-/// A command: its caption, which is its key, the tip, the picture, and the tag it writes.
-const std::vector<std::array<std::string, 4>> rows = {
-    {"Bold", "Bold current selection", "BOLD", "<b>"},
-    {"Italic", "Italicise current selection", "ITALIC", "<i>"},
-    {"Underline", "Underline current selection", "UNDERLINE", "<u>"},
-    {"Align Left", "Align current selection to the left", "ALIGNL", "<p align=\"left\">"},
-    {"Align Center", "Align current selection to the center", "ALIGNC", "<p align=\"center\">"},
-    {"Align Right", "Align current selection to the right", "ALIGNR", "<p align=\"right\">"},
-    {"Big Font", "Change selection to BIG font", "BIG", "<big>"},
-    {"Small Font", "Change selection to SMALL font", "SMALL", "<small>"},
+/// A command: its caption, which is its key, the tip, and the picture.
+const std::vector<std::array<std::string, 3>> rows = {
+    {"Bold", "Bold current selection", "BOLD"},
+    {"Italic", "Italicise current selection", "ITALIC"},
+    {"Underline", "Underline current selection", "UNDERLINE"},
+    {"Align Left", "Align current selection to the left", "ALIGNL"},
+    {"Align Center", "Align current selection to the center", "ALIGNC"},
+    {"Align Right", "Align current selection to the right", "ALIGNR"},
+    {"Big Font", "Change selection to BIG font", "BIG"},
+    {"Small Font", "Change selection to SMALL font", "SMALL"},
 };
 
 class Format : public Component {
@@ -33,7 +33,7 @@ TEST_F(Format, PublishesEightCommandsWithTheirPictures) {
     const auto formats = format->formats();
     ASSERT_EQ(formats->Count(), 8);
     std::int32_t number = 0;
-    for (const auto& [caption, tip, icon, open] : rows) {
+    for (const auto& [caption, tip, icon] : rows) {
         const auto row = formats->Item(++number);
         EXPECT_EQ(formats->Item(u16(caption)), row);
         EXPECT_EQ(ascii(row->Caption()) + ": " + ascii(row->ToolTiptext()), caption + ": " + tip);
@@ -57,31 +57,6 @@ TEST_F(Format, TheCatalogueIsLiveAndApartFromTheCommands) {
     format->icon(8);
     EXPECT_EQ(world.take(), Log{"picture NORMAL 1"});
     EXPECT_EQ(second->iconRes(), Value(ObjectRef(rtb)));
-}
-
-TEST_F(Format, InTheMarkupViewACommandWrapsTheSelection) {
-    for (const auto& [key, tip, icon, open] : rows) {
-        rtb->text = u"hello world";
-        rtb->start = 6;
-        rtb->length = 5;
-        std::string txt = open + "world</";
-        txt += open.substr(1, open.find_first_of(" >") - 1) + ">";
-        EXPECT_EQ(exec(u16(key)),
-                  (Log{"rtb.SelText= " + txt, "rtb.SelStart= " + std::to_string(6 + open.size()),
-                       "rtb.SelLength= 5", "OnAdd2UndoStack 6 [" + txt + "] [world] 2"}));
-    }
-    EXPECT_EQ(rtb->SelText(), u"world");
-    EXPECT_EQ(exec(u"Bold").back(), "OnAdd2UndoStack 13 [<b>world</b>] [world] 2"); // once more
-    EXPECT_EQ(rtb->text, u"hello <small><b>world</b></small>");
-
-    rtb->start = 4;
-    rtb->length = 0;
-    sink.hooks["OnAdd2UndoStack"] = [&] { // all stands as it will stay
-        EXPECT_EQ(rtb->text.substr(0, 12), u"hell<b></b>o");
-        EXPECT_EQ(rtb->start, 7);
-        EXPECT_EQ(rtb->length, 0);
-    };
-    EXPECT_EQ(exec(u"Bold").back(), "OnAdd2UndoStack 4 [<b></b>] [] 2");
 }
 
 TEST_F(Format, KeysAreMatchedAsAWholeAndAnyOtherViewIsTheMarkupView) {
