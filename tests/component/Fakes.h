@@ -123,20 +123,13 @@ class FakeRtb : public support::TextBox {
 
 class FakeElement : public IHTMLElement {
 public:
-    explicit FakeElement(Text tag, Text id = {})
-        : m_tag(std::move(tag))
-        , m_id(std::move(id)) {}
+    explicit FakeElement(Text tag)
+        : m_tag(std::move(tag)) {}
     Text tagName() override { return m_tag; }
-    void setAttribute(const Text& name, const Value& value, std::int32_t flags) override {
-        call("setAttribute", m_id, name, std::get<Text>(value), flags);
-    }
-    Text uniqueID() override { return m_id; }
-    std::shared_ptr<IHTMLElementCollection> all() override {
-        auto list = std::make_shared<FakeElements>();
-        list->members.assign(inside.begin(), inside.end());
-        return list;
-    }
-    std::shared_ptr<IHTMLElement> parentElement() override { return parent; }
+    void setAttribute(const Text&, const Value&, std::int32_t) override {}
+    Text uniqueID() override { return {}; }
+    std::shared_ptr<IHTMLElementCollection> all() override { return nullptr; }
+    std::shared_ptr<IHTMLElement> parentElement() override { return nullptr; }
     Text innerText() override { return got("innerText", text); }
     Text innerHTML() override { return got("innerHTML", html); }
     void innerHTML(const Text& value) override { html = (call("innerHTML=", value), value); }
@@ -144,34 +137,9 @@ public:
 
     Text text;
     Text html;
-    std::vector<std::shared_ptr<FakeElement>> inside;
-    std::shared_ptr<FakeElement> parent;
 
 private:
     Text m_tag;
-    Text m_id;
-};
-
-/// A text range and a control range in one, with the element that either leads to.
-class FakeRange : public IHTMLTxtRange, public IHTMLControlRange {
-public:
-    Text text() override { return selected; }
-    void pasteHTML(const Text& html) override { call("pasteHTML", html); }
-    std::shared_ptr<IHTMLElement> parentElement() override { return element; }
-    std::shared_ptr<IHTMLElement> Item(const Value&) override { return control; }
-
-    Text selected;
-    std::shared_ptr<FakeElement> element;
-    std::shared_ptr<FakeElement> control;
-};
-
-class FakeSelection : public IHTMLSelectionObject {
-public:
-    Text type() override { return kind; }
-    ObjectRef createRange() override { return range; }
-
-    Text kind = u"Text";
-    std::shared_ptr<FakeRange> range = std::make_shared<FakeRange>();
 };
 
 class FakePage : public HTMLDocument {
@@ -180,10 +148,7 @@ public:
     bool execCommand(const Text& command) override {
         return got("execCommand " + ascii(command), false);
     }
-    bool execCommand(const Text& command, bool show, const Value& value) override {
-        call("execCommand", command, show, std::get<Text>(value));
-        return false;
-    }
+    bool execCommand(const Text&, bool, const Value&) override { return false; }
     std::shared_ptr<IHTMLElementCollection> getElementsByTagName(const Text& name) override {
         call("getElementsByTagName", name);
         auto list = std::make_shared<FakeElements>();
@@ -192,11 +157,10 @@ public:
             [&](const auto& element) { return equalIgnoringCase(element->tagName(), name); });
         return list;
     }
-    std::shared_ptr<IHTMLSelectionObject> selection() override { return theSelection; }
+    std::shared_ptr<IHTMLSelectionObject> selection() override { return nullptr; }
 
     std::shared_ptr<FakeElement> theBody = std::make_shared<FakeElement>(u"BODY");
     std::vector<std::shared_ptr<FakeElement>> elements;
-    std::shared_ptr<FakeSelection> theSelection;
 };
 
 class FakeBrowser : public BrowserControl {
@@ -211,13 +175,11 @@ private:
     EventSource<BrowserControlEvents> m_events;
 };
 
-class FakeListBar : public ListBarControl {};
-
 class FakePictures : public PictureStore {
 public:
     ObjectRef picture(const Value& name, PictureKind kind) override {
         call("picture", std::get<Text>(name), static_cast<std::int32_t>(kind));
-        return std::make_shared<FakeListBar>();
+        return std::make_shared<FakeRtb>();
     }
 };
 
@@ -296,7 +258,6 @@ public:
     Date now() override { return 40000; }
     std::int32_t textWidth(std::int32_t, const Text&) override { return 0; }
     std::shared_ptr<PictureStore> pictures() override {
-
         return world.makesNothing ? nullptr : std::make_shared<FakePictures>();
     }
 };

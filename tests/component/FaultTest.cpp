@@ -33,8 +33,6 @@ struct DocumentState {
     Text name;
     Text content;
     bool isDirty = true;
-
-    bool operator==(const DocumentState&) const = default;
 };
 
 /// What a run left.
@@ -202,12 +200,6 @@ std::string made(clProject& project) {
     Text path = u"D:\\q";
     return ascii(std::get<bool>(project.Create(u"N", u"d", path, folder + u"a.wml", u"o")));
 }
-std::string moved(clProject& project) {
-    return ascii(project.SaveAs(newFile));
-}
-std::string firstSavedAs(clProject& project) {
-    return ascii(project.Documents()->Item(1)->SaveAs(u"D:\\q\\a.wml"));
-}
 std::function<void()> taken(const Text& path) {
     return [=] { world.files[path] = u"taken"; };
 }
@@ -220,34 +212,32 @@ TEST_F(Faults, LoseNothingElseAndAreNeverTakenForSuccess) {
     const std::set<Text> there = {newFile, u"D:\\q\\a.wml", u"D:\\q\\b.wml"};
     const std::set<Text> everything = {folder + u"a.wml", folder + u"b.wml", folder + u"c.wml",
                                        folder + u"images\\x.wbmp", oldFile};
+    const Text away = u"D:\\q\\a.wml";
+    const auto moved = [](clProject& p) { return ascii(p.SaveAs(newFile)); };
+    const auto firstSavedAs = [&](clProject& p) {
+        return ascii(p.Documents()->Item(1)->SaveAs(away));
+    };
+    const auto namesTaken = [] { world.files[newFile] = world.files[u"D:\\q\\b.wml"] = u"taken"; };
+    const auto saved = [](clProject& p) { return p.Save(), "done"; };
+    const auto deckSaved = [](clProject& p) { return ascii(p.SaveDocument(u"a")); };
+    const auto allSaved = [](clProject& p) { return ascii(p.SaveAll()); };
+    const auto deleted = [](clProject& p) { return ascii(p.DeleteFiles()); };
+    const auto opened = [](clProject& p) { return ascii(p.init(oldFile)); };
+    const auto added = [](clProject& p) { return ascii(p.addDocument(u"c")); };
     const std::vector<Operation> operations = {
         {"Create", Policy::Throw, copy, nullptr, made},
         {"Create, name taken", Policy::Throw, copy, taken(u"D:\\q\\a.wml"), made},
         {"Create, no folder", Policy::Throw, copy, [] { world.folders.erase(u"D:\\q"); }, made},
-        {"Save", Policy::Show, {oldFile}, nullptr, [](auto& p) { return p.Save(), "done"; }},
-        {"SaveDocument",
-         Policy::Show,
-         {folder + u"a.wml"},
-         nullptr,
-         [](auto& p) { return ascii(p.SaveDocument(u"a")); }},
-        {"SaveAll", Policy::Show, decks, nullptr, [](auto& p) { return ascii(p.SaveAll()); }},
+        {"Save", Policy::Show, {oldFile}, nullptr, saved},
+        {"SaveDocument", Policy::Show, {folder + u"a.wml"}, nullptr, deckSaved},
+        {"SaveAll", Policy::Show, decks, nullptr, allSaved},
         {"SaveAs of the project", Policy::Show, there, nullptr, moved},
-        {"SaveAs of the project, names taken", Policy::Show, there,
-         [] { world.files[newFile] = world.files[u"D:\\q\\b.wml"] = u"taken"; }, moved},
-        {"SaveAs of a document", Policy::Show, {u"D:\\q\\a.wml"}, nullptr, firstSavedAs},
-        {"SaveAs of a document, name taken",
-         Policy::Show,
-         {u"D:\\q\\a.wml"},
-         taken(u"D:\\q\\a.wml"),
-         firstSavedAs},
-        {"DeleteFiles", Policy::Drop, everything, nullptr,
-         [](auto& p) { return ascii(p.DeleteFiles()); }},
-        {"init", Policy::Drop, {}, nullptr, [](auto& p) { return ascii(p.init(oldFile)); }},
-        {"addDocument",
-         Policy::Drop,
-         {},
-         nullptr,
-         [](auto& p) { return ascii(p.addDocument(u"c")); }},
+        {"SaveAs of the project, names taken", Policy::Show, there, namesTaken, moved},
+        {"SaveAs of a document", Policy::Show, {away}, nullptr, firstSavedAs},
+        {"SaveAs of a document, name taken", Policy::Show, {away}, taken(away), firstSavedAs},
+        {"DeleteFiles", Policy::Drop, everything, nullptr, deleted},
+        {"init", Policy::Drop, {}, nullptr, opened},
+        {"addDocument", Policy::Drop, {}, nullptr, added},
     };
     std::int32_t points = 0;
     for (const Operation& operation : operations) {

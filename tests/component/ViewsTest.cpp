@@ -5,6 +5,7 @@ using namespace fakes;
 namespace {
 
 constexpr char16_t deck[] = u"<wml>t</wml>";
+const std::string wrappedPicture = "<BODY><DIV><img></DIV></BODY>";
 constexpr enumView none{};
 constexpr enumView noView{7};
 
@@ -16,6 +17,7 @@ Log operator+(Log a, const Log& b) {
 const Log showsPage{"rtb.Visible= False", "browser.Visible= True", "formats page"};
 const Log showsMarkup{"rtb.Visible= True", "browser.Visible= False", "formats markup"};
 const Log showsNeither{"rtb.Visible= False", "browser.Visible= False", "formats markup"};
+const Log seesNothing{"innerHTML", "innerText"};
 const Log refusal{"lastError", "OnParseError refused"};
 const Log writesBlankDeck{R"(rtb.Text= <?xml version="1.0" encoding="UTF-8"?><wml></wml>)"};
 const Log writesBlankPage{"innerHTML= <BODY text=#000000 bgColor=#ffffff><P><FONT face=Verdana>"
@@ -42,15 +44,20 @@ Log isRefused(const std::string& text) {
 Log givesMarkup(const std::string& html) {
     return convertsPage(html) + Log{"rtb.Text= wml:[" + html + "]"} + showsMarkup;
 }
+Log wrapsPage(const std::string& html) {
+    return {"innerHTML", "innerHTML= " + html};
+}
+Log givesWrapped(const std::string& html) {
+    return wrapsPage(html) + givesMarkup(html);
+}
 /// What a handler sees that goes from an empty page to the markup and back.
 Log goesToMarkupAndBack() {
-    return Log{"innerHTML", "innerText"} + writesBlankDeck +
-           Log{"rtb.Visible= True", "browser.Visible= False"} +
+    return seesNothing + writesBlankDeck + Log{"rtb.Visible= True", "browser.Visible= False"} +
            parsesMarkup(R"(<?xml version="1.0" encoding="UTF-8"?><wml></wml>)") + writesBlankPage;
 }
 const Log looksForDiv{"innerHTML", "innerText", "innerText", "getElementsByTagName div"};
-const Log looksForDivAroundPictures{"innerHTML", "innerText", "innerText", "innerHTML",
-                                    "getElementsByTagName div"};
+const Log seesPicture{"innerHTML", "innerText", "innerText", "innerHTML",
+                      "getElementsByTagName div"};
 
 /// What a document holds before a switch.
 struct Before {
@@ -127,23 +134,14 @@ TEST_F(Views, EverySwitch) {
         {{none, u""}, toBlankPage, givesBlankPage("")},
 
         {{vPLain, u"", u"<p>x</p>", u"x", true}, toMarkup, looksForDiv + givesMarkup("<p>x</p>")},
-        {{vPLain, u"", u"x", u"x"},
-         toMarkup,
-         looksForDiv + Log{"innerHTML", "innerHTML= <DIV>x</DIV>"} + givesMarkup("<DIV>x</DIV>")},
-        {{vPLain, u"", u"<img>", u"", true},
-         toMarkup,
-         looksForDivAroundPictures + givesMarkup("<img>")},
-        {{vPLain, u"", u"<img>"},
-         toMarkup,
-         looksForDivAroundPictures + Log{"innerHTML", "innerHTML= <BODY><DIV><img></DIV></BODY>"} +
-             givesMarkup("<BODY><DIV><img></DIV></BODY>")},
-        {{vPLain, u"stale"},
-         toMarkup,
-         Log{"innerHTML", "innerText"} + writesBlankDeck + showsMarkup},
+        {{vPLain, u"", u"x", u"x"}, toMarkup, looksForDiv + givesWrapped("<DIV>x</DIV>")},
+        {{vPLain, u"", u"<img>", u"", true}, toMarkup, seesPicture + givesMarkup("<img>")},
+        {{vPLain, u"", u"<img>"}, toMarkup, seesPicture + givesWrapped(wrappedPicture)},
+        {{vPLain, u"stale"}, toMarkup, seesNothing + writesBlankDeck + showsMarkup},
         {{vPLain, u"stale", u"REFUSED", u"x"},
          {vMarkup, vPLain, Kept},
-         looksForDiv + Log{"innerHTML", "innerHTML= <DIV>REFUSED</DIV>"} +
-             convertsPage("<DIV>REFUSED</DIV>") + refusal + showsPage},
+         looksForDiv + wrapsPage("<DIV>REFUSED</DIV>") + convertsPage("<DIV>REFUSED</DIV>") +
+             refusal + showsPage},
 
         {{vMarkup}, toPlain, givesPage("<wml>t</wml>")},
         {{vMarkup, u"<wml>REFUSED</wml>"}, backToMarkup, isRefused("<wml>REFUSED</wml>")},
@@ -195,7 +193,7 @@ TEST_F(Views, AMissingControlFailsWithTheViewAlreadyChanged) {
         {{none, u""}, vPLain, false, true, parsesMarkup(""), true},
         {{vMarkup}, vPLain, true, false, {}, true},
         {page, vMarkup, true, false, looksForDiv + convertsPage("x"), true},
-        {{vPLain}, vMarkup, true, false, {"innerHTML", "innerText"}, true},
+        {{vPLain}, vMarkup, true, false, seesNothing, true},
         {page, vMarkup, false, true, {}, true},
         {{none}, vMarkup, true, false, {"browser.Visible= False"}, false},
         {{vMarkup}, noView, false, true, {"rtb.Visible= False"}, false},

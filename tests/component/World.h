@@ -5,6 +5,7 @@
 
 #include "support/Test.h"
 #include "tessaly.h"
+#include "util/Attempt.h"
 #include "util/LetterCase.h"
 
 namespace fakes {
@@ -130,12 +131,8 @@ T got(const std::string& name, const T& value) {
 }
 template <class Call>
 FailureCode codeOf(Call&& attempted) {
-    try {
-        attempted();
-    } catch (const Failure& failure) {
-        return failure.code();
-    }
-    return FailureCode{};
+    const auto failed = attempt(attempted);
+    return failed ? failed->code() : FailureCode{};
 }
 
 } // namespace fakes

@@ -1,5 +1,6 @@
 #include "platform/terminal/TerminalDialogs.h"
 #include "support/Test.h"
+#include "tests/platform/TempFolder.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -10,41 +11,28 @@ namespace {
 
 constexpr auto question = MsgBoxFlags::ExclamationYesNo;
 
-/// What has been written to a descriptor that does not wait.
-std::string readWritten(int descriptor) {
-    std::string text;
-    std::array<char, 4096> part = {};
-    for (ssize_t count = 0; (count = read(descriptor, part.data(), part.size())) > 0;) {
-        text.append(part.data(), static_cast<std::size_t>(count));
-    }
-    return text;
-}
-
-std::array<int, 2> makePipe() {
-    std::array<int, 2> ends = {};
-    EXPECT_EQ(pipe2(ends.data(), O_NONBLOCK), 0);
-    return ends;
-}
-
 /// Nobody: an input with an answer that must not be taken, an output to look at.
 class Unattended : public testing::Test {
 protected:
-    Unattended() { EXPECT_EQ(write(m_in[1], "y\ny\n", 4), 4); }
+    Unattended() { m_temp.write("in", "y\ny\n"); }
     ~Unattended() override {
-        for (const int descriptor : {m_in[0], m_in[1], m_out[0], m_out[1]}) {
-            close(descriptor);
-        }
+        close(m_in);
+        close(m_out);
     }
 
-    Terminal terminal() const { return Terminal(m_in[0], m_out[1]); }
-    std::string written() const { return readWritten(m_out[0]); }
+    std::string written() const {
+        std::string text = m_temp.read("out");
+        std::filesystem::resize_file(m_temp.posix("out"), 0);
+        return text;
+    }
 
 private:
-    std::array<int, 2> m_in = makePipe();
-    std::array<int, 2> m_out = makePipe();
+    support::TempFolder m_temp;
+    int m_in = open(m_temp.posix("in").c_str(), O_RDONLY | O_CREAT, 0600);
+    int m_out = open(m_temp.posix("out").c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
 
 protected:
-    TerminalDialogs dialogs{terminal()};
+    TerminalDialogs dialogs{Terminal(m_in, m_out)};
 };
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "platform/DefaultPlatform.h"
 #include "platform/controls/HeadlessBrowser.h"
 #include "platform/controls/HeadlessRichText.h"
 #include "platform/page/HeadlessPage.h"
@@ -85,8 +86,8 @@ struct Navigations : BrowserControlEvents {
 } // namespace
 
 TEST(HeadlessBrowser, ANavigationEndsInTheMessageLoop) {
-    const auto loop = std::make_shared<MessageLoop>();
-    auto browser = std::make_shared<HeadlessBrowser>(loop);
+    DefaultPlatform platform;
+    auto browser = std::make_shared<HeadlessBrowser>(platform.messageLoop());
     const auto first = makePage(u"");
     const auto second = makePage(u"");
     Navigations navigations;
@@ -95,12 +96,12 @@ TEST(HeadlessBrowser, ANavigationEndsInTheMessageLoop) {
     browser->navigate(second);
     EXPECT_EQ(navigations.heard, "start ");
     EXPECT_EQ(browser->Document(), first);
-    loop->DoEvents();
+    platform.DoEvents();
     EXPECT_EQ(navigations.heard, "start end ");
     EXPECT_EQ(browser->Document(), second);
 
     browser->navigate(first);
     browser.reset();
-    loop->DoEvents();
+    platform.DoEvents();
     EXPECT_EQ(navigations.heard, "start end start ");
 }

@@ -42,48 +42,38 @@ TEST_F(NineKeys, OnThePageChangeTheLineAndNothingElse) {
     struct Case {
         std::u16string key;
         std::u16string selected;
-        std::u16string line;
-        std::u16string before = ::line;
+        std::u16string part;
+        std::u16string becomes;
+        std::u16string line = ::line;
     };
     const std::u16string rich =
         u"<p><b>bo<!--c-->ld</b> <strong id=\"s\" class=\"k\">a <i>str</i> ong</strong></p>";
     const Case cases[] = {
-        {u"Bold", u"four", u"<p>one <b>two</b> <big>three</big> &nbsp;<b>four</b></p>"},
-        {u"Bold", u"two", u"<p>one two <big>three</big> &nbsp;four</p>"},
-        {u"Italic", u"two", u"<p>one <i><b>two</b></i> <big>three</big> &nbsp;four</p>"},
-        {u"Underline", u"ne", u"<p>o<u>ne</u> <b>two</b> <big>three</big> &nbsp;four</p>"},
-        {u"Align Left", u"one",
-         u"<p align=\"left\">one <b>two</b> <big>three</big> &nbsp;four</p>"},
-        {u"Align Center", u"two",
-         u"<p align=\"center\">one <b>two</b> <big>three</big> &nbsp;four</p>"},
-        {u"Align Right", u"four",
-         u"<p align=\"right\">one <b>two</b> <big>three</big> &nbsp;four</p>"},
-        {u"Big Font", u"one", u"<p><big>one</big> <b>two</b> <big>three</big> &nbsp;four</p>"},
-        {u"Small Font", u"two",
-         u"<p>one <b><small>two</small></b> <big>three</big> &nbsp;four</p>"},
-        {u"Normal Font", u"three", u"<p>one <b>two</b> three &nbsp;four</p>"},
-        {u"Bold", u"ld",
-         u"<p><b>bo<!--c--></b>ld <strong id=\"s\" class=\"k\">a <i>str</i> ong</strong></p>",
-         rich},
-        {u"Bold", u"bo",
-         u"<p>bo<b><!--c-->ld</b> <strong id=\"s\" class=\"k\">a <i>str</i> ong</strong></p>",
-         rich},
-        {u"Bold", u"str",
-         u"<p><b>bo<!--c-->ld</b> <strong id=\"s\" class=\"k\">a </strong><i>str</i><strong>"
-         u" ong</strong></p>",
-         rich},
-        {u"Bold", u"ng",
-         u"<p><b>bo<!--c-->ld</b> <strong id=\"s\" class=\"k\">a <i>str</i> o</strong>ng</p>",
-         rich},
+        {u"Bold", u"four", u"four", u"<b>four</b>"},
+        {u"Bold", u"two", u"<b>two</b>", u"two"},
+        {u"Italic", u"two", u"<b>two</b>", u"<i><b>two</b></i>"},
+        {u"Underline", u"ne", u"one", u"o<u>ne</u>"},
+        {u"Align Left", u"one", u"<p>", u"<p align=\"left\">"},
+        {u"Align Center", u"two", u"<p>", u"<p align=\"center\">"},
+        {u"Align Right", u"four", u"<p>", u"<p align=\"right\">"},
+        {u"Big Font", u"one", u"one", u"<big>one</big>"},
+        {u"Small Font", u"two", u"two", u"<small>two</small>"},
+        {u"Normal Font", u"three", u"<big>three</big>", u"three"},
+        {u"Bold", u"ld", u"ld</b>", u"</b>ld", rich},
+        {u"Bold", u"bo", u"<b>bo", u"bo<b>", rich},
+        {u"Bold", u"str", u"<i>str</i>", u"</strong><i>str</i><strong>", rich},
+        {u"Bold", u"ng", u"ng</strong>", u"</strong>ng", rich},
     };
     for (const Case& each : cases) {
         document->view(vMarkup);
-        text->Text(head + each.before + tail);
+        text->Text(head + each.line + tail);
         document->view(vPLain);
         ASSERT_TRUE(page->selectText(each.selected));
         document->Format()->exec(each.key);
         document->view(vMarkup);
-        EXPECT_EQ(text->Text(), head + each.line + tail);
+        std::u16string expected = each.line;
+        expected.replace(expected.find(each.part), each.part.size(), each.becomes);
+        EXPECT_EQ(text->Text(), head + expected + tail);
         EXPECT_TRUE(document->Tolmek()->isValidText(text->Text()));
     }
     EXPECT_EQ(heard, std::vector<std::string>{});
@@ -91,19 +81,60 @@ TEST_F(NineKeys, OnThePageChangeTheLineAndNothingElse) {
 }
 
 TEST_F(NineKeys, InTheMarkupAreShownOnThePage) {
+    const std::pair<std::u16string, std::u16string> tags[] = {
+        {u"Bold", u"<b>"},
+        {u"Italic", u"<i>"},
+        {u"Underline", u"<u>"},
+        {u"Align Left", u"<p align=\"left\">"},
+        {u"Align Center", u"<p align=\"center\">"},
+        {u"Align Right", u"<p align=\"right\">"},
+        {u"Big Font", u"<big>"},
+        {u"Small Font", u"<small>"},
+    };
+    log.hooks["OnAdd2UndoStack"] = [&] { EXPECT_EQ(text->SelText(), u"more"); };
     document->view(vMarkup);
-    for (const char16_t* const key : {u"Bold", u"Small Font", u"Align Right"}) {
-        const std::u16string before = text->Text();
-        text->SelStart(static_cast<std::int32_t>(before.find(u"more")));
+    for (const auto& [key, tag] : tags) {
+        text->Text(deck);
+        const auto at = static_cast<std::int32_t>(deck.find(u"more"));
+        text->SelStart(at);
         text->SelLength(4);
+        heard.clear();
         document->Format()->exec(key);
-        EXPECT_EQ(text->SelText(), u"more");
+        std::u16string txt = tag + u"more</";
+        txt += tag.substr(1, tag.find_first_of(u" >") - 1) + u">";
+        EXPECT_EQ(heard, std::vector{"OnAdd2UndoStack " + std::to_string(at) + " [" +
+                                     support::ascii(txt) + "] [more] 2"});
+        const std::u16string written = text->Text();
+        EXPECT_EQ(written.find(txt + u" &#65;"), deck.find(u"more"));
+        document->view(vPLain);
+        EXPECT_TRUE(page->selectText(u"more"));
+        document->view(vMarkup);
+        EXPECT_EQ(text->Text(), written);
     }
-    EXPECT_EQ(heard.size(), 3U) << "for the undo stack, and nothing else";
-    const std::u16string written = text->Text();
-    EXPECT_NE(written.find(u"<b><small><p align=\"right\">more</p></small></b>"), written.npos);
-    document->view(vPLain);
-    EXPECT_TRUE(page->selectText(u"more"));
-    document->view(vMarkup);
-    EXPECT_EQ(text->Text(), written);
+}
+
+TEST_F(NineKeys, OnThePageWithoutSelectedText) {
+    const std::u16string picture = u"<img src=\"a\" alt=\"b\"/></p>";
+    const std::tuple<std::u16string, std::u16string, std::u16string> cases[] = {
+        {u"Align Left", u"", u"<p>one "},
+        {u"Big Font", u"picture", u"<p>one "},
+        {u"Align Right", u"picture", u"<p align=\"right\">one "},
+        {u"Big Font", u"caret", u"<p>one "}, // an empty format does not come back
+    };
+    for (const auto& [key, selected, becomes] : cases) {
+        document->view(vMarkup);
+        text->Text(head + u"<p>one " + picture + tail);
+        document->view(vPLain);
+        const auto shown = page->getElementsByTagName(u"img")->item(1); // after the page's own
+        if (selected == u"picture") {
+            page->selectObject(shown);
+        } else if (selected == u"caret") {
+            page->placeCaret({shown->parentElement(), 1});
+        }
+        document->Format()->exec(key);
+        const std::u16string html = page->body()->innerHTML();
+        EXPECT_EQ(html.find(u">o<big></big>ne") != html.npos, selected == u"caret");
+        document->view(vMarkup);
+        EXPECT_EQ(text->Text(), head + becomes + picture + tail);
+    }
 }

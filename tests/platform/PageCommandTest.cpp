@@ -9,7 +9,7 @@ struct Case {
     std::u16string from;
     std::u16string to;
     std::u16string once;
-    std::u16string twice;
+    std::u16string twice = html;
 };
 
 /// Runs the command twice over the text from `from` to `to`.
@@ -29,13 +29,10 @@ TEST(PageCommand, BoldIsToggled) {
     expectCommand(
         u"Bold",
         {
-            {u"<p>one two three</p>", u"two", u"", u"<p>one <b>two</b> three</p>",
-             u"<p>one two three</p>"},
             {u"<p>one <i>two</i><br>three</p>", u"ne", u"th",
-             u"<p>o<b>ne <i>two</i><br>th</b>ree</p>", u"<p>one <i>two</i><br>three</p>"},
+             u"<p>o<b>ne <i>two</i><br>th</b>ree</p>"},
             {u"<p>one</p> <ul><li>two</li></ul> <p>three</p>", u"ne", u"th",
-             u"<p>o<b>ne</b></p> <ul><li><b>two</b></li></ul> <p><b>th</b>ree</p>",
-             u"<p>one</p> <ul><li>two</li></ul> <p>three</p>"},
+             u"<p>o<b>ne</b></p> <ul><li><b>two</b></li></ul> <p><b>th</b>ree</p>"},
             {u"<p><b id=x>one two</b></p>", u"one", u"", //
              u"<p><span id=\"x\">one<b> two</b></span></p>",
              u"<p><span id=\"x\"><b>one two</b></span></p>"},
@@ -44,7 +41,7 @@ TEST(PageCommand, BoldIsToggled) {
              u"<p style=\"color: red\"><b>one</b>"
              u"<span style=\"font-weight: bold\"> two</span></p>"},
             {u"<h1>one two</h1>", u"one", u"",
-             u"<h1><span style=\"font-weight: normal\">one</span> two</h1>", u"<h1>one two</h1>"},
+             u"<h1><span style=\"font-weight: normal\">one</span> two</h1>"},
             {u"<b><ul><li>one</li><li>two</li></ul></b>", u"one", u"",
              u"<ul><li>one</li><li><b>two</b></li></ul>",
              u"<ul><li><b>one</b></li><li><b>two</b></li></ul>"},
@@ -52,11 +49,11 @@ TEST(PageCommand, BoldIsToggled) {
 }
 
 TEST(PageCommand, ItalicAndUnderlineAreToggled) {
-    expectCommand(u"Italic", {{u"<p>a <em>b c</em></p>", u"b", u"", u"<p>a b<em> c</em></p>",
-                               u"<p>a <i>b</i><em> c</em></p>"},
-                              {u"<p><cite>a</cite></p>", u"a", u"",
-                               u"<p><cite><span style=\"font-style: normal\">a</span></cite></p>",
-                               u"<p><cite>a</cite></p>"}});
+    expectCommand(u"Italic",
+                  {{u"<p>a <em>b c</em></p>", u"b", u"", u"<p>a b<em> c</em></p>",
+                    u"<p>a <i>b</i><em> c</em></p>"},
+                   {u"<p><cite>a</cite></p>", u"a", u"",
+                    u"<p><cite><span style=\"font-style: normal\">a</span></cite></p>"}});
     expectCommand(u"underline",
                   {{u"a <b>b</b> <span style='text-decoration:underline'>c</span>", u"a", u"c",
                     u"<u>a <b>b</b> </u>"

@@ -139,20 +139,20 @@ TEST(PageEdits, PasteReplacesTheSelectedLettersAlone) {
     std::mt19937 random(22);
     for (std::size_t round = 0; round < rounds; ++round) {
         RandomPage page(random);
-        std::u16string letters;
-        for (const Letter& each : lettersOf(page.dom, InlineStyle::Bold)) {
-            letters += each.letter;
-        }
+        const auto read = [&] {
+            std::u16string letters;
+            for (const Letter& each : lettersOf(page.dom, InlineStyle::Bold)) {
+                letters += each.letter;
+            }
+            return letters;
+        };
+        std::u16string letters = read();
         letters.replace(page.start, page.end - page.start, u"XYZ");
         Span range = page.dom.selectedSpan();
         page.dom.track(range);
         paste(page.dom, range, u"X<i>Y</i>");
         paste(page.dom, range, u"Z");
-        std::u16string after;
-        for (const Letter& each : lettersOf(page.dom, InlineStyle::Bold)) {
-            after += each.letter;
-        }
-        ASSERT_EQ(after, letters) << testing::PrintToString(page.before);
+        ASSERT_EQ(read(), letters) << testing::PrintToString(page.before);
         ASSERT_TRUE(range.start == range.end);
     }
 }

@@ -85,26 +85,6 @@ TEST_F(RealDisk, WhatIsClosedToWritingIsToldAndStays) {
     EXPECT_FALSE(project->SaveDocument(u"a"));
     EXPECT_EQ(takeShown(), denied);
     EXPECT_EQ(temp.read("p/a.wml"), deck);
-
-    const std::string before = temp.read("p/p.cvp");
-    temp.mode("p/p.cvp", 0444);
-    EXPECT_FALSE(project->SaveAll());
-    EXPECT_EQ(takeShown(), (Texts{denied[0], denied[0]})) << "the deck and the project file";
-    EXPECT_EQ(temp.read("p/p.cvp"), before);
-
-    temp.mode("q", 0555);
-    EXPECT_FALSE(project->SaveAs(temp.path("q/n.cvp")));
-    EXPECT_EQ(takeShown(), denied);
-    EXPECT_FALSE(temp.has("q/n.cvp"));
-    EXPECT_EQ(support::failureOf([&] { create(temp.path("q/new"), temp.path("p/a.wml")); }), 76);
-    EXPECT_EQ(takeShown(), denied) << "the folder could not be made";
-
-    temp.folder("p/sub");
-    temp.write("p/sub/x", "x");
-    temp.mode("p/sub", 0555);
-    EXPECT_TRUE(project->DeleteFiles()) << "read-only files go with their folder";
-    EXPECT_FALSE(temp.has("p"));
-    temp.mode("q", 0755);
 }
 
 TEST_F(RealDisk, AFullDiskLeavesTheTextInMemory) {
@@ -133,34 +113,6 @@ TEST_F(RealDisk, AFullDiskLeavesTheTextInMemory) {
     EXPECT_EQ(std::make_shared<clProject>()->getFirstDocument(temp.path("p/p.cvp")), u"");
     EXPECT_TRUE(temp.read("p/p.cvp").starts_with("Site=P\r\nDescription=d\r\n"));
     EXPECT_EQ(takeShown(), Texts{});
-}
-
-TEST_F(RealDisk, SomethingElseInThePlaceOfAFile) {
-    temp.folder("q/n.cvp");
-    EXPECT_FALSE(project->SaveAs(temp.path("q/n.cvp"))) << "a folder of that name";
-    EXPECT_EQ(takeShown(), denied);
-    temp.folder("q/a.wml");
-    EXPECT_FALSE(project->SaveAs(temp.path("q/m.cvp")));
-    EXPECT_EQ(takeShown(), denied);
-    EXPECT_TRUE(temp.read("q/m.cvp").ends_with("Notes=n\r\n")) << "as far as it came";
-
-    const std::u16string tooLong = temp.path("q") + u"\\" + std::u16string(256, u'l') + u".cvp";
-    EXPECT_FALSE(project->SaveAs(tooLong));
-    EXPECT_FALSE(project->SaveAs(temp.path("none/n.cvp")));
-    EXPECT_EQ(takeShown(), Texts{});
-    EXPECT_EQ(project->projectFile(), temp.path("p/p.cvp"));
-}
-
-TEST_F(RealDisk, AFolderOfOtherLettersMakesAndHidesNoConflict) {
-    temp.folder("Q");
-    temp.write("q/a.wml", "another deck");
-    temp.write("q/n.cvp", "another project");
-    EXPECT_TRUE(project->SaveAs(temp.path("Q/n.cvp")));
-    EXPECT_EQ(temp.read("q/a.wml") + temp.read("q/n.cvp"), "another deckanother project");
-
-    temp.write("Q/a.wml", "another deck");
-    EXPECT_FALSE(project->SaveAs(temp.path("Q/n.cvp"))) << "nobody agreed to overwrite";
-    EXPECT_EQ(temp.read("Q/a.wml"), "another deck");
 }
 
 TEST_F(RealDisk, LinksAreFollowedAndNotReplaced) {

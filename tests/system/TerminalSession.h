@@ -46,8 +46,6 @@ public:
     ~TerminalSession() { close(m_terminal); }
     TerminalSession(const TerminalSession&) = delete;
     TerminalSession& operator=(const TerminalSession&) = delete;
-    TerminalSession(TerminalSession&&) = delete;
-    TerminalSession& operator=(TerminalSession&&) = delete;
 
     /// Waits until `text` is shown after what was last waited for. False if it never is.
     bool sees(const std::string& text) {

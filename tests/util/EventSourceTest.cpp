@@ -1,85 +1,53 @@
-#include "util/EventSource.h"
-#include "support/Test.h"
+#include "component/Fakes.h"
 
-using namespace tessaly;
+using namespace fakes;
 
 namespace {
 
-class Events {
-public:
-    virtual ~Events() = default;
-    virtual void OnText(std::string& text) = 0;
-};
-
-class Listener : public Events {
-public:
-    explicit Listener(char name)
-        : m_name(name) {}
-    void OnText(std::string& text) override {
-        text += m_name;
-        if (const std::function<void()> run = then) { // it may replace itself
-            run();
-        }
+/// A document with sinks that say who hears an event.
+class EventSources : public Component {
+protected:
+    EventSources() {
+        b.hooks["OnDocDirty"] = [&] { heard += 'b'; };
+        c.hooks["OnDocDirty"] = [&] { heard += 'c'; };
     }
-    std::function<void()> then;
-
-private:
-    char m_name;
+    std::string raised() {
+        heard.clear();
+        doc->isDirty(true);
+        return heard;
+    }
+    std::string heard;
+    support::EventLog a{world.log};
+    support::EventLog b{world.log};
+    support::EventLog c{world.log};
+    std::shared_ptr<WirelessDocument> doc = std::make_shared<WirelessDocument>();
+    Subscription ofA = doc->events().advise(a);
+    Subscription ofB = doc->events().advise(b);
 };
-
-std::string raised(EventSource<Events>& source) {
-    std::string text;
-    source.raise(&Events::OnText, text);
-    return text;
-}
 
 } // namespace
 
-TEST(EventSourceTest, ReachesSinksInOrderWhileTheyComeAndGo) {
-    EventSource<Events> source;
-    Listener a('a');
-    Listener b('b');
-    Listener c('c');
-    Subscription ofA = source.advise(a);
-    Subscription ofB = source.advise(b);
+TEST_F(EventSources, ReachSinksInOrderWhileTheyComeAndGo) {
     Subscription ofC;
-    a.then = [&] {
+    a.hooks["OnDocDirty"] = [&] {
+        heard += 'a';
         ofA.end();
-        source.unadvise(b);
-        ofC = source.advise(c);
+        doc->events().unadvise(b);
+        ofC = doc->events().advise(c);
     };
-    EXPECT_EQ(raised(source), "a");
-    EXPECT_EQ(raised(source), "c");
-    ofA = source.advise(b);
+    EXPECT_EQ(raised(), "a");
+    EXPECT_EQ(raised(), "c");
+    ofA = doc->events().advise(b);
     ofC = std::move(ofA); // ends the bond to c
-    EXPECT_EQ(raised(source), "b");
+    EXPECT_EQ(raised(), "b");
 }
 
-TEST(EventSourceTest, ANestedEventAndAnExceptionLeaveTheListInOrder) {
-    EventSource<Events> source;
-    Listener a('a');
-    Listener b('b');
-    Subscription ofA = source.advise(a);
-    const Subscription ofB = source.advise(b);
-    std::string nested;
-    a.then = [&] {
-        a.then = nullptr;
+TEST_F(EventSources, StayInOrderAfterANestedEventAndAnException) {
+    a.hooks["OnDocDirty"] = [&] {
         ofA.end();
-        nested = raised(source);
+        EXPECT_EQ(raised(), "b");
         throw std::logic_error("from a sink");
     };
-    EXPECT_THROW(raised(source), std::logic_error);
-    EXPECT_EQ(nested, "b");
-    EXPECT_EQ(raised(source), "b");
-}
-
-TEST(EventSourceTest, ASourceMayEndInsideItsEvent) {
-    std::optional<EventSource<Events>> source(std::in_place);
-    Listener a('a');
-    Listener b('b');
-    Subscription ofA = source->advise(a);
-    const Subscription ofB = source->advise(b);
-    a.then = [&] { source.reset(); };
-    EXPECT_EQ(raised(*source), "ab");
-    ofA.end(); // the bond outlived its source
+    EXPECT_THROW(raised(), std::logic_error);
+    EXPECT_EQ(raised(), "b");
 }

