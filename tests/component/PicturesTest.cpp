@@ -35,34 +35,26 @@ bool isRefused(const Value& name, PictureKind kind) {
 } // namespace
 
 TEST(Pictures, EachIsAWholeFileOfItsOwn) {
-    const struct {
-        PictureKind kind;
-        PictureKind other;
-        const Names& names;
-        std::int32_t side;
-        std::int32_t bitsPerPixel;
-        std::size_t size;
-        const Bytes& header;
-    } kinds[] = {
-        {PictureKind::Icon, PictureKind::Bitmap, icons, 32, 8, 62 + 2048 + 128, iconFile},
-        {PictureKind::Bitmap, PictureKind::Icon, bitmaps, 16, 24, 54 + 768, bitmapFile},
-    };
-    for (const auto& each : kinds) {
+    const auto expectFiles = [](PictureKind kind, PictureKind other, const Names& names,
+                                std::int32_t side, std::int32_t bitsPerPixel, std::size_t size,
+                                const Bytes& header) {
         std::set<std::string> images;
-        for (const std::u16string& name : each.names) {
+        for (const std::u16string& name : names) {
             SCOPED_TRACE(testing::PrintToString(name));
-            const auto made = picture(name, each.kind);
+            const auto made = picture(name, kind);
             const auto bytes = made->bytes();
-            EXPECT_EQ(bytes.size(), each.size);
-            EXPECT_TRUE(std::equal(each.header.begin(), each.header.end(), bytes.begin()));
-            EXPECT_TRUE(made->kind() == each.kind && made->name() == name);
-            EXPECT_TRUE(made->width() == each.side && made->height() == each.side);
-            EXPECT_EQ(made->bitsPerPixel(), each.bitsPerPixel);
-            EXPECT_TRUE(isRefused(name, each.other));
+            EXPECT_EQ(bytes.size(), size);
+            EXPECT_TRUE(std::equal(header.begin(), header.end(), bytes.begin()));
+            EXPECT_TRUE(made->kind() == kind && made->name() == name);
+            EXPECT_TRUE(made->width() == side && made->height() == side);
+            EXPECT_EQ(made->bitsPerPixel(), bitsPerPixel);
+            EXPECT_TRUE(isRefused(name, other));
             images.emplace(bytes.begin(), bytes.end());
         }
-        EXPECT_EQ(images.size(), each.names.size());
-    }
+        EXPECT_EQ(images.size(), names.size());
+    };
+    expectFiles(PictureKind::Icon, PictureKind::Bitmap, icons, 32, 8, 62 + 2048 + 128, iconFile);
+    expectFiles(PictureKind::Bitmap, PictureKind::Icon, bitmaps, 16, 24, 54 + 768, bitmapFile);
 }
 
 TEST(Pictures, AnIconIsBlackWhereItIsTransparent) { // another colour would tint the background

@@ -4,6 +4,8 @@
 #include "platform/page/editing/StyleCommand.h"
 #include "support/Test.h"
 
+#include <span>
+
 using namespace tessaly::page;
 
 namespace {
@@ -93,45 +95,33 @@ struct RandomPage {
     std::u16string before;
 };
 
-/// Whatever the page and the selection: the selected letters get one value, which `change` gives
-/// them and returns, the others keep theirs, and no letter is lost.
-void expectSelectedLettersChanged(
-    unsigned seed, InlineStyle style,
-    const std::function<int(RandomPage&, std::size_t round)>& change) {
-    std::mt19937 random(seed);
-    for (std::size_t round = 0; round < rounds; ++round) {
+} // namespace
+
+/// Whatever the page and the selection: the selected letters get one value, the others keep theirs,
+/// and no letter is lost.
+TEST(PageEdits, AStyleChangesTheSelectedLettersAlone) {
+    std::mt19937 random(20);
+    for (std::size_t round = 0; round < 2 * rounds; ++round) {
+        const bool isBold = round % 2 == 0;
+        const InlineStyle style = isBold ? InlineStyle::Bold : InlineStyle::FontSize;
         RandomPage page(random);
-        auto letters = lettersOf(page.dom, style);
-        const int value = change(page, round);
-        for (std::size_t i = page.start; i < page.end; ++i) {
-            letters[i].value = value;
+        std::vector<Letter> letters = lettersOf(page.dom, style);
+        const std::span selected(letters.begin() + static_cast<std::ptrdiff_t>(page.start),
+                                 page.end - page.start);
+        int value = round % 4 == 1 ? 3 : 5;
+        if (isBold) {
+            value = std::ranges::count(selected, 0, &Letter::value) == 0 ? 0 : 1;
+            toggleStyle(page.dom, style);
+        } else {
+            applyStyle(page.dom, style, value);
+        }
+        for (Letter& each : selected) {
+            each.value = value;
         }
         ASSERT_TRUE(lettersOf(page.dom, style) == letters)
             << testing::PrintToString(page.before) << page.start << "-" << page.end
             << testing::PrintToString(outerHtml(*page.dom.body(), Writing::Modern));
     }
-}
-
-} // namespace
-
-TEST(PageEdits, BoldChangesTheSelectedLettersAlone) {
-    expectSelectedLettersChanged(20, InlineStyle::Bold, [](RandomPage& page, std::size_t) {
-        const auto letters = lettersOf(page.dom, InlineStyle::Bold);
-        const bool wasBold = std::all_of(letters.begin() + static_cast<std::ptrdiff_t>(page.start),
-                                         letters.begin() + static_cast<std::ptrdiff_t>(page.end),
-                                         [](const Letter& each) { return each.value == 1; });
-        toggleStyle(page.dom, InlineStyle::Bold);
-        return wasBold ? 0 : 1;
-    });
-}
-
-TEST(PageEdits, FontSizeChangesTheSelectedLettersAlone) {
-    expectSelectedLettersChanged(21, InlineStyle::FontSize,
-                                 [](RandomPage& page, std::size_t round) {
-                                     const int size = round % 2 == 0 ? 3 : 5;
-                                     applyStyle(page.dom, InlineStyle::FontSize, size);
-                                     return size;
-                                 });
 }
 
 // A paste takes the selected letters away and no other, and stands where they stood.

@@ -62,10 +62,9 @@ protected:
         Platform::install(nullptr);
     }
     std::shared_ptr<WirelessDocument> document() { return project->Documents()->Item(1); }
-    Value create(const std::u16string& folder, const std::u16string& from,
-                 const std::u16string& name = u"N", const std::u16string& description = u"") {
-        std::u16string path = folder;
-        return project->Create(name, description, path, from, u"");
+    Value create(const std::u16string& from, const std::u16string& description = u"") {
+        std::u16string path = temp.path("q");
+        return project->Create(u"N", description, path, from, u"");
     }
     using Texts = std::vector<std::u16string>;
     Texts takeShown() { return std::exchange(platform->texts, {}); }
@@ -104,11 +103,8 @@ TEST_F(RealDisk, AFullDiskLeavesTheTextInMemory) {
     {
         const SmallFiles full(1000); // the lines that went out are a file that still opens
         project->Save();
-        EXPECT_EQ(support::failureOf([&] {
-                      create(temp.path("q"), temp.path("p/p.cvp"), u"N",
-                             std::u16string(2000, u'd'));
-                  }),
-                  61);
+        const std::u16string longText(2000, u'd');
+        EXPECT_EQ(support::failureOf([&] { create(temp.path("p/p.cvp"), longText); }), 61);
     }
     EXPECT_EQ(std::make_shared<clProject>()->getFirstDocument(temp.path("p/p.cvp")), u"");
     EXPECT_TRUE(temp.read("p/p.cvp").starts_with("Site=P\r\nDescription=d\r\n"));
@@ -128,7 +124,7 @@ TEST_F(RealDisk, LinksAreFollowedAndNotReplaced) {
     temp.write("q/a.wml", "mine");
     std::filesystem::remove(temp.posix("p/a.wml"));
     std::filesystem::create_symlink(temp.posix("q/a.wml"), temp.posix("p/a.wml"));
-    EXPECT_EQ(create(temp.path("q"), temp.path("p/a.wml")), Value(true));
+    EXPECT_EQ(create(temp.path("p/a.wml")), Value(true));
     EXPECT_EQ(temp.read("q/a.wml"), "mine");
 }
 

@@ -99,7 +99,7 @@ TEST_F(ProjectCommand, SettlesConflictsWithThePerson) {
         write(std::string("new/") + taken, "taken");
     }
     temp.mode("new/Other.cvp", 0444);
-    TerminalSession session(folder, {"save-as", "old/Old.cvp", "new/New.cvp"});
+    TerminalSession session(folder, "save-as old/Old.cvp new/New.cvp");
     follow(session,
            {
                {"The project New.cvp already exists in the directory /", "perhaps\n"},
@@ -135,10 +135,9 @@ TEST_F(ProjectCommand, ChangesNothingWhenThePersonGoes) {
     write("new/Other.cvp", "taken");
     temp.mode("new/Other.cvp", 0444);
     const auto before = everything();
-    const std::vector<std::string> save = {"save-as", "old/Old.cvp", "new/New.cvp"};
-    const std::vector<std::string> make = {"new", "old",    "--name",
-                                           "OLD", "--from", "source/index.wml"};
-    const std::pair<std::vector<std::string>, const char*> cases[] = {
+    const std::string save = "save-as old/Old.cvp new/New.cvp";
+    const std::string make = "new old --name OLD --from source/index.wml";
+    const std::pair<std::string, const char*> cases[] = {
         {save, "\x03"}, {save, "\x04"}, {save, "n\n\x04"}, {save, "n\nOther\n/c\n"},
         {make, "\x03"}, {make, "\x04"}, {make, "\n"},      {make, "y\nn\n\x04\x04"},
     };
@@ -154,7 +153,7 @@ TEST_F(ProjectCommand, ChangesNothingWhenThePersonGoes) {
 TEST_F(ProjectCommand, AsksWhereANewDeckGoesAndWhatIsRemoved) {
     makeProject({"index"});
     write("old/picture.gif", "GIF");
-    TerminalSession made(folder, {"new", "old", "--name", "OLD", "--from", "source/index.wml"});
+    TerminalSession made(folder, "new old --name OLD --from source/index.wml");
     follow(made, {{"Overwrite it? [y/N] ", "maybe\n"},
                   {"[y/N] ", "YES\n"},
                   {"index.wml already exists in the directory /", "\n"}, // Enter alone is No
@@ -164,7 +163,7 @@ TEST_F(ProjectCommand, AsksWhereANewDeckGoesAndWhatIsRemoved) {
     EXPECT_EQ(read("old/de\xC3\xA7k.wml"), deckOf("index"));
 
     const auto before = everything();
-    TerminalSession spared(folder, {"delete", "old/Old.cvp"});
+    TerminalSession spared(folder, "delete old/Old.cvp");
     EXPECT_TRUE(spared.sees("2 other files:\r\n  old/index.wml\r\n  old/picture.gif\r\n"));
     spared.types("\n");
     EXPECT_EQ(spared.ends(), 1);
@@ -197,14 +196,12 @@ TEST_F(ProjectCommand, AnswersConflictsAsWasSaidBeforehand) {
     write("new/news.wml", "taken");
     write("new/news-2.wml", "taken");
     const auto before = everything();
-    for (const char* stop : {"", " --on-conflict stop"}) {
-        const Outcome stopped = run(std::string("save-as old/Old.cvp new/New.cvp") + stop);
-        EXPECT_EQ(stopped.status, 1);
-        EXPECT_TRUE(holds(stopped, "tessaly: new/New.cvp: is there already")) << stopped.out;
-        EXPECT_TRUE(holds(run(std::string("save-as old/Old.cvp new/Free.cvp") + stop),
-                          "tessaly: new/news.wml: is there already"));
-        EXPECT_EQ(everything(), before);
-    }
+    const Outcome stopped = run("save-as old/Old.cvp new/New.cvp --on-conflict stop");
+    EXPECT_EQ(stopped.status, 1);
+    EXPECT_TRUE(holds(stopped, "tessaly: new/New.cvp: is there already")) << stopped.out;
+    EXPECT_TRUE(
+        holds(run("save-as old/Old.cvp new/Free.cvp"), "tessaly: new/news.wml: is there already"));
+    EXPECT_EQ(everything(), before);
 
     const Outcome renamed = run("save-as old/Old.cvp new/New.cvp --on-conflict rename");
     EXPECT_EQ(renamed.out, "saved new/New-2.cvp with 2 decks\nrenamed news to news-3\n");
@@ -257,7 +254,7 @@ TEST_F(ProjectCommand, LeavesWholeFilesWhenInterrupted) {
     makeProject(decks);
     write("new/deck0.wml", "taken");
     write("new/deck999.wml", "taken");
-    TerminalSession session(folder, {"save-as", "old/Old.cvp", "new/New.cvp"});
+    TerminalSession session(folder, "save-as old/Old.cvp new/New.cvp");
     ASSERT_TRUE(session.sees("yes or no? ")) << session.shown;
     usleep(400'000); // the work counts as long now, and shows how far it is
     session.types("y\n");
@@ -431,16 +428,14 @@ TEST_F(ProjectCommand, TakesUnusualNames) {
         write("old/index.wml", deckOf("index"));
         const std::string stem = "old/" + name;
         write(stem + ".wml", deckOf(name));
-        std::string project = "'" + stem + ".cvp'";
+        const std::string project = "'" + stem + ".cvp'";
         const std::string quoted = "'" + name + "'";
-        std::string making = "new old --name=";
-        making.append(quoted).append(" --from '").append(stem).append(".wml'");
-        const Outcome made = run(making);
+        const Outcome made = run("new old --name=" + quoted + " --from '" + stem + ".wml'");
         EXPECT_EQ(made.status, 0) << made.out;
         EXPECT_EQ(read(stem + ".cvp"), projectFile(name, folder / "old", "Owner=\r\n", {name}, ""));
         EXPECT_EQ(run("add " + project + " index").status, 0) << name;
-        EXPECT_EQ(run("remove " + project.append(" -- ").append(quoted)).status, 0) << name;
-        EXPECT_EQ(run("first '" + stem + ".cvp'").out, "index\n");
+        EXPECT_EQ(run("remove " + project + " -- " + quoted).status, 0) << name;
+        EXPECT_EQ(run("first " + project).out, "index\n");
         EXPECT_EQ(read(stem + ".wml"), deckOf(name));
     }
     makeProject({"index"});

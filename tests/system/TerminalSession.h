@@ -12,26 +12,18 @@
 #include <csignal>
 #include <string>
 #include <system_error>
-#include <vector>
 
 namespace system_test {
 
 /// The command at a pseudo-terminal, with a script for the person.
 class TerminalSession {
 public:
-    TerminalSession(const std::string& folder, std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), TESSALY_COMMAND);
-        std::vector<char*> argv;
-        for (std::string& argument : arguments) {
-            argv.push_back(argument.data());
-        }
-        argv.push_back(nullptr);
+    TerminalSession(const std::string& folder, const std::string& arguments) {
+        const std::string line = "cd '" + folder + "' && exec " TESSALY_COMMAND " " + arguments;
         m_child = forkpty(&m_terminal, nullptr, nullptr, nullptr);
         if (m_child == 0) {
             std::signal(SIGINT, SIG_DFL); // whoever runs the tests may ignore it
-            if (chdir(folder.c_str()) == 0) {
-                execv(argv[0], argv.data());
-            }
+            execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
             _exit(127);
         }
         if (m_child < 0) { // nothing would ever be shown, and every wait take its whole time
